@@ -1,0 +1,22 @@
+# Warnings and code generation of this project's own targets. Applied to each target as PRIVATE properties, so that
+# neither a parent project nor a user of the installed package inherits them.
+
+set(VARNEL_WARNINGS
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-align -Wcast-qual
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wundef -Wunused -Wdouble-promotion)
+
+function(varnel_compile_options target)
+  target_compile_features(${target} PUBLIC cxx_std_17)
+  target_compile_options(${target} PRIVATE ${VARNEL_WARNINGS})
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+endfunction()
+
+# Makes a library export only what the version script in the target's own folder names.
+function(varnel_export_only target script)
+  get_target_property(kind ${target} TYPE)
+  if(kind STREQUAL "SHARED_LIBRARY")
+    set(path ${CMAKE_CURRENT_SOURCE_DIR}/${script})
+    target_link_options(${target} PRIVATE LINKER:--version-script=${path} LINKER:--no-undefined)
+    set_target_properties(${target} PROPERTIES LINK_DEPENDS ${path})
+  endif()
+endfunction()

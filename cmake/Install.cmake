@@ -1,0 +1,34 @@
+include(CMakePackageConfigHelpers)
+
+set(config_dir ${CMAKE_INSTALL_LIBDIR}/cmake/varnel_common)
+set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/varnel_common)
+
+set(libraries varnel_common)
+if(VARNEL_PLATFORM STREQUAL "bundled")
+  list(APPEND libraries varnel_platform)
+endif()
+install(TARGETS ${libraries} EXPORT varnel_common-targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  FILE_SET HEADERS DESTINATION ${header_dir})
+if(NOT VARNEL_PLATFORM STREQUAL "bundled")
+  install(DIRECTORY platform/include/platform DESTINATION ${header_dir})
+endif()
+install(EXPORT varnel_common-targets NAMESPACE varnel:: DESTINATION ${config_dir})
+
+configure_package_config_file(cmake/varnel_common-config.cmake.in varnel_common-config.cmake
+  INSTALL_DESTINATION ${config_dir})
+write_basic_package_version_file(varnel_common-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(FILES
+  ${PROJECT_BINARY_DIR}/varnel_common-config.cmake
+  ${PROJECT_BINARY_DIR}/varnel_common-config-version.cmake
+  DESTINATION ${config_dir})
+
+file(RELATIVE_PATH to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+set(private_packages ACE)
+if(VARNEL_PLATFORM STREQUAL "bundled")
+  set(platform_library " -lvarnel_platform")
+  string(APPEND private_packages " spdlog re2")
+endif()
+configure_file(cmake/varnel_common.pc.in varnel_common.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/varnel_common.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

@@ -1,0 +1,57 @@
+#ifndef VARNEL_PKGFILE_H
+#define VARNEL_PKGFILE_H
+
+#include <list>
+#include <string>
+
+#include "varnel_export.h"
+
+namespace VARNEL_COMMON {
+
+/// One software entry of a package.
+struct SOFT_INFO {
+  std::string strColumn1;      ///< first column, trimmed
+  std::string strColumn2;      ///< second column, trimmed
+  unsigned int uiColumn5 = 0;  ///< fifth column as a number; 0 where it holds none
+};
+
+/// A package description file: an NE software file whose text holds a section "[File Description]" with one entry a
+/// line, eight columns separated by ":".
+///
+/// The members are the result and are there to be read. One object belongs to one thread at a time; memory exhaustion
+/// throws std::bad_alloc, the entries read so far stay.
+class VARNEL_API CPkgFile {
+ public:
+  explicit CPkgFile(const std::string& path);
+  CPkgFile(const CPkgFile&) = delete;
+  CPkgFile& operator=(const CPkgFile&) = delete;
+  virtual ~CPkgFile();
+
+  /// Reads version and entries of the file given at construction. Heads that are damaged or of a refused type are no
+  /// failure: use CheckZEPFileHead() where that matters. They leave m_strVersion empty or partial.
+  ///
+  /// @return as ParsePkgSoftInfo().
+  unsigned int ParsePkgFile();
+
+  /// Appends the entries of a file to m_lstSoftInfo; call ClearSoftInfo() first for a fresh list.
+  ///
+  /// The section ends at "[END]", at a line that begins with "[", and with the file. Lines without exactly eight
+  /// columns and comments (first column beginning with "#" or holding the bytes A3 A3) are skipped. Lines are cut at
+  /// 1023 bytes.
+  ///
+  /// @return 0; 0x3BA0120F when there is no section (or no readable file), when a column of an entry is longer than
+  ///         255 bytes, or when m_lstSoftInfo is empty at the end. Each is logged; entries read before stay.
+  unsigned int ParsePkgSoftInfo(const std::string& path);
+
+  /// Deletes all entries.
+  void ClearSoftInfo();
+
+  std::string m_strFilePath;            ///< the path given at construction
+  std::string m_strExtra;               ///< empty; free for the caller
+  std::string m_strVersion;             ///< version text of the heads, set by ParsePkgFile()
+  std::list<SOFT_INFO*> m_lstSoftInfo;  ///< the entries in file order; owned by this object
+};
+
+}  // namespace VARNEL_COMMON
+
+#endif

@@ -1,0 +1,132 @@
+#ifndef VARNEL_PUBLICDATA_H
+#define VARNEL_PUBLICDATA_H
+
+#include <cstdint>
+#include <string>
+
+#include "varnel_export.h"
+
+namespace VARNEL_COMMON {
+
+/// First head of an NE software file: 64 bytes at the start of the file, all numbers big-endian. Read the bytes into
+/// the structure, then call ToHostOrder(). Fields that carry no comment are kept but not interpreted.
+struct VARNEL_API ZEP_DIR_HEAD {
+  uint32_t ulMagic;     ///< 0x51584444, the bytes "QXDD"
+  uint32_t ulCheckSum;  ///< GetUCCheckSum() of bytes 8 to 59 of the head
+  uint16_t usValue08;
+  uint16_t usValue10;
+  uint32_t ulValue12;
+  unsigned char aucBytes16[6];
+  uint16_t usValue22;
+  uint16_t usValue24;
+  uint16_t usGapLen26;  ///< the file head follows this head after a gap, whose length is the sum of the four
+  uint32_t ulValue28;
+  uint16_t usGapLen32;  ///< see usGapLen26
+  uint16_t usGapLen34;  ///< see usGapLen26
+  uint16_t usGapLen36;  ///< see usGapLen26
+  unsigned char aucBytes38[22];
+  uint32_t ulValue60;  ///< outside the checksum
+
+  /// Converts all 16- and 32-bit fields between big-endian and the machine's order, in place.
+  void ToHostOrder();
+};
+
+/// Second head of an NE software file: 64 bytes behind the gap, all numbers big-endian. Behind it stand, in this
+/// order, the extension word (two bytes, for file type 2 only), a skipped area, the link text, the version text, a
+/// fourth area, and the payload.
+struct VARNEL_API ZEP_FILE_HEAD {
+  uint32_t ulMagic;     ///< 0x51584646, the bytes "QXFF"
+  uint32_t ulCheckSum;  ///< GetUCCheckSum() of bytes 8 to 59 of the head
+  uint16_t usValue08;
+  uint16_t usValue10;
+  unsigned char aucBytes12[12];
+  uint32_t ulValue24;
+  uint32_t ulValue28;
+  uint16_t usFileType;  ///< 2 means that a 16-bit extension word follows the head
+  uint16_t usValue34;
+  uint32_t ulValue36;
+  uint32_t ulValue40;
+  uint16_t usSkipLen;     ///< bytes skipped behind the head
+  uint16_t usLinkLen;     ///< bytes of the link text, at most 1023
+  uint16_t usVersionLen;  ///< bytes of the version text; 0 and 65535 mean that there is none
+  uint16_t usTailLen;     ///< bytes of the fourth area
+  unsigned char aucBytes52[8];
+  uint32_t ulValue60;  ///< outside the checksum
+
+  /// Converts all 16- and 32-bit fields between big-endian and the machine's order, in place.
+  void ToHostOrder();
+};
+
+/// Sum of `len` bytes, each taken as 0 to 255, modulo 2^32.
+///
+/// @return 0 when `data` is null or `len` is below 1.
+VARNEL_API unsigned int GetUCCheckSum(const char* data, int len);
+
+/// Reads and checks both heads of an NE software file and the texts behind them. The payload is not touched.
+///
+/// @param head           the file head in the machine's order; after a failure whatever of it was read.
+/// @param linkTarget     what the link text holds behind its first "-> ".
+/// @param versionText    the version text up to its first "T"; unchanged where the file has none.
+/// @param extWord        the extension word of a file of type 2, 0 where the file ends before it; else unchanged.
+/// @param payloadOffset  gap + 128 + the four lengths of the file head. The two bytes of an extension word are not
+///                       part of it. Set as soon as both heads are valid, also when a text then fails.
+/// @return 0 on success; 0x3BA00013 when the file cannot be opened; 0x3BA00B02 when it ends too soon, a magic word or
+///         checksum is wrong, or the link text is longer than 1023 bytes or without "-> ". Open failures and short
+///         reads are logged. Outputs that a failure leaves unset keep their value.
+///
+/// Reentrant.
+VARNEL_API unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::string& linkTarget,
+                                        std::string& versionText, unsigned int& extWord, unsigned int& payloadOffset);
+
+/// readZEPFileHead() with the file type instead of the whole head, whatever the type is.
+///
+/// @param fileType  set on success only.
+VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, unsigned int& extWord, unsigned int& payloadOffset,
+                                         std::string& linkTarget, unsigned short& fileType, std::string& versionText);
+
+/// readZEPFileHead() for callers that handle the usual file types only.
+///
+/// @param fileType  set whenever the heads are valid, also to a type that is then refused.
+/// @return as readZEPFileHead(); 0x3BA00B02 also for a file type other than 0 to 13, 15 and 513.
+VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, int& fileType, std::string& linkTarget,
+                                         std::string& versionText);
+
+/// Reads a text file line by line. The whole file is loaded at construction; a file that is changed later is not
+/// read again. A file that cannot be loaded gives no lines.
+///
+/// A copy shares the buffer with its source and both would release it: do not let two copies be destroyed.
+///
+/// One object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc.
+class VARNEL_API Vnifstream {
+ public:
+  explicit Vnifstream(const std::string& path);
+  Vnifstream(const Vnifstream& other);
+  Vnifstream& operator=(const Vnifstream& other);
+  ~Vnifstream();
+
+  /// Loads a file; of one of 4 GiB + n bytes its first n. What was loaded before is not released: the constructor is
+  /// the one to call this.
+  ///
+  /// @return false when the path is empty or the file cannot be sized or opened; the object is then unchanged.
+  bool ReadFile(const std::string& path);
+
+  /// Copies the next line into `buf`, without its line feed and NUL-terminated. Only a line feed ends a line. A line
+  /// of `size` bytes or more is cut to `size` - 1, the rest of it is skipped.
+  ///
+  /// @return false at the end, when nothing is loaded, `buf` is null or `size` is 0, and when the bounded copy fails,
+  ///         which is logged.
+  bool GetLine(char* buf, unsigned int size);
+
+ private:
+  char* m_pBuffer;
+  unsigned int m_uiSize;
+  unsigned int m_uiPos;
+};
+
+/// Tells whether a file is a cold patch: whether one of its lines holds "[COLDPATCH]" within its first 1023 bytes and
+/// before a NUL. "Not found" is logged, also for a file that cannot be read.
+VARNEL_API bool isColdPatch(const std::string& path);
+
+}  // namespace VARNEL_COMMON
+
+#endif

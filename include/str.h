@@ -1,0 +1,129 @@
+#ifndef VARNEL_STR_H
+#define VARNEL_STR_H
+
+#include <string>
+#include <vector>
+
+#include "varnel_export.h"
+
+/// String and path services.
+///
+/// White space is what isspace() accepts in the "C" locale: blank, tab, line feed, vertical tab, form feed and
+/// carriage return. Case folding concerns ASCII letters only. The host's locale changes none of the results, bytes
+/// above 0x7F are ordinary characters, and every function takes time linear in the size of its arguments.
+///
+/// All functions are reentrant and keep no state. Memory exhaustion throws std::bad_alloc.
+namespace VARNEL_COMMON {
+
+/// Removes leading white space.
+VARNEL_API void StrTrimLeft(std::string& s);
+
+/// Removes trailing white space.
+VARNEL_API void StrTrimRight(std::string& s);
+
+/// Removes leading and trailing white space.
+VARNEL_API void StrTrim(std::string& s);
+
+/// Case-sensitive wildcard match by the host's matcher (NS_UTIL::RepalaceSensInfo).
+///
+/// @param text     not null.
+/// @param pattern  "*" stands for any run of characters, also an empty one; every other character for itself.
+/// @return non-zero when the whole of `text` matches.
+VARNEL_API int strmcmp(const char* text, const char* pattern);
+
+/// Wildcard match that ignores case, with "*" (any run) and "?" (one character).
+///
+/// It is simpler than a shell's matcher, and callers rely on what it refuses:
+/// - an empty text matches nothing, not even "*";
+/// - a "?" next to a "*" consumes nothing: "*?" matches like "*";
+/// - the text behind a "*" is taken at its first occurrence only: "abab" does not match "*ab";
+/// - a mismatch behind a "?" goes on from the last "*" (or from the start of the pattern) at the character that did
+///   not match: "abaab" matches "a?b".
+///
+/// @return 1 on a match, else 0; 0 when either is null.
+VARNEL_API int strmcmpnocase(const char* text, const char* pattern);
+
+/// Frees a null-terminated array of heap blocks and the array itself, all from malloc(). Null is allowed.
+VARNEL_API void freeArray(void** array);
+
+/// Replaces every occurrence of `from`, those included that replacing brings about: "aaaa" with "aa" by "a" ends as
+/// "a".
+///
+/// An empty `from`, or a `to` that contains `from`, leaves the text unchanged. A pair that grows for ever in another
+/// way ("ab" by "bbaa") is the caller's to avoid. Time is linear in the text plus all replacement texts.
+VARNEL_API void ReplaceString(std::string& s, const std::string& from, const std::string& to);
+
+/// Trims the text and reduces every run of white space inside it to one blank.
+VARNEL_API void StrCollapse(std::string& s);
+
+/// Turns ASCII letters to upper case.
+VARNEL_API void toUpperCase(std::string& s);
+
+/// Gives a copy without line feeds, with a blank for each carriage return, and with runs of blanks reduced to one.
+/// Leading and trailing blanks stay, tabs too. Null gives an empty text.
+VARNEL_API std::string replaceEnterWithBlank(const char* text);
+
+/// Extracts the value of a TL1 attribute: what stands behind the first occurrence of `name`, up to the first ",", or
+/// where there is none up to the first double quote, or where there is neither up to the end of the text.
+///
+/// @param name   the whole prefix, with its "=": "TOTAL=".
+/// @param value  the value, not trimmed; empty when false is returned. Also empty, with true, when the end lies at
+///               the start of the value or inside `name`.
+/// @return false when `text` is null, `text` or `name` is empty, `name` does not occur, or the text ends right behind
+///         it.
+VARNEL_API bool GetTL1AttrbuteString(const char* text, const std::string& name, std::string& value);
+
+/// Splits a text at every `sep` and appends the fields to `fields`, which is not cleared.
+///
+/// Fields lose leading white space and keep trailing white space; empty fields are kept, the last one included. Null
+/// appends nothing. `text` may belong to an element of `fields`.
+VARNEL_API void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields);
+
+/// Reads one value from a text as a default std::istream would, leading white space skipped, numbers in decimal.
+///
+/// Exists for unsigned int, char (the first character that is not white space) and unsigned short.
+///
+/// @param value  the number read; 0 when the text holds none; the type's largest value on overflow. Unchanged when
+///               `text` is null, empty or all white space.
+template <typename T>
+void ConvertFromString(const char* text, T& value);
+
+extern template VARNEL_API void ConvertFromString<unsigned int>(const char* text, unsigned int& value);
+extern template VARNEL_API void ConvertFromString<char>(const char* text, char& value);
+extern template VARNEL_API void ConvertFromString<unsigned short>(const char* text, unsigned short& value);
+
+/// Splits a path at its last "/" or "\"; the outputs carry "/" only.
+///
+/// @param filePath  the folder with its closing "/"; "/" for a bare file name, which so lands in the root folder.
+/// @param fileName  the name behind it, empty for a path that ends in a separator.
+///
+/// An empty path gives two empty texts. `fullPath` may be one of the outputs.
+VARNEL_API void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath, std::string& fileName);
+
+/// Splits a bare file name at its last ".".
+///
+/// @param leftName  the name before the dot; the whole name where there is no dot.
+/// @param exName    the extension with its dot (".bin"), or empty.
+VARNEL_API void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName);
+
+/// Refuses paths that climb folders.
+///
+/// @return false when two consecutive dots occur anywhere in the path, so also for "file..txt"; else true.
+VARNEL_API bool VerifyFilePathAndName(const std::string& path);
+
+/// Resolves a path to an absolute one without symbolic links, "." or "..".
+///
+/// @return the resolved path; empty when `path` is longer than 4096 bytes, cannot be resolved, or resolves to a path
+///         that VerifyFilePathAndName() refuses. Each refusal is logged.
+VARNEL_API std::string ToAbsPath(const std::string& path);
+
+/// Removes a file through the host (NS_UTIL::RemoveFile) and returns its result: 0, or an errno value.
+VARNEL_API int VNRemoveFile(const std::string& path);
+
+/// Removes a folder and all it holds through the host (NS_UTIL::RemoveDir) and returns its result: 0, or an errno
+/// value.
+VARNEL_API int VNRemoveDir(const std::string& path);
+
+}  // namespace VARNEL_COMMON
+
+#endif

@@ -1,0 +1,44 @@
+#ifndef VARNEL_PLATFORM_ANNEX_K_H
+#define VARNEL_PLATFORM_ANNEX_K_H
+
+#include <stddef.h>
+
+/// Bounded copies and formatting after C11 Annex K. Ordinary functions with C linkage, so that a host can supply its
+/// own. The bundled ones put no limit of their own on sizes.
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/// Copies `count` bytes.
+///
+/// @return 0; EINVAL when a pointer is null or the areas overlap, ERANGE when `count` exceeds `destMax`. After a
+///         failure the `destMax` bytes of `dest` are zero, unless `dest` is null.
+int memcpy_s(void* dest, size_t destMax, const void* src, size_t count);
+
+/// Sets `count` bytes to the value `c`; setting to zero is never optimised away.
+///
+/// @return 0; EINVAL when `dest` is null, ERANGE when `count` exceeds `destMax`, all `destMax` bytes then being set.
+int memset_s(void* dest, size_t destMax, int c, size_t count);
+
+/// Copies at most `count` characters of a text and terminates the result.
+///
+/// @return 0; EINVAL when a pointer is null or the areas overlap, ERANGE when the text and its terminator do not fit
+///         into `destMax` bytes. After a failure `dest` is the empty text, unless it is null or `destMax` is 0.
+int strncpy_s(char* dest, size_t destMax, const char* src, size_t count);
+
+/// Formats at most `count` characters and terminates the result.
+///
+/// @return the number of characters written; -1 when a pointer is null, `destMax` is 0, the format fails, or the
+///         result does not fit into `count` characters and `destMax` bytes. `dest` then holds the empty text, unless
+///         it is null or `destMax` is 0.
+int snprintf_s(char* dest, size_t destMax, size_t count, const char* format, ...)
+#ifdef __GNUC__
+    __attribute__((format(printf, 4, 5)))
+#endif
+    ;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,45 @@
+#ifndef VARNEL_PLATFORM_NS_UTIL_H
+#define VARNEL_PLATFORM_NS_UTIL_H
+
+#include <string>
+
+/// Utility services of the host. All of them must be safe to call from several threads at once.
+namespace NS_UTIL {
+
+/// Masks in log texts whatever the host counts as sensitive.
+///
+/// The bundled filter replaces by "******" the values of password-like keys (PASSWORD, PASSWD, PWD, PSWD, SECRET,
+/// TOKEN in any case, as key=value or key:value, key and value quoted or not) and the password block of the TL1
+/// commands ACT-USER, ED-PID, ENT-USER-SECU and ED-USER-SECU. Its time is linear in the length of the text.
+class CDCLogFilter {
+ public:
+  /// The process-wide filter; never null.
+  static CDCLogFilter* getInstance();
+
+  /// Rewrites `text` in place. Any bytes are taken, NULs included.
+  void replaceAllSensInfo(std::string& text);
+};
+
+/// Case-sensitive wildcard match. (The name is misspelled in the interface and stays so.)
+class RepalaceSensInfo {
+ public:
+  /// @param pattern  "*" stands for any run of characters, also an empty one; every other character for itself.
+  /// @return non-zero when the whole of `text` matches. The bundled matcher gives 0 when either is null, and takes
+  ///         time linear in the length of both.
+  int strmcmp(const char* text, const char* pattern);
+};
+
+/// Removes one file; a symbolic link is removed itself, never what it points to.
+///
+/// @return 0, or an errno value: ENOENT for a missing file, EISDIR for a folder, EINVAL for a path with a NUL inside.
+int RemoveFile(const std::string& path);
+
+/// Removes a folder and all it holds. Symbolic links inside it are removed and never followed.
+///
+/// @return 0, or an errno value: ENOENT for a missing folder, ENOTDIR for anything that is not a folder, a symbolic
+///         link to one included, EINVAL for a path with a NUL inside. After a failure part of the tree may be gone.
+int RemoveDir(const std::string& path);
+
+}  // namespace NS_UTIL
+
+#endif

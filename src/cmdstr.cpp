@@ -1,0 +1,142 @@
+#include "cmdstr.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <utility>
+
+#include "common.h"
+#include "platform/annex_k.h"
+
+namespace VARNEL_COMMON {
+
+namespace {
+
+constexpr char MODULE[] = "cmdstr";
+constexpr unsigned int MAX_LENGTH = 10485760;  // 10 MiB; callers rely on it, it never changes
+
+void WipeAndFree(char* text, size_t length) {
+  if (text == nullptr) return;
+  memset_s(text, length, 0, length);
+  delete[] text;
+}
+
+struct WipingDelete {
+  size_t length;
+  void operator()(char* text) const { WipeAndFree(text, length); }
+};
+
+// A copy that fails leaves NULs, never what the memory held before.
+int CopyOrClear(char* dest, size_t destMax, const char* src, size_t count) {
+  const int result = memcpy_s(dest, destMax, src, count);
+  if (result != 0) memset_s(dest, count, 0, count);
+  return result;
+}
+
+void MergeCopy(char* dest, size_t destMax, const char* src, size_t count) {
+  const int result = CopyOrClear(dest, destMax, src, count);
+  if (result != 0) ReportError({MODULE, "GetMsg", __LINE__}, result, "GetMsg:memcpy_s failed");
+}
+
+}  // namespace
+
+CCmdStr::CCmdStr() : m_pCmdBuf(nullptr), m_nBufLen(0) {}
+
+CCmdStr::CCmdStr(const CCmdStr& other) : CCmdStr() {
+  SetMsg(const_cast<CCmdStr&>(other).GetMsg());
+}
+
+CCmdStr& CCmdStr::operator=(CCmdStr& other) {
+  if (this != &other) SetMsg(other.GetMsg());
+  return *this;
+}
+
+CCmdStr::~CCmdStr() {
+  EmptyMsg();
+}
+
+void CCmdStr::SetMsg(const char* pszMsg) {
+  if (pszMsg == nullptr || *pszMsg == '\0') return;
+  size_t length = std::strlen(pszMsg);
+  if (length > MAX_LENGTH) {
+    ReportWarning({MODULE, "SetMsg", __LINE__}, Compose("SetMsg: nDataLen beyond max, nDataLen:", MAX_LENGTH));
+    length = MAX_LENGTH;
+  }
+  auto* copy = new char[length + 1];
+  CopyOrClear(copy, length, pszMsg, length);
+  copy[length] = '\0';
+  EmptyMsg();
+  m_pCmdBuf = copy;
+  m_nBufLen = static_cast<unsigned int>(length);
+}
+
+void CCmdStr::AddMsg(const char* pszMsg) {
+  if (pszMsg == nullptr) return;
+  size_t length = std::strlen(pszMsg);
+  const size_t room = MAX_LENGTH - std::min(m_nBufLen, MAX_LENGTH);
+  if (length > room) {
+    ReportWarning({MODULE, "AddMsg", __LINE__},
+                  Compose("SetMsg: nDataLen beyond max, nDataLen:", length, ", m_nBufLen:", m_nBufLen));
+    if (length > MAX_LENGTH) return;
+    length = room;
+  }
+  if (length == 0) return;
+  auto data = std::make_unique<char[]>(length);
+  m_lstAddBuf.push_back({data.get(), static_cast<unsigned int>(length)});
+  CopyOrClear(data.release(), length, pszMsg, length);
+  m_nBufLen += static_cast<unsigned int>(length);
+}
+
+const char* CCmdStr::GetMsg() {
+  if (m_nBufLen == 0) return EMPTY_TEXT.c_str();
+  if (m_lstAddBuf.empty()) return m_pCmdBuf;
+
+  size_t offset = m_pCmdBuf == nullptr ? 0 : std::strlen(m_pCmdBuf);
+  if (m_nBufLen < offset) {
+    ReportError({MODULE, "GetMsg", __LINE__}, CONSISTENCY_ERROR,
+                Compose("GetMsg:m_nBufLen < offset,m_nBufLen:", m_nBufLen, ",offset:", offset));
+    return m_pCmdBuf;
+  }
+
+  // Nothing of the object changes before the last report is out: reporting may throw.
+  const size_t size = size_t{m_nBufLen} + 1;
+  std::unique_ptr<char[], WipingDelete> merged(new char[size], WipingDelete{size});
+  if (m_pCmdBuf != nullptr) MergeCopy(merged.get(), size, m_pCmdBuf, offset);
+  for (const CmdStrPiece& piece : m_lstAddBuf) {
+    MergeCopy(merged.get() + offset, piece.nLen, piece.pData, piece.nLen);
+    offset += piece.nLen;
+  }
+  memset_s(merged.get() + offset, size - offset, 0, size - offset);
+
+  const unsigned int length = m_nBufLen;
+  delete[] std::exchange(m_pCmdBuf, nullptr);  // as it is: the one text that is freed without being wiped
+  EmptyMsg();
+  m_pCmdBuf = merged.release();
+  m_nBufLen = length;
+  return m_pCmdBuf;
+}
+
+unsigned int CCmdStr::GetMsgLen() const {
+  return m_nBufLen;
+}
+
+void CCmdStr::EmptyMsg() {
+  if (m_pCmdBuf != nullptr) WipeAndFree(m_pCmdBuf, std::strlen(m_pCmdBuf));
+  m_pCmdBuf = nullptr;
+  for (const CmdStrPiece& piece : m_lstAddBuf)
+    WipeAndFree(piece.pData, piece.nLen);
+  m_lstAddBuf.clear();
+  m_nBufLen = 0;
+}
+
+int CCmdStr::AddSnMML(unsigned short usSn) {
+  GetMsg();
+  if (m_pCmdBuf == nullptr) return 0;
+  char* end = std::strstr(m_pCmdBuf, ";\r\n");
+  if (end == nullptr || std::strrchr(end, ';') != end) return 0;
+  end[1] = '\0';
+  end[2] = static_cast<char>(usSn & 0xFF);
+  return 1;
+}
+
+}  // namespace VARNEL_COMMON

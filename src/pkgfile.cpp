@@ -1,0 +1,126 @@
+#include "pkgfile.h"
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <vector>
+
+#include "common.h"
+#include "publicdata.h"
+#include "str.h"
+
+namespace VARNEL_COMMON {
+
+namespace {
+
+constexpr char MODULE[] = "pkgfile";
+constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
+constexpr unsigned int LINE_SIZE = 1024;
+constexpr size_t COLUMNS = 8;
+constexpr size_t MAX_COLUMN_LENGTH = 255;
+constexpr char WIDE_NUMBER_SIGN[] = "\xA3\xA3";  // the full-width "#" in GB2312
+
+using Columns = std::vector<std::string>;
+
+// The lines of a package description; a line lives until the next one is read.
+class Lines {
+ public:
+  explicit Lines(const std::string& path) : m_file(path) {}
+
+  const char* Next() { return m_file.GetLine(m_line, LINE_SIZE) ? m_line : nullptr; }
+
+  bool SkipPast(const char* marker) {
+    const char* line = Next();
+    while (line != nullptr && std::strstr(line, marker) == nullptr)
+      line = Next();
+    return line != nullptr;
+  }
+
+ private:
+  Vnifstream m_file;
+  char m_line[LINE_SIZE];
+};
+
+bool EndsSection(const char* line) {
+  return line[0] == '[' || std::strstr(line, "[END]") != nullptr;
+}
+
+bool IsComment(const Columns& columns) {
+  const std::string& first = columns.front();
+  return first.rfind('#', 0) == 0 || first.find(WIDE_NUMBER_SIGN) != std::string::npos;
+}
+
+// Reads the columns of an entry line; false for a line that is none.
+bool ReadColumns(const char* line, Columns& columns) {
+  columns.clear();
+  if (*line == '\0') return false;
+  SplitStringByChar(line, ':', columns);
+  if (columns.size() != COLUMNS) return false;
+  std::for_each(columns.begin(), columns.end(), StrTrim);
+  return !IsComment(columns);
+}
+
+bool HasLongColumn(const Columns& columns) {
+  return std::any_of(columns.begin(), columns.end(),
+                     [](const std::string& column) { return column.size() > MAX_COLUMN_LENGTH; });
+}
+
+std::unique_ptr<SOFT_INFO> MakeEntry(const Columns& columns) {
+  auto entry = std::make_unique<SOFT_INFO>();
+  entry->strColumn1 = columns[0];
+  entry->strColumn2 = columns[1];
+  ConvertFromString(columns[4].c_str(), entry->uiColumn5);
+  return entry;
+}
+
+unsigned int Fail(int line, const char* why, const std::string& path) {
+  ReportError({MODULE, "ParsePkgSoftInfo", line}, static_cast<int>(INVALID_DESCRIPTION), Compose(why, path));
+  return INVALID_DESCRIPTION;
+}
+
+}  // namespace
+
+CPkgFile::CPkgFile(const std::string& path) : m_strFilePath(path) {}
+
+CPkgFile::~CPkgFile() {
+  ClearSoftInfo();
+}
+
+unsigned int CPkgFile::ParsePkgFile() {
+  int fileType = 0;
+  std::string linkTarget;
+  std::string versionText;
+  // The result does not matter: the description of a file with damaged heads is still read.
+  CheckZEPFileHead(m_strFilePath, fileType, linkTarget, versionText);
+  m_strVersion = versionText;
+  return ParsePkgSoftInfo(m_strFilePath);
+}
+
+unsigned int CPkgFile::ParsePkgSoftInfo(const std::string& path) {
+  Lines lines(path);
+  if (!lines.SkipPast("[File Description]")) {
+    return Fail(__LINE__, "CPkgFile::ParsePkgSoftInfo(): , not find [File Description], File: ", path);
+  }
+  Columns columns;
+  for (const char* line; (line = lines.Next()) != nullptr && !EndsSection(line);) {
+    if (!ReadColumns(line, columns)) continue;
+    if (HasLongColumn(columns)) {
+      return Fail(__LINE__, "CPkgFile::ParsePkgSoftInfo(): the line is not correct, File: ", path);
+    }
+    auto entry = MakeEntry(columns);
+    m_lstSoftInfo.push_back(entry.get());
+    entry.release();
+  }
+  if (m_lstSoftInfo.empty()) {
+    return Fail(__LINE__, "CSPHPkgFile::ParsePkgSoftInfo(): , m_lstSoftInfo is empty, File: ", path);
+  }
+  return 0;
+}
+
+void CPkgFile::ClearSoftInfo() {
+  for (const SOFT_INFO* entry : m_lstSoftInfo)
+    delete entry;
+  m_lstSoftInfo.clear();
+}
+
+}  // namespace VARNEL_COMMON

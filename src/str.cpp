@@ -1,0 +1,136 @@
+#include "str.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <iterator>
+
+#include <ace/Recursive_Thread_Mutex.h>
+
+#include "chars.h"
+#include "common.h"
+#include "find.h"
+#include "platform/ns_util.h"
+#include "replace.h"
+#include "stream_reader.h"
+#include "wildcard.h"
+
+namespace VARNEL_COMMON {
+
+namespace {
+
+// Part of the module by convention; no operation takes it.
+[[maybe_unused]] ACE_Recursive_Thread_Mutex g_mutex;
+
+// Appends the fields of a text that belongs to no element of `fields`.
+void AppendFields(std::string_view text, char sep, std::vector<std::string>& fields) {
+  text.remove_prefix(LeadingBlanks(text));
+  for (size_t end; (end = text.find(sep)) != std::string_view::npos;) {
+    fields.emplace_back(text.substr(0, end));
+    text.remove_prefix(end + 1);
+    text.remove_prefix(LeadingBlanks(text));
+  }
+  fields.emplace_back(text);
+}
+
+}  // namespace
+
+void StrTrimLeft(std::string& s) {
+  s.erase(0, LeadingBlanks(s));
+}
+
+void StrTrimRight(std::string& s) {
+  size_t size = s.size();
+  while (size > 0 && IsBlank(s[size - 1]))
+    --size;
+  s.resize(size);
+}
+
+void StrTrim(std::string& s) {
+  StrTrimLeft(s);
+  StrTrimRight(s);
+}
+
+int strmcmp(const char* text, const char* pattern) {
+  return NS_UTIL::RepalaceSensInfo().strmcmp(text, pattern);
+}
+
+int strmcmpnocase(const char* text, const char* pattern) {
+  return text != nullptr && pattern != nullptr && MatchesNoCase(text, pattern) ? 1 : 0;
+}
+
+void freeArray(void** array) {
+  if (array == nullptr) return;
+  for (void** element = array; *element != nullptr; ++element) {
+    std::free(*element);
+    *element = nullptr;
+  }
+  std::free(array);
+}
+
+void ReplaceString(std::string& s, const std::string& from, const std::string& to) {
+  // The first and the last case would go on for ever.
+  if (from.empty() || FindLinear(s, from) == std::string::npos || FindLinear(to, from) != std::string::npos) return;
+  s = ReplaceRepeatedly(s, from, to);
+}
+
+void StrCollapse(std::string& s) {
+  size_t size = 0;
+  for (const char c : s) {
+    const bool blank = IsBlank(c);
+    if (blank && (size == 0 || s[size - 1] == ' ')) continue;
+    s[size++] = blank ? ' ' : c;
+  }
+  s.resize(size > 0 && s[size - 1] == ' ' ? size - 1 : size);
+}
+
+void toUpperCase(std::string& s) {
+  std::transform(s.begin(), s.end(), s.begin(), ToUpper);
+}
+
+std::string replaceEnterWithBlank(const char* text) {
+  std::string cleaned;
+  if (text == nullptr) return cleaned;
+  cleaned.reserve(std::strlen(text));
+  for (; *text != '\0'; ++text) {
+    const char c = *text == '\r' ? ' ' : *text;
+    const bool dropped = c == '\n' || (c == ' ' && !cleaned.empty() && cleaned.back() == ' ');
+    if (!dropped) cleaned.push_back(c);
+  }
+  return cleaned;
+}
+
+bool GetTL1AttrbuteString(const char* text, const std::string& name, std::string& value) {
+  const std::string_view all = text == nullptr ? "" : text;
+  const size_t found = name.empty() ? std::string_view::npos : FindLinear(all, name);
+  if (found == std::string_view::npos) {
+    value.clear();
+    return false;
+  }
+  size_t end = all.find(',', found);
+  if (end == std::string_view::npos) end = all.find('"', found);
+  const size_t start = found + name.size();
+  const bool isThere = end != std::string_view::npos || start < all.size();
+  value.assign(all.substr(start, std::max(end, start) - start));
+  return isThere;
+}
+
+void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields) {
+  if (text == nullptr) return;
+  if (fields.empty()) return AppendFields(text, sep, fields);
+  // Growing the vector would move the text away where it belongs to one of the elements.
+  std::vector<std::string> added;
+  AppendFields(text, sep, added);
+  fields.insert(fields.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
+}
+
+template <typename T>
+void ConvertFromString(const char* text, T& value) {
+  if (text != nullptr) StreamReader(text).Read(value);
+}
+
+template void ConvertFromString<unsigned int>(const char* text, unsigned int& value);
+template void ConvertFromString<char>(const char* text, char& value);
+template void ConvertFromString<unsigned short>(const char* text, unsigned short& value);
+
+}  // namespace VARNEL_COMMON

@@ -1,0 +1,42 @@
+#ifndef VARNEL_TESTS_GROWTH_H
+#define VARNEL_TESTS_GROWTH_H
+
+#include <ctime>
+
+#include <algorithm>
+#include <limits>
+
+namespace VARNEL_TEST {
+
+/// Processor seconds of the fastest of three runs.
+template <typename Operation>
+double Cost(Operation operation) {
+  double best = std::numeric_limits<double>::max();
+  for (int run = 0; run < 3; ++run) {
+    timespec start, end;
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &start);
+    operation();
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &end);
+    best = std::min(
+        best, static_cast<double>(end.tv_sec - start.tv_sec) + static_cast<double>(end.tv_nsec - start.tv_nsec) * 1e-9);
+  }
+  return best;
+}
+
+/// How many times more 16 times the input costs: about 16 for a linear operation, about 256 for a quadratic one.
+/// Compare with LINEAR_GROWTH.
+///
+/// @param prepare  makes the input of a size; @param operation takes a copy of it.
+template <typename Prepare, typename Operation>
+double Growth(size_t size, Prepare prepare, Operation operation) {
+  const auto small = prepare(size);
+  const auto large = prepare(size * 16);
+  const double smallCost = Cost([&] { operation(small); });
+  return Cost([&] { operation(large); }) / std::max(smallCost, 1e-7);
+}
+
+constexpr double LINEAR_GROWTH = 64;
+
+}  // namespace VARNEL_TEST
+
+#endif

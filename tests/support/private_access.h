@@ -1,0 +1,18 @@
+#ifndef VARNEL_TESTS_PRIVATE_ACCESS_H
+#define VARNEL_TESTS_PRIVATE_ACCESS_H
+
+/// Gives a test a private member, for states that the public interface cannot bring about:
+///
+///   VARNEL_PRIVATE_MEMBER(BufLen, CCmdStr, m_nBufLen, unsigned int)
+///   object.*BufLen() = 1;
+///
+/// Explicit instantiations may name private members, which is all this rests on.
+#define VARNEL_PRIVATE_MEMBER(Name, Class, member, Type) \
+  template <Type Class::*pointer>                        \
+  struct Name##Access {                                  \
+    friend Type Class::*Name() { return pointer; }       \
+  };                                                     \
+  Type Class::*Name();                                   \
+  template struct Name##Access<&Class::member>;
+
+#endif

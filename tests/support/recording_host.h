@@ -1,0 +1,66 @@
+#ifndef VARNEL_TESTS_RECORDING_HOST_H
+#define VARNEL_TESTS_RECORDING_HOST_H
+
+#include <cstddef>
+#include <ostream>
+#include <string>
+#include <vector>
+
+/// A host for the unit tests. It stands in for the log service, the sensitive-text filter, the bounded functions and
+/// the file calls; everything else comes from the bundled platform.
+namespace VARNEL_TEST {
+
+enum class Overload { StringObject, CharacterPointer };
+
+/// One line as the log service received it.
+struct LogLine {
+  int level;
+  Overload overload;
+  std::string text;
+  std::string sourceModule;
+  std::string function;
+  std::string module = "transcommon_log";
+  int line = 0;  ///< not compared: most lines are free
+};
+
+bool operator==(const LogLine& a, const LogLine& b);
+std::ostream& operator<<(std::ostream& out, const LogLine& line);
+
+LogLine Warning(const std::string& text, const std::string& sourceModule, const std::string& function);
+LogLine Error(const std::string& text, const std::string& sourceModule, const std::string& function);
+
+/// Lets one call of a kind fail: the N-th since it was armed.
+class CallFailure {
+ public:
+  void FailAt(size_t call) { m_failAt = call, m_calls = 0; }
+  size_t Calls() const { return m_calls; }
+  /// To be asked once a call.
+  bool Next() { return ++m_calls == m_failAt; }
+
+ private:
+  size_t m_failAt = 0;
+  size_t m_calls = 0;
+};
+
+/// What the library handed to its host since the last Reset(), and which host calls are to fail. The filter replaces
+/// every "SECRET" by "######".
+struct RecordingHost {
+  static RecordingHost& Instance();
+  void Reset() { *this = RecordingHost(); }
+
+  std::vector<LogLine> lines;
+  std::vector<std::string> filtered;   ///< each text as it came to the filter
+  std::vector<std::string> encodings;  ///< the encoding of each file call
+
+  CallFailure boundedCopies;   ///< memcpy_s and strncpy_s
+  int boundedCopyResult = 34;  ///< what a failing one returns; nothing is copied
+  CallFailure stats;
+  CallFailure opens;
+  int fileError = 5;        ///< errno of a failing file call
+  long readableBytes = -1;  ///< reads of opened files fail with fileError behind this many bytes, unless negative
+  bool logThrows = false;   ///< ForceLog throws std::runtime_error
+};
+
+}  // namespace VARNEL_TEST
+
+#endif
