@@ -16,6 +16,10 @@ if(NOT VARNEL_PLATFORM STREQUAL "bundled")
 endif()
 install(EXPORT varnel_common-targets NAMESPACE varnel:: DESTINATION ${config_dir})
 
+if(VARNEL_BUILD_TOOLS)
+  install(TARGETS varnel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
 configure_package_config_file(cmake/varnel_common-config.cmake.in varnel_common-config.cmake
   INSTALL_DESTINATION ${config_dir})
 write_basic_package_version_file(varnel_common-config-version.cmake COMPATIBILITY SameMajorVersion)

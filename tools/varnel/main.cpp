@@ -1,0 +1,85 @@
+#include <csignal>
+#include <exception>
+#include <iostream>
+
+#include "library_log.h"
+#include "output.h"
+#include "subcommands.h"
+
+namespace {
+
+struct Subcommand {
+  const char* name;
+  const char* purpose;
+  const char* example;
+  std::function<int()> (*add)(CLI::App& command);
+};
+
+constexpr Subcommand SUBCOMMANDS[] = {
+    {"package", "Check NE software files and list the entries of their package descriptions",
+     "varnel package --only-bad mainboard.pkg /srv/packages", AddPackage},
+    {"head", "Show both heads of an NE software file, field by field", "varnel head mainboard.pkg", AddHead},
+    {"make-package", "Write an NE software file with valid heads",
+     "varnel make-package -d description.txt --link \"board -> mainboard\" -t 1 mainboard.pkg", AddMakePackage},
+    {"coldpatch", "Tell whether files are cold patches", "varnel coldpatch patch.txt", AddColdPatch},
+};
+
+constexpr char EXIT_STATUSES[] =
+    "Exit status: 0 done; 1 something examined is bad or unreadable, or the result could not be written; 2 wrong "
+    "usage.";
+
+class Command {
+ public:
+  Command() : m_app("Tools for NE software packages", "varnel") {
+    m_app.set_version_flag("--version", "varnel " VARNEL_VERSION);
+    m_app.add_flag("-v,--verbose", m_verbose, "Show the library's log lines on standard error");
+    m_app.require_subcommand(1);
+    m_app.fallthrough();
+    m_app.failure_message([](const CLI::App*, const CLI::Error& error) {
+      return std::string("varnel: ") + error.what() + "\nvarnel --help and varnel SUBCOMMAND --help tell the usage.\n";
+    });
+    m_app.footer(std::string("varnel SUBCOMMAND --help explains a subcommand, with an example.\n\n") + EXIT_STATUSES);
+    for (const Subcommand& subcommand : SUBCOMMANDS)
+      Add(subcommand);
+  }
+
+  int Run(int argc, char** argv) {
+    try {
+      m_app.parse(argc, argv);
+      RouteLibraryLog(m_verbose);
+      return m_run();
+    } catch (const CLI::ParseError& error) {
+      return m_app.exit(error) == 0 ? EXIT_DONE : EXIT_USAGE;
+    }
+  }
+
+ private:
+  void Add(const Subcommand& subcommand) {
+    CLI::App* command = m_app.add_subcommand(subcommand.name, subcommand.purpose);
+    command->footer(std::string("Example:\n  ") + subcommand.example + "\n\n" + EXIT_STATUSES);
+    const auto run = subcommand.add(*command);
+    command->callback([this, run] { m_run = run; });
+  }
+
+  CLI::App m_app;
+  bool m_verbose = false;
+  std::function<int()> m_run;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  std::signal(SIGPIPE, SIG_DFL);  // a reader that goes away ends the command quietly, whatever the parent ignored
+  std::ios::sync_with_stdio(false);
+  int status = EXIT_BAD;
+  try {
+    status = Command().Run(argc, argv);
+  } catch (const std::exception& error) {
+    Complain("failed", error.what());
+  }
+  if (!std::cout.flush()) {
+    Complain("standard output", "cannot write");
+    return EXIT_BAD;
+  }
+  return status;
+}

@@ -1,0 +1,204 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <memory>
+#include <system_error>
+#include <vector>
+
+#include "input_file.h"
+#include "output.h"
+#include "software_file.h"
+#include "subcommands.h"
+
+using VARNEL_COMMON::ZEP_DIR_HEAD;
+using VARNEL_COMMON::ZEP_FILE_HEAD;
+
+namespace {
+
+constexpr size_t MAX_VERSION_LENGTH = 65534;
+
+[[noreturn]] void Fail(const std::string& what) {
+  throw std::system_error(errno, std::generic_category(), what);
+}
+
+// A file that appears under its name only once it is complete. A symbolic link of that name is replaced itself.
+class OutputFile {
+ public:
+  explicit OutputFile(const std::string& name) : m_name(name) {
+    if (name == "-") {
+      m_file.reset(fdopen(dup(STDOUT_FILENO), "wb"));
+    } else {
+      RefuseSpecialFiles();
+      m_temporary = name + ".XXXXXX";
+      const int descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
+      if (descriptor == -1) {
+        m_temporary.clear();
+        Fail("cannot write");
+      }
+      m_file.reset(fdopen(descriptor, "wb"));
+    }
+    if (m_file == nullptr) Fail("cannot write");
+  }
+
+  ~OutputFile() {
+    if (!m_temporary.empty()) unlink(m_temporary.c_str());
+  }
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+
+  void Write(const void* data, size_t size) {
+    if (size > 0 && std::fwrite(data, 1, size, m_file.get()) != size) Fail("cannot write");
+  }
+  void Write(const std::string& text) { Write(text.data(), text.size()); }
+
+  void Finish() {
+    if (std::fflush(m_file.get()) != 0) Fail("cannot write");
+    if (m_temporary.empty()) return;
+    const mode_t mask = umask(0);
+    umask(mask);
+    if (fchmod(fileno(m_file.get()), 0666 & ~mask) != 0) Fail("cannot write");
+    if (std::rename(m_temporary.c_str(), m_name.c_str()) != 0) Fail("cannot write");
+    m_temporary.clear();
+  }
+
+ private:
+  void RefuseSpecialFiles() const {
+    struct ::stat status;
+    if (lstat(m_name.c_str(), &status) != 0 || S_ISREG(status.st_mode) || S_ISLNK(status.st_mode)) return;
+    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    Fail("cannot write");
+  }
+
+  std::string m_name;
+  std::string m_temporary;
+  File m_file;
+};
+
+// The head as it stands in the file. Summing first is right: a sum of bytes does not depend on their order.
+template <typename Head>
+std::string Stored(Head head) {
+  head.ulCheckSum = HeadSum(head);
+  head.ToHostOrder();
+  return {reinterpret_cast<const char*>(&head), sizeof head};
+}
+
+class MakePackageCommand {
+ public:
+  explicit MakePackageCommand(CLI::App& command) {
+    command.add_option("OUTPUT", m_output, "File to write; - is standard output")->required()->type_name("");
+    command.add_option("-d,--description", m_description, "File with the package description; - is standard input")
+        ->type_name("FILE");
+    command.add_option("-p,--payload", m_payload, "File with what follows the description; - is standard input")
+        ->type_name("FILE");
+    command.add_option("--version-text", m_version, "Version text; empty for none")
+        ->capture_default_str()
+        ->check(LengthUpTo(MAX_VERSION_LENGTH));
+    command.add_option("--link", m_link, "Link text, \"NAME -> TARGET\"")
+        ->capture_default_str()
+        ->check(LengthUpTo(MAX_LINK_LENGTH))
+        ->check([](const std::string& text) { return text.find("-> ") == text.npos ? "holds no \"-> \"" : ""; });
+    command.add_option("-t,--type", m_type, "File type")->capture_default_str()->type_name("NUMBER");
+    command.add_option("--extension", m_extension, "Extension word, for file type 2 only")->type_name("NUMBER");
+    command.add_option("--gap", m_gaps, "Up to four lengths, N,N,N,N, of the gap between the heads")
+        ->delimiter(',')
+        ->expected(1, 4);
+    command.add_option("--skip-length", m_skipLength, "Length of the area behind the heads")
+        ->capture_default_str()
+        ->type_name("NUMBER");
+    command.add_option("--tail-length", m_tailLength, "Length of the area behind the texts")
+        ->capture_default_str()
+        ->type_name("NUMBER");
+  }
+
+  int Run() const {
+    if (m_extension && m_type != EXTENDED_TYPE) throw CLI::ValidationError("--extension", "goes with --type 2 only");
+    if (m_description == "-" && m_payload == "-") {
+      throw CLI::ValidationError("--payload", "standard input is taken by --description");
+    }
+    try {
+      WritePackage();
+    } catch (const std::system_error& error) {
+      Complain(m_output, error.what());
+      return EXIT_BAD;
+    }
+    return EXIT_DONE;
+  }
+
+ private:
+  static CLI::Validator LengthUpTo(size_t length) {
+    return CLI::Validator(
+        [length](const std::string& text) {
+          return text.size() > length ? "is longer than " + std::to_string(length) + " bytes" : std::string();
+        },
+        "");
+  }
+
+  void WritePackage() const {
+    OutputFile output(m_output);
+    output.Write(Heads());
+    output.Write(std::string(m_skipLength, '\0') + m_link + m_version + std::string(m_tailLength, '\0'));
+    if (!m_description.empty()) {
+      output.Write("\n");  // the first line of the description is not to hide behind the bytes in front of it
+      Append(m_description, output);
+    }
+    if (!m_payload.empty()) Append(m_payload, output);
+    output.Finish();
+  }
+
+  std::string Heads() const {
+    ZEP_DIR_HEAD directory = {};
+    directory.ulMagic = DIR_MAGIC;
+    uint16_t* const gaps[] = {&directory.usGapLen26, &directory.usGapLen32, &directory.usGapLen34,
+                              &directory.usGapLen36};
+    for (size_t i = 0; i < m_gaps.size(); ++i)
+      *gaps[i] = m_gaps[i];
+
+    ZEP_FILE_HEAD file = {};
+    file.ulMagic = FILE_MAGIC;
+    file.usFileType = m_type;
+    file.usSkipLen = m_skipLength;
+    file.usLinkLen = static_cast<uint16_t>(m_link.size());
+    file.usVersionLen = static_cast<uint16_t>(m_version.size());
+    file.usTailLen = m_tailLength;
+
+    std::string heads = Stored(directory) + std::string(GapLength(directory), '\0') + Stored(file);
+    if (m_type == EXTENDED_TYPE) {
+      const uint16_t word = m_extension.value_or(0);
+      heads.push_back(static_cast<char>(word >> 8));
+      heads.push_back(static_cast<char>(word & 0xFF));
+    }
+    return heads;
+  }
+
+  static void Append(const std::string& name, OutputFile& output) {
+    const InputFile input(name);
+    const File file = input.Open();
+    if (file == nullptr) throw std::system_error(errno, std::generic_category(), "cannot read " + Escaped(name));
+    char buffer[65536];
+    for (size_t read; (read = std::fread(buffer, 1, sizeof buffer, file.get())) > 0;)
+      output.Write(buffer, read);
+    if (std::ferror(file.get()) != 0) Fail("cannot read " + Escaped(name));
+  }
+
+  std::string m_output;
+  std::string m_description;
+  std::string m_payload;
+  std::string m_version = "1.0";
+  std::string m_link = "package -> package";
+  uint16_t m_type = 1;
+  std::optional<uint16_t> m_extension;
+  std::vector<uint16_t> m_gaps;
+  uint16_t m_skipLength = 0;
+  uint16_t m_tailLength = 0;
+};
+
+}  // namespace
+
+std::function<int()> AddMakePackage(CLI::App& command) {
+  const auto makePackage = std::make_shared<MakePackageCommand>(command);
+  return [makePackage] { return makePackage->Run(); };
+}

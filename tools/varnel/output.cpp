@@ -1,0 +1,135 @@
+#include "output.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iomanip>
+#include <iostream>
+#include <sstream>
+
+namespace {
+
+constexpr auto REDRAW_INTERVAL = std::chrono::milliseconds(100);
+constexpr size_t BAR_WIDTH = 40;
+
+bool IsContinuation(char c) {
+  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+}
+
+// Length of the UTF-8 character at the front of a text, 0 where there is none: a stray or missing continuation byte,
+// an overlong form, a surrogate, or a number above U+10FFFF.
+size_t CharacterLength(std::string_view text) {
+  const auto first = static_cast<unsigned char>(text[0]);
+  const size_t length = first < 0x80   ? 1
+                        : first < 0xC2 ? 0
+                        : first < 0xE0 ? 2
+                        : first < 0xF0 ? 3
+                        : first < 0xF5 ? 4
+                                       : 0;
+  if (length > text.size()) return 0;
+  for (size_t i = 1; i < length; ++i) {
+    if (!IsContinuation(text[i])) return 0;
+  }
+  if (length < 3) return length;
+  const auto second = static_cast<unsigned char>(text[1]);
+  const bool valid = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second < 0xA0) &&
+                     (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second < 0x90);
+  return valid ? length : 0;
+}
+
+// C0, DEL, and C1, whose two bytes begin with C2.
+bool IsControl(std::string_view character) {
+  const auto first = static_cast<unsigned char>(character[0]);
+  if (character.size() == 1) return first < 0x20 || first == 0x7F;
+  return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+}
+
+void AppendEscape(std::string& escaped, char c) {
+  constexpr char DIGITS[] = "0123456789abcdef";
+  const auto byte = static_cast<unsigned char>(c);
+  escaped.append("\\x").append(1, DIGITS[byte >> 4]).append(1, DIGITS[byte & 0xF]);
+}
+
+bool UseColour() {
+  static const bool use = isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
+  return use;
+}
+
+}  // namespace
+
+void PrintJson(const Json& object) {
+  std::cout << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+}
+
+std::string Escaped(std::string_view text) {
+  std::string escaped;
+  while (!text.empty()) {
+    const size_t length = CharacterLength(text);
+    const std::string_view character = text.substr(0, length == 0 ? 1 : length);
+    if (length > 0 && !IsControl(character)) {
+      escaped.append(character);
+    } else {
+      for (const char c : character)
+        AppendEscape(escaped, c);
+    }
+    text.remove_prefix(character.size());
+  }
+  return escaped;
+}
+
+std::string Hex32(uint32_t number) {
+  std::ostringstream text;
+  text << "0x" << std::hex << std::setfill('0') << std::setw(8) << number;
+  return text.str();
+}
+
+void Complain(std::string_view subject, std::string_view what) {
+  std::cout.flush();
+  std::cerr << "varnel: " << Escaped(subject) << ": " << what << '\n';
+}
+
+std::string Coloured(Colour colour, const std::string& word) {
+  if (!UseColour()) return word;
+  return (colour == Colour::Good ? "\033[32m" : "\033[1;31m") + word + "\033[0m";
+}
+
+size_t Width(std::string_view text) {
+  size_t width = 0;
+  for (const char c : text)
+    width += IsContinuation(c) ? 0U : 1U;
+  return width;
+}
+
+std::string Padded(const std::string& text, size_t width) {
+  const size_t used = Width(text);
+  return used < width ? text + std::string(width - used, ' ') : text;
+}
+
+ProgressBar::ProgressBar(size_t total) : m_total(total), m_enabled(total > 0 && isatty(STDERR_FILENO) != 0) {}
+
+ProgressBar::~ProgressBar() {
+  Hide();
+}
+
+void ProgressBar::Advance() {
+  ++m_done;
+  if (!m_enabled) return;
+  const auto now = std::chrono::steady_clock::now();
+  if (now - m_lastDrawn < REDRAW_INTERVAL) return;
+  m_lastDrawn = now;
+  Draw();
+}
+
+void ProgressBar::Hide() {
+  if (!m_visible) return;
+  std::cerr << "\r\033[K" << std::flush;
+  m_visible = false;
+}
+
+void ProgressBar::Draw() {
+  const size_t filled = m_done * BAR_WIDTH / m_total;
+  std::cout.flush();
+  std::cerr << "\r[" << std::string(filled, '=') << std::string(BAR_WIDTH - filled, ' ') << "] " << m_done << '/'
+            << m_total << " files" << std::flush;
+  m_visible = true;
+}

@@ -1,0 +1,58 @@
+#ifndef VARNEL_TOOLS_OUTPUT_H
+#define VARNEL_TOOLS_OUTPUT_H
+
+#include <chrono>
+#include <cstdint>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+/// Keys stand in the order in which they were put in.
+using Json = nlohmann::ordered_json;
+
+/// Prints one object on one line of standard output. Bytes that are not UTF-8 become U+FFFD.
+void PrintJson(const Json& object);
+
+/// Text that is safe on a terminal: control characters and bytes that are not UTF-8 become "\xNN".
+std::string Escaped(std::string_view text);
+
+/// "0x" and eight digits.
+std::string Hex32(uint32_t number);
+
+/// Says on standard error what is wrong with an input, "varnel: <subject>: <what>".
+void Complain(std::string_view subject, std::string_view what);
+
+enum class Colour { Good, Bad };
+
+/// Colours a word where standard output is a terminal and NO_COLOR is not set.
+std::string Coloured(Colour colour, const std::string& word);
+
+/// Pads a text with blanks to a width, counted in characters.
+std::string Padded(const std::string& text, size_t width);
+
+/// Width of a UTF-8 text in characters.
+size_t Width(std::string_view text);
+
+/// A bar on standard error, where that is a terminal; else nothing is shown.
+class ProgressBar {
+ public:
+  explicit ProgressBar(size_t total);
+  ~ProgressBar();
+  ProgressBar(const ProgressBar&) = delete;
+  ProgressBar& operator=(const ProgressBar&) = delete;
+
+  void Advance();
+  /// Takes the bar off the screen, so that a result can be printed; Advance() shows it again.
+  void Hide();
+
+ private:
+  void Draw();
+
+  size_t m_total;
+  size_t m_done = 0;
+  bool m_enabled;
+  bool m_visible = false;
+  std::chrono::steady_clock::time_point m_lastDrawn;
+};
+
+#endif

@@ -1,0 +1,240 @@
+#include <pkgfile.h>
+#include <publicdata.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "input_file.h"
+#include "output.h"
+#include "software_file.h"
+#include "subcommands.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+struct Entry {
+  std::string name, kind;
+  unsigned int size;
+};
+
+struct Package {
+  std::string path;
+  std::string error;  ///< why it is bad; empty for a good one
+  SoftwareFile heads;
+  std::optional<bool> coldPatch;
+  std::optional<std::vector<Entry>> entries;  ///< absent without a description section
+};
+
+bool HasDescription(const std::string& path) {
+  VARNEL_COMMON::Vnifstream file(path);
+  char line[1024];
+  while (file.GetLine(line, sizeof line)) {
+    if (std::strstr(line, "[File Description]") != nullptr) return true;
+  }
+  return false;
+}
+
+std::optional<std::vector<Entry>> ReadEntries(const InputFile& input) {
+  VARNEL_COMMON::CPkgFile description(input.Path());
+  const bool failed = description.ParsePkgSoftInfo(input.Path()) != 0;
+  if (failed && !HasDescription(input.Path())) return std::nullopt;
+  if (failed) {
+    const bool some = !description.m_lstSoftInfo.empty();
+    Complain(input.Name(),
+             some ? "package description: a column is longer than 255 bytes, the entries from there on are not listed"
+                  : "package description: there is no valid entry in it");
+  }
+  std::vector<Entry> entries;
+  for (const auto* info : description.m_lstSoftInfo) {
+    entries.push_back({info->strColumn1, info->strColumn2, info->uiColumn5});
+  }
+  return entries;
+}
+
+Package Examine(const InputFile& input) {
+  Package package;
+  package.path = input.Name();
+  package.heads = InspectSoftwareFile(input);
+  package.error = package.heads.error;
+  if (!package.error.empty()) return package;
+  if (!package.heads.typeAccepted) {
+    package.error = "file type " + std::to_string(package.heads.file->fields.usFileType) + " is not accepted";
+  }
+  package.coldPatch = VARNEL_COMMON::isColdPatch(input.Path());
+  package.entries = ReadEntries(input);
+  return package;
+}
+
+template <typename T>
+Json OrNull(const std::optional<T>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
+
+Json ToJson(const std::vector<Entry>& entries) {
+  Json list = Json::array();
+  for (const Entry& entry : entries) {
+    list.push_back(Json{{"name", entry.name}, {"kind", entry.kind}, {"size", entry.size}});
+  }
+  return list;
+}
+
+void PrintAsJson(const Package& package) {
+  const SoftwareFile& heads = package.heads;
+  const bool typeKnown = heads.error.empty();
+  PrintJson({{"path", package.path},
+             {"ok", package.error.empty()},
+             {"error", package.error.empty() ? Json(nullptr) : Json(package.error)},
+             {"version", OrNull(heads.version)},
+             {"link_target", OrNull(heads.linkTarget)},
+             {"file_type", typeKnown ? Json(heads.file->fields.usFileType) : Json(nullptr)},
+             {"file_type_accepted", typeKnown ? Json(heads.typeAccepted) : Json(nullptr)},
+             {"payload_offset", OrNull(heads.payloadOffset)},
+             {"extension_word", OrNull(heads.extensionWord)},
+             {"cold_patch", OrNull(package.coldPatch)},
+             {"entries", package.entries ? ToJson(*package.entries) : Json(nullptr)}});
+}
+
+void PrintField(const char* name, const std::string& value) {
+  std::cout << "  " << Padded(name, 14) << "  " << value << '\n';
+}
+
+void PrintEntries(const std::vector<Entry>& entries) {
+  size_t nameWidth = 4, kindWidth = 4;
+  for (const Entry& entry : entries) {
+    nameWidth = std::max(nameWidth, Width(Escaped(entry.name)));
+    kindWidth = std::max(kindWidth, Width(Escaped(entry.kind)));
+  }
+  std::cout << "    " << Padded("NAME", nameWidth) << "  " << Padded("KIND", kindWidth) << "        SIZE\n";
+  for (const Entry& entry : entries) {
+    const std::string size = std::to_string(entry.size);
+    std::cout << "    " << Padded(Escaped(entry.name), nameWidth) << "  " << Padded(Escaped(entry.kind), kindWidth)
+              << "  " << std::string(size.size() < 10 ? 10 - size.size() : 0, ' ') << size << '\n';
+  }
+}
+
+void PrintAsTable(const Package& package) {
+  const bool good = package.error.empty();
+  std::cout << Escaped(package.path) << ": " << Coloured(good ? Colour::Good : Colour::Bad, good ? "good" : "bad");
+  std::cout << (good ? "" : ": ") << package.error << '\n';
+  const SoftwareFile& heads = package.heads;
+  if (!heads.error.empty()) return;
+  PrintField("version", Escaped(heads.version.value_or("none")));
+  PrintField("link target", Escaped(*heads.linkTarget));
+  PrintField("file type",
+             std::to_string(heads.file->fields.usFileType) + (heads.typeAccepted ? "" : " (not accepted)"));
+  if (heads.extensionWord) PrintField("extension word", std::to_string(*heads.extensionWord));
+  PrintField("payload offset", std::to_string(*heads.payloadOffset));
+  PrintField("cold patch", *package.coldPatch ? "yes" : "no");
+  PrintField("entries", package.entries ? std::to_string(package.entries->size()) : "none: no description section");
+  if (package.entries && !package.entries->empty()) PrintEntries(*package.entries);
+}
+
+bool BeginsAsSoftwareFile(const InputFile& input) {
+  char magic[4] = {};
+  const File file = input.Open();
+  if (file == nullptr || std::fread(magic, 1, sizeof magic, file.get()) != sizeof magic) return false;
+  return std::memcmp(magic, "QXDD", sizeof magic) == 0;
+}
+
+class PackageCommand {
+ public:
+  explicit PackageCommand(CLI::App& command) {
+    command.add_option("PATH", m_paths, "Files, and folders to search; - is standard input")->required()->type_name("");
+    command.add_flag("--json", m_json, "Print one JSON object per file");
+    command.add_flag("--only-bad", m_onlyBad, "Print bad files only");
+    command.add_flag("-q,--quiet", m_quiet, "Print nothing; the exit status tells");
+  }
+
+  int Run() {
+    for (const std::string& path : m_paths) {
+      std::error_code ignored;
+      if (fs::is_directory(path, ignored)) {
+        CheckFolder(path);
+      } else {
+        Check(InputFile(path));
+      }
+    }
+    if (m_folders && !m_json && !m_quiet) PrintSummary();
+    return m_bad == 0 ? EXIT_DONE : EXIT_BAD;
+  }
+
+ private:
+  void Check(const InputFile& input) { Report(Examine(input)); }
+
+  void Report(const Package& package) {
+    const bool good = package.error.empty();
+    ++(good ? m_good : m_bad);
+    if (m_quiet || (m_onlyBad && good)) return;
+    if (m_json) {
+      PrintAsJson(package);
+    } else {
+      PrintAsTable(package);
+    }
+  }
+
+  // Looks at regular files only: pipes and devices could block, and symbolic links could lead round in circles.
+  void CheckFolder(const std::string& folder) {
+    m_folders = true;
+    std::vector<std::string> files;
+    Collect(folder, files);
+    std::sort(files.begin(), files.end());
+    ProgressBar progress(m_quiet ? 0 : files.size());
+    for (const std::string& path : files) {
+      const InputFile input(path);
+      if (input.Error().empty() && !BeginsAsSoftwareFile(input)) {
+        ++m_others;
+      } else {
+        progress.Hide();
+        Check(input);
+      }
+      progress.Advance();
+    }
+  }
+
+  void Collect(const fs::path& folder, std::vector<std::string>& files) {
+    std::error_code error;
+    fs::directory_iterator item(folder, error);
+    for (; !error && item != fs::directory_iterator(); item.increment(error)) {
+      std::error_code ignored;
+      const auto status = item->symlink_status(ignored);
+      if (status.type() == fs::file_type::directory) {
+        Collect(item->path(), files);
+      } else if (status.type() == fs::file_type::regular) {
+        files.push_back(item->path().string());
+      }
+    }
+    if (!error) return;
+    Package unreadable;
+    unreadable.path = folder.string();
+    unreadable.heads.error = unreadable.error = std::strerror(error.value());
+    Report(unreadable);
+  }
+
+  void PrintSummary() const {
+    std::cout << m_good + m_bad + m_others << " files: " << m_good << " good, " << m_bad << " bad, " << m_others
+              << " other\n";
+  }
+
+  std::vector<std::string> m_paths;
+  bool m_json = false;
+  bool m_onlyBad = false;
+  bool m_quiet = false;
+  bool m_folders = false;
+  size_t m_good = 0;
+  size_t m_bad = 0;
+  size_t m_others = 0;
+};
+
+}  // namespace
+
+std::function<int()> AddPackage(CLI::App& command) {
+  const auto package = std::make_shared<PackageCommand>(command);
+  return [package] { return package->Run(); };
+}
