@@ -109,7 +109,7 @@ unsigned int CPkgFile::ParsePkgSoftInfo(const std::string& path) {
     }
     auto entry = MakeEntry(columns);
     m_lstSoftInfo.push_back(entry.get());
-    entry.release();
+    static_cast<void>(entry.release());
   }
   if (m_lstSoftInfo.empty()) {
     return Fail(__LINE__, "CSPHPkgFile::ParsePkgSoftInfo(): , m_lstSoftInfo is empty, File: ", path);

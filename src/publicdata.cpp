@@ -202,7 +202,7 @@ bool Vnifstream::GetLine(char* buf, unsigned int size) {
 }
 
 bool isColdPatch(const std::string& path) {
-  Vnifstream file(path.c_str());
+  Vnifstream file(path);
   char line[LINE_SIZE];
   while (file.GetLine(line, sizeof line)) {
     if (std::strstr(line, "[COLDPATCH]") != nullptr) return true;

@@ -34,6 +34,7 @@ void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath
   filePath = path.empty() || nameStart > 0 ? path.substr(0, nameStart) : "/";
 }
 
+// By value, so that the name may be one of the outputs. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName) {
   const size_t dot = std::min(fileName.rfind('.'), fileName.size());
   exName = fileName.substr(dot);

@@ -10,8 +10,8 @@ struct CloseFile {
 };
 using File = std::unique_ptr<FILE, CloseFile>;
 
-/// A file named on the command line. "-" is standard input, kept in a temporary file while this object lives, so that
-/// it can be read by path and more than once.
+/// A file named on the command line. Standard input ("-") and pipes are kept in a temporary file while this object
+/// lives, so that they can be read by path and more than once.
 class InputFile {
  public:
   explicit InputFile(const std::string& name);
@@ -27,7 +27,8 @@ class InputFile {
   File Open() const;
 
  private:
-  std::string KeepStandardInput();
+  std::string Prepare();
+  std::string Keep(FILE* stream);
 
   std::string m_name;
   std::string m_path;

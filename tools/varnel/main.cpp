@@ -33,7 +33,7 @@ class Command {
   Command() : m_app("Tools for NE software packages", "varnel") {
     m_app.set_version_flag("--version", "varnel " VARNEL_VERSION);
     m_app.add_flag("-v,--verbose", m_verbose, "Show the library's log lines on standard error");
-    m_app.require_subcommand(1);
+    m_app.require_subcommand(0, 1);
     m_app.fallthrough();
     m_app.failure_message([](const CLI::App*, const CLI::Error& error) {
       return std::string("varnel: ") + error.what() + "\nvarnel --help and varnel SUBCOMMAND --help tell the usage.\n";
@@ -46,6 +46,7 @@ class Command {
   int Run(int argc, char** argv) {
     try {
       m_app.parse(argc, argv);
+      if (m_run == nullptr) throw CLI::RequiredError("A subcommand");
       RouteLibraryLog(m_verbose);
       return m_run();
     } catch (const CLI::ParseError& error) {

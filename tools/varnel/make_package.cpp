@@ -6,7 +6,7 @@
 #include <cstring>
 #include <iostream>
 #include <memory>
-#include <system_error>
+#include <stdexcept>
 #include <vector>
 
 #include "input_file.h"
@@ -22,7 +22,7 @@ namespace {
 constexpr size_t MAX_VERSION_LENGTH = 65534;
 
 [[noreturn]] void Fail(const std::string& what) {
-  throw std::system_error(errno, std::generic_category(), what);
+  throw std::runtime_error(what + ": " + std::strerror(errno));
 }
 
 // A file that appears under its name only once it is complete. A symbolic link of that name is replaced itself.
@@ -69,8 +69,7 @@ class OutputFile {
   void RefuseSpecialFiles() const {
     struct ::stat status;
     if (lstat(m_name.c_str(), &status) != 0 || S_ISREG(status.st_mode) || S_ISLNK(status.st_mode)) return;
-    errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
-    Fail("cannot write");
+    throw std::runtime_error(S_ISDIR(status.st_mode) ? "is a folder" : "not a regular file");
   }
 
   std::string m_name;
@@ -121,7 +120,7 @@ class MakePackageCommand {
     }
     try {
       WritePackage();
-    } catch (const std::system_error& error) {
+    } catch (const std::runtime_error& error) {
       Complain(m_output, error.what());
       return EXIT_BAD;
     }
@@ -176,8 +175,9 @@ class MakePackageCommand {
 
   static void Append(const std::string& name, OutputFile& output) {
     const InputFile input(name);
+    if (!input.Error().empty()) throw std::runtime_error("cannot read " + Escaped(name) + ": " + input.Error());
     const File file = input.Open();
-    if (file == nullptr) throw std::system_error(errno, std::generic_category(), "cannot read " + Escaped(name));
+    if (file == nullptr) Fail("cannot read " + Escaped(name));
     char buffer[65536];
     for (size_t read; (read = std::fread(buffer, 1, sizeof buffer, file.get())) > 0;)
       output.Write(buffer, read);

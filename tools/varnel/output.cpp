@@ -50,15 +50,21 @@ void AppendEscape(std::string& escaped, char c) {
   escaped.append("\\x").append(1, DIGITS[byte >> 4]).append(1, DIGITS[byte & 0xF]);
 }
 
+bool OnTerminal() {
+  static const bool onTerminal = isatty(STDOUT_FILENO) != 0;
+  return onTerminal;
+}
+
 bool UseColour() {
-  static const bool use = isatty(STDOUT_FILENO) != 0 && std::getenv("NO_COLOR") == nullptr;
+  static const bool use = OnTerminal() && std::getenv("NO_COLOR") == nullptr;
   return use;
 }
 
 }  // namespace
 
 void PrintJson(const Json& object) {
-  std::cout << object.dump(-1, ' ', false, Json::error_handler_t::replace) << '\n';
+  // On a terminal as ASCII, so that no control character of a text gets through.
+  std::cout << object.dump(-1, ' ', OnTerminal(), Json::error_handler_t::replace) << '\n';
 }
 
 std::string Escaped(std::string_view text) {

@@ -1,0 +1,49 @@
+# shellcheck shell=bash
+# Sourced by the scripts beside it: goes to the project's folder and offers what they share.
+
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+say() {
+  printf '\n== %s\n' "$*"
+}
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo > /dev/null; then
+    sudo "$@"
+  else
+    echo "$0: needs root, or sudo, to install: ${missing[*]}" >&2
+    exit 1
+  fi
+}
+
+# Installs those of the named Debian packages that are not there yet.
+need() {
+  missing=()
+  local package
+  for package in "$@"; do
+    dpkg-query -W -f '${Status}\n' "$package" 2> /dev/null | grep -q '^install ok installed$' || missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  say "Installing ${missing[*]}"
+  as_root apt-get update -q
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -qy --no-install-recommends "${missing[@]}"
+}
+
+need_build_tools() {
+  need g++ cmake ninja-build ccache pkg-config libace-dev libspdlog-dev libre2-dev libcli11-dev nlohmann-json3-dev \
+    libgtest-dev
+}
+
+# configure_and_build PRESET [TARGET...]
+configure_and_build() {
+  local preset=$1 log
+  shift
+  log=$(mktemp)
+  say "Building (preset $preset)"
+  cmake --preset "$preset" > "$log" 2>&1 || { cat "$log" >&2; rm -f "$log"; exit 1; }
+  rm -f "$log"
+  cmake --build --preset "$preset" ${1:+--target "$@"}
+}
