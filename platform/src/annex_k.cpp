@@ -46,7 +46,8 @@ int memset_s(void* dest, size_t destMax, int c, size_t count) {
 }
 
 int strncpy_s(char* dest, size_t destMax, const char* src, size_t count) {
-  if (dest == nullptr || destMax == 0) return EINVAL;
+  if (dest == nullptr) return EINVAL;
+  if (destMax == 0) return src == nullptr ? EINVAL : ERANGE;
   if (src == nullptr) {
     dest[0] = '\0';
     return EINVAL;
