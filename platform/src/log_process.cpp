@@ -3,6 +3,8 @@
 #include <spdlog/sinks/stdout_sinks.h>
 #include <spdlog/spdlog.h>
 
+#include <exception>
+#include <new>
 #include <string_view>
 
 namespace {
@@ -26,7 +28,9 @@ void WriteTo(spdlog::sinks::sink& sink, const spdlog::details::log_msg& line) {
   try {
     sink.log(line);
     sink.flush();
-  } catch (const spdlog::spdlog_ex&) {
+  } catch (const std::bad_alloc&) {
+    throw;
+  } catch (const std::exception&) {
     // A sink that cannot write must not stop the operation that is being reported on.
   }
 }
