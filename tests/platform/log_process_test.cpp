@@ -1,0 +1,229 @@
+#include "platform/log_process.h"
+
+#include <gtest/gtest.h>
+#include <spdlog/sinks/base_sink.h>
+#include <spdlog/spdlog.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <regex>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace VARNEL_TEST {
+namespace {
+
+constexpr char MODULE[] = "some_module";
+
+struct Line {
+  spdlog::level::level_enum level;
+  std::string text;
+  std::string logger = MODULE;
+  std::string sourceModule = "str";
+  std::string function = "ToAbsPath";
+  int line = 265;
+};
+
+bool operator==(const Line& a, const Line& b) {
+  const auto fields = [](const Line& line) {
+    return std::tie(line.level, line.text, line.logger, line.sourceModule, line.function, line.line);
+  };
+  return fields(a) == fields(b);
+}
+
+std::ostream& operator<<(std::ostream& out, const Line& line) {
+  return out << line.logger << ' ' << line.level << ' ' << line.sourceModule << "::" << line.function << ':'
+             << line.line << " \"" << line.text << '"';
+}
+
+using Lines = std::vector<Line>;
+
+class Recorder : public spdlog::sinks::base_sink<std::mutex> {
+ public:
+  Lines lines;
+  size_t flushes = 0;
+
+ protected:
+  void sink_it_(const spdlog::details::log_msg& message) override {
+    const auto& source = message.source;
+    lines.push_back({message.level, std::string(message.payload.data(), message.payload.size()),
+                     std::string(message.logger_name.data(), message.logger_name.size()), source.filename,
+                     source.funcname, source.line});
+  }
+  void flush_() override { ++flushes; }
+};
+
+template <typename Failure>
+class Broken : public Recorder {
+ public:
+  explicit Broken(Failure failure) : m_failure(failure) {}
+
+ private:
+  void sink_it_(const spdlog::details::log_msg&) override { throw m_failure; }
+
+  Failure m_failure;
+};
+
+template <typename Failure>
+spdlog::sink_ptr MakeBroken(Failure failure) {
+  return std::make_shared<Broken<Failure>>(failure);
+}
+
+class LogService : public ::testing::Test {
+ protected:
+  ~LogService() override { spdlog::drop_all(); }
+
+  std::shared_ptr<spdlog::logger> Register(std::vector<spdlog::sink_ptr> sinks, const char* name = MODULE) {
+    auto logger = std::make_shared<spdlog::logger>(name, sinks.begin(), sinks.end());
+    spdlog::register_logger(logger);
+    return logger;
+  }
+
+  std::shared_ptr<Recorder> recorder = std::make_shared<Recorder>();
+  const LocationInfo location{"str", "ToAbsPath", 265};
+};
+
+TEST_F(LogService, LocationIsAPlainValue) {
+  const LocationInfo copy = location;
+  EXPECT_STREQ(copy.Module(), "str");
+  EXPECT_STREQ(copy.Function(), "ToAbsPath");
+  EXPECT_EQ(copy.Line(), 265);
+}
+
+TEST_F(LogService, LineGoesToTheLoggerOfTheModule) {
+  const auto other = std::make_shared<Recorder>();
+  Register({recorder});
+  Register({other}, "other_module");
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_WARNING, std::string("a warning"), location);
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, "an error", location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::warn, "a warning"}, {spdlog::level::err, "an error"}}));
+  EXPECT_EQ(recorder->flushes, 2U);
+  EXPECT_EQ(other->lines, Lines{});
+}
+
+TEST_F(LogService, BothOverloadsTakeBothLevels) {
+  Register({recorder});
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_WARNING, "a warning", location);
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, std::string("an error"), location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::warn, "a warning"}, {spdlog::level::err, "an error"}}));
+}
+
+TEST_F(LogService, HostLevelsAreMappedToTheNearestBelow) {
+  Register({recorder});
+  for (const int level : {-1, 0, 2, 4, 6, 100})
+    LogProcess::ForceLog(MODULE, static_cast<EN_LOG_LEVEL>(level), "x", location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::info, "x"},
+                                    {spdlog::level::info, "x"},
+                                    {spdlog::level::info, "x"},
+                                    {spdlog::level::warn, "x"},
+                                    {spdlog::level::err, "x"},
+                                    {spdlog::level::err, "x"}}));
+}
+
+TEST_F(LogService, NoLevelHoldsALineBack) {
+  recorder->set_level(spdlog::level::off);
+  Register({recorder})->set_level(spdlog::level::off);
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_WARNING, "x", location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::warn, "x"}}));
+}
+
+TEST_F(LogService, EverySinkGetsTheLine) {
+  const auto second = std::make_shared<Recorder>();
+  Register({recorder, second});
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, "x", location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::err, "x"}}));
+  EXPECT_EQ(second->lines, (Lines{{spdlog::level::err, "x"}}));
+}
+
+TEST_F(LogService, LoggerWithoutSinksSwallowsTheLine) {
+  Register({});
+  ::testing::internal::CaptureStderr();
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, "x", location);
+  EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(LogService, SinkThatFailsStopsNeitherTheOthersNorTheCaller) {
+  const auto second = std::make_shared<Recorder>();
+  Register(
+      {recorder, MakeBroken(spdlog::spdlog_ex("the disk is full")), MakeBroken(std::runtime_error("down")), second});
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, "x", location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::err, "x"}}));
+  EXPECT_EQ(second->lines, (Lines{{spdlog::level::err, "x"}}));
+}
+
+TEST_F(LogService, MemoryExhaustionPropagates) {
+  Register({MakeBroken(std::bad_alloc())});
+  EXPECT_THROW(LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, "x", location), std::bad_alloc);
+}
+
+TEST_F(LogService, TextIsTakenAsItIs) {
+  Register({recorder});
+  for (const char* text : {"", "{} {0} {:d}", "%s%n", "\xFF\x80", "two\nlines"})
+    LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, text, location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::err, ""},
+                                    {spdlog::level::err, "{} {0} {:d}"},
+                                    {spdlog::level::err, "%s%n"},
+                                    {spdlog::level::err, "\xFF\x80"},
+                                    {spdlog::level::err, "two\nlines"}}));
+}
+
+TEST_F(LogService, StringTextMayHoldNuls) {
+  Register({recorder});
+  const std::string text("a\0b\0", 4);
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_WARNING, text, location);
+  LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_WARNING, text.c_str(), location);
+  EXPECT_EQ(recorder->lines, (Lines{{spdlog::level::warn, text}, {spdlog::level::warn, "a"}}));
+}
+
+TEST_F(LogService, WithoutALoggerStandardErrorGetsOneLine) {
+  const std::string text("the text \0 goes {on}", 20);
+  ::testing::internal::CaptureStderr();
+  LogProcess::ForceLog("unregistered", EN_LOG_LEVEL_WARNING, text, location);
+  LogProcess::ForceLog("unregistered", EN_LOG_LEVEL_ERROR, "ErrorCode:0x22, text", location);
+  const std::string written = ::testing::internal::GetCapturedStderr();
+  const std::string time = R"(\[\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}\])";
+  const std::regex expected(time + R"( \[unregistered\] \[warning\] \[str:ToAbsPath:265\] the text .* goes \{on\}\n)" +
+                            time + R"( \[unregistered\] \[error\] \[str:ToAbsPath:265\] ErrorCode:0x22, text\n)");
+  EXPECT_TRUE(std::regex_match(written, expected)) << written;
+  EXPECT_NE(written.find(text), std::string::npos);
+}
+
+TEST_F(LogService, ClosedStandardErrorStopsNobody) {
+  const int standardError = dup(STDERR_FILENO);
+  close(STDERR_FILENO);
+  EXPECT_NO_THROW(LogProcess::ForceLog("unregistered", EN_LOG_LEVEL_ERROR, "x", location));
+  dup2(standardError, STDERR_FILENO);
+  close(standardError);
+}
+
+TEST_F(LogService, ThreadsLoseAndMixNothing) {
+  constexpr int THREADS = 4;
+  constexpr int LINES = 500;
+  Register({recorder});
+  ::testing::internal::CaptureStderr();
+  std::vector<std::thread> threads;
+  for (int thread = 0; thread < THREADS; ++thread) {
+    threads.emplace_back([this, thread] {
+      for (int i = 0; i < LINES; ++i) {
+        LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_WARNING, std::to_string(thread), location);
+        LogProcess::ForceLog("unregistered", EN_LOG_LEVEL_WARNING, "text", location);
+      }
+    });
+  }
+  for (std::thread& thread : threads)
+    thread.join();
+  const std::string written = ::testing::internal::GetCapturedStderr();
+  EXPECT_EQ(std::count(written.begin(), written.end(), '\n'), THREADS * LINES);
+  for (int thread = 0; thread < THREADS; ++thread)
+    EXPECT_EQ(
+        std::count(recorder->lines.begin(), recorder->lines.end(), Line{spdlog::level::warn, std::to_string(thread)}),
+        LINES);
+}
+
+}  // namespace
+}  // namespace VARNEL_TEST

@@ -1,0 +1,238 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <string>
+
+#include "platform/ns_util.h"
+#include "temp_folder.h"
+#include "unprivileged.h"
+
+namespace VARNEL_TEST {
+namespace {
+
+namespace fs = std::filesystem;
+using NS_UTIL::RemoveDir;
+using NS_UTIL::RemoveFile;
+
+bool Exists(const std::string& path) {
+  return fs::exists(fs::symlink_status(path));
+}
+
+class Remove : public ::testing::Test {
+ protected:
+  std::string MakeFolder(const std::string& name) const {
+    fs::create_directories(folder.Path(name));
+    return folder.Path(name);
+  }
+  std::string Link(const std::string& target, const std::string& name) const {
+    fs::create_symlink(target, folder.Path(name));
+    return folder.Path(name);
+  }
+
+  const TempFolder folder;
+};
+
+TEST_F(Remove, FileGoesAlone) {
+  const std::string path = folder.Write("file", "x");
+  const std::string other = folder.Write("other", "x");
+  EXPECT_EQ(RemoveFile(path), 0);
+  EXPECT_FALSE(Exists(path));
+  EXPECT_TRUE(Exists(other));
+}
+
+TEST_F(Remove, FileOfAnyNameAndKind) {
+  for (const char* name : {"\xFF\x80", "a b", "*", "new\nline"})
+    EXPECT_EQ(RemoveFile(folder.Write(name, "")), 0) << name;
+  const std::string fifo = folder.Path("fifo");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0666), 0);
+  EXPECT_EQ(RemoveFile(fifo), 0);
+  EXPECT_TRUE(fs::is_empty(folder.Path()));
+}
+
+TEST_F(Remove, FileThatIsMissing) {
+  EXPECT_EQ(RemoveFile(folder.Path("absent")), ENOENT);
+  EXPECT_EQ(RemoveFile(folder.Path("absent/file")), ENOENT);
+  EXPECT_EQ(RemoveFile(""), ENOENT);
+  EXPECT_EQ(RemoveFile(folder.Write("file", "") + "/x"), ENOTDIR);
+}
+
+TEST_F(Remove, FolderIsNoFile) {
+  const std::string path = MakeFolder("empty");
+  EXPECT_EQ(RemoveFile(path), EISDIR);
+  EXPECT_TRUE(Exists(path));
+}
+
+TEST_F(Remove, LinkGoesAndItsTargetStays) {
+  const std::string file = folder.Write("file", "x");
+  const std::string tree = MakeFolder("tree");
+  for (const std::string& target : {file, tree, folder.Path("absent")}) {
+    const std::string link = Link(target, "link");
+    EXPECT_EQ(RemoveFile(link), 0);
+    EXPECT_FALSE(Exists(link));
+  }
+  EXPECT_TRUE(Exists(file));
+  EXPECT_TRUE(Exists(tree));
+}
+
+TEST_F(Remove, PathWithANulIsRefused) {
+  const std::string file = folder.Write("file", "x");
+  const std::string tree = MakeFolder("tree");
+  for (const std::string& tail : {std::string("\0", 1), std::string("\0x", 2)}) {
+    EXPECT_EQ(RemoveFile(file + tail), EINVAL);
+    EXPECT_EQ(RemoveDir(tree + tail), EINVAL);
+  }
+  EXPECT_TRUE(Exists(file));
+  EXPECT_TRUE(Exists(tree));
+}
+
+TEST_F(Remove, EmptyFolder) {
+  const std::string path = MakeFolder("empty");
+  EXPECT_EQ(RemoveDir(path), 0);
+  EXPECT_FALSE(Exists(path));
+}
+
+TEST_F(Remove, FolderMayBeSpelledWithSlashesBehindIt) {
+  for (const char* spelling : {"tree/", "tree//", "/tree", "sub/../tree/"}) {
+    MakeFolder("sub");
+    MakeFolder("tree/inner");
+    EXPECT_EQ(RemoveDir(folder.Path(spelling)), 0) << spelling;
+    EXPECT_FALSE(Exists(folder.Path("tree"))) << spelling;
+  }
+}
+
+TEST_F(Remove, FolderWithAllItHolds) {
+  MakeFolder("tree/a/b/c");
+  MakeFolder("tree/a/empty");
+  MakeFolder("tree/z");
+  for (const char* name :
+       {"tree/file", "tree/.hidden", "tree/a/\xFF", "tree/a/b/file", "tree/a/b/c/file", "tree/z/..."})
+    folder.Write(name, "x");
+  ASSERT_EQ(mkfifo(folder.Path("tree/fifo").c_str(), 0666), 0);
+  const std::string beside = folder.Write("treefile", "x");
+  EXPECT_EQ(RemoveDir(folder.Path("tree")), 0);
+  EXPECT_FALSE(Exists(folder.Path("tree")));
+  EXPECT_TRUE(Exists(beside));
+}
+
+TEST_F(Remove, LinksInsideAFolderAreNotFollowed) {
+  const std::string file = folder.Write("outside-file", "x");
+  MakeFolder("outside/inner");
+  folder.Write("outside/inner/file", "x");
+  MakeFolder("tree/sub");
+  Link(file, "tree/file");
+  Link(folder.Path("outside"), "tree/folder");
+  Link("../../outside", "tree/sub/relative");
+  Link("..", "tree/sub/up");
+  Link("absent", "tree/dangling");
+  Link("loop", "tree/loop");
+  EXPECT_EQ(RemoveDir(folder.Path("tree")), 0);
+  EXPECT_FALSE(Exists(folder.Path("tree")));
+  EXPECT_TRUE(Exists(file));
+  EXPECT_TRUE(Exists(folder.Path("outside/inner/file")));
+}
+
+TEST_F(Remove, LinkToAFolderIsNoFolderHoweverItIsSpelled) {
+  MakeFolder("tree");
+  const std::string file = folder.Write("tree/file", "x");
+  const std::string link = Link("tree", "link");
+  for (const char* tail : {"", "/", "//"})
+    EXPECT_EQ(RemoveDir(link + tail), ENOTDIR) << tail;
+  EXPECT_TRUE(Exists(link));
+  EXPECT_TRUE(Exists(file));
+}
+
+TEST_F(Remove, WhatIsNoFolderStays) {
+  const std::string file = folder.Write("file", "x");
+  const std::string dangling = Link("absent", "dangling");
+  const std::string fifo = folder.Path("fifo");
+  ASSERT_EQ(mkfifo(fifo.c_str(), 0666), 0);
+  for (const std::string& path : {file, dangling, fifo, file + "/x"}) {
+    EXPECT_EQ(RemoveDir(path), ENOTDIR) << path;
+  }
+  for (const std::string& path : {file, dangling, fifo})
+    EXPECT_TRUE(Exists(path)) << path;
+}
+
+TEST_F(Remove, FolderThatIsMissing) {
+  EXPECT_EQ(RemoveDir(folder.Path("absent")), ENOENT);
+  EXPECT_EQ(RemoveDir(folder.Path("absent/")), ENOENT);
+  EXPECT_EQ(RemoveDir(folder.Path("absent/inner")), ENOENT);
+  EXPECT_EQ(RemoveDir(""), ENOENT);
+}
+
+TEST_F(Remove, FolderWithoutWriteRights) {
+  const std::string file = MakeFolder("tree/inner") + "/file";
+  folder.Write("tree/inner/file", "x");
+  fs::permissions(folder.Path("tree"), fs::perms::all);
+  fs::permissions(folder.Path("tree/inner"), fs::perms(0555));
+  EXPECT_TRUE(HoldsUnprivileged([&] {
+    return RemoveFile(file) == EACCES && RemoveDir(folder.Path("tree/inner")) == EACCES &&
+           RemoveDir(folder.Path("tree")) == EACCES;
+  }));
+  EXPECT_TRUE(Exists(file));
+  fs::permissions(folder.Path("tree/inner"), fs::perms::all);
+}
+
+TEST_F(Remove, FolderWithoutReadRights) {
+  const std::string tree = MakeFolder("tree");
+  folder.Write("tree/file", "x");
+  fs::permissions(tree, fs::perms(0333));
+  EXPECT_TRUE(HoldsUnprivileged([&] { return RemoveDir(tree) == EACCES; }));
+  EXPECT_TRUE(Exists(tree));
+  fs::permissions(tree, fs::perms::all);
+}
+
+TEST_F(Remove, NoDescriptorStaysOpen) {
+  const size_t open = OpenDescriptors();
+  RemoveDir(MakeFolder("tree/a/b"));
+  RemoveDir(folder.Path("absent"));
+  RemoveDir(folder.Write("file", "x"));
+  EXPECT_EQ(OpenDescriptors(), open);
+}
+
+// Folders within folders, each with a file, a link and a folder beside the next level.
+void MakeDeepTree(const std::string& root, int depth) {
+  ASSERT_EQ(mkdir(root.c_str(), 0777), 0);
+  int here = open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  for (int level = 0; level < depth; ++level) {
+    close(openat(here, "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0666));
+    ASSERT_EQ(symlinkat("..", here, "link"), 0);
+    ASSERT_EQ(mkdirat(here, "beside", 0777), 0);
+    ASSERT_EQ(mkdirat(here, "next", 0777), 0);
+    const int next = openat(here, "next", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_NE(next, -1);
+    close(here);
+    here = next;
+  }
+  close(here);
+}
+
+TEST_F(Remove, TreeDeeperThanPathsAndDescriptorsReach) {
+  const std::string root = folder.Path("deep");
+  ASSERT_NO_FATAL_FAILURE(MakeDeepTree(root, 3000));
+  rlimit before;
+  getrlimit(RLIMIT_NOFILE, &before);
+  rlimit few = before;
+  few.rlim_cur = 256;
+  setrlimit(RLIMIT_NOFILE, &few);
+  EXPECT_EQ(RemoveDir(root), 0);
+  setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_FALSE(Exists(root));
+}
+
+TEST_F(Remove, ManyEntriesInOneFolder) {
+  for (int i = 0; i < 2000; ++i) {
+    const std::string number = std::to_string(i);
+    folder.Write("file" + number, "");
+    MakeFolder("folder" + number);
+  }
+  EXPECT_EQ(RemoveDir(folder.Path()), 0);
+  EXPECT_FALSE(Exists(folder.Path()));
+}
+
+}  // namespace
+}  // namespace VARNEL_TEST
