@@ -37,6 +37,14 @@ void Release(void* memory) {
   std::free(block);
 }
 
+void* AllocateOrNull(size_t size) noexcept {
+  try {
+    return Allocate(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+
 }  // namespace
 
 void* operator new(size_t size) {
@@ -44,6 +52,13 @@ void* operator new(size_t size) {
 }
 void* operator new[](size_t size) {
   return Allocate(size);
+}
+// The sanitizers bring a nothrow form that does not come here, while what it allocates is deleted here.
+void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return AllocateOrNull(size);
+}
+void* operator new[](size_t size, const std::nothrow_t& /*tag*/) noexcept {
+  return AllocateOrNull(size);
 }
 void operator delete(void* memory) noexcept {
   Release(memory);
@@ -55,6 +70,12 @@ void operator delete(void* memory, size_t /*size*/) noexcept {
   Release(memory);
 }
 void operator delete[](void* memory, size_t /*size*/) noexcept {
+  Release(memory);
+}
+void operator delete(void* memory, const std::nothrow_t& /*tag*/) noexcept {
+  Release(memory);
+}
+void operator delete[](void* memory, const std::nothrow_t& /*tag*/) noexcept {
   Release(memory);
 }
 
