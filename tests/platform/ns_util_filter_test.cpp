@@ -357,7 +357,7 @@ TEST(LogFilter, TimeIsLinear) {
         text += unit;
       return text;
     };
-    EXPECT_LT(Growth(32768, prepare, [](const std::string& text) { EXPECT_FALSE(Filtered(text).empty()); }),
+    EXPECT_LT(Growth(16384, prepare, [](const std::string& text) { EXPECT_FALSE(Filtered(text).empty()); }),
               LINEAR_GROWTH)
         << unit;
   }

@@ -194,14 +194,16 @@ TEST_F(Remove, NoDescriptorStaysOpen) {
   EXPECT_EQ(OpenDescriptors(), open);
 }
 
-// Folders within folders, each with a file, a link and a folder beside the next level.
+// Folders within folders, some with a file, a link and a folder beside the next level.
 void MakeDeepTree(const std::string& root, int depth) {
   ASSERT_EQ(mkdir(root.c_str(), 0777), 0);
   int here = open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   for (int level = 0; level < depth; ++level) {
-    close(openat(here, "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0666));
-    ASSERT_EQ(symlinkat("..", here, "link"), 0);
-    ASSERT_EQ(mkdirat(here, "beside", 0777), 0);
+    if (level % 16 == 0) {
+      close(openat(here, "file", O_CREAT | O_WRONLY | O_CLOEXEC, 0666));
+      ASSERT_EQ(symlinkat("..", here, "link"), 0);
+      ASSERT_EQ(mkdirat(here, "beside", 0777), 0);
+    }
     ASSERT_EQ(mkdirat(here, "next", 0777), 0);
     const int next = openat(here, "next", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     ASSERT_NE(next, -1);
@@ -213,22 +215,22 @@ void MakeDeepTree(const std::string& root, int depth) {
 
 TEST_F(Remove, TreeDeeperThanPathsAndDescriptorsReach) {
   const std::string root = folder.Path("deep");
-  ASSERT_NO_FATAL_FAILURE(MakeDeepTree(root, 3000));
+  ASSERT_NO_FATAL_FAILURE(MakeDeepTree(root, 1000));
   rlimit before;
   getrlimit(RLIMIT_NOFILE, &before);
   rlimit few = before;
-  few.rlim_cur = 256;
+  few.rlim_cur = 64;
   setrlimit(RLIMIT_NOFILE, &few);
   EXPECT_EQ(RemoveDir(root), 0);
   setrlimit(RLIMIT_NOFILE, &before);
   EXPECT_FALSE(Exists(root));
 }
 
-TEST_F(Remove, ManyEntriesInOneFolder) {
-  for (int i = 0; i < 2000; ++i) {
-    const std::string number = std::to_string(i);
-    folder.Write("file" + number, "");
-    MakeFolder("folder" + number);
+TEST_F(Remove, MoreEntriesThanAreReadAtOnce) {
+  const std::string longName(200, 'x');
+  for (int i = 0; i < 200; ++i) {
+    folder.Write(longName + std::to_string(i), "");
+    MakeFolder(std::to_string(i) + longName);
   }
   EXPECT_EQ(RemoveDir(folder.Path()), 0);
   EXPECT_FALSE(Exists(folder.Path()));
