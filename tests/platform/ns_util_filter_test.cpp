@@ -298,7 +298,8 @@ const std::vector<Spelling>& Spellings() {
 }
 
 std::string GeneratePassword(std::mt19937& random) {
-  const std::string alphabet("aZ09:;,=\"'\\ \t\n{}[]()<>*?.#$%&/\0\x7F\x80\xA3\xFF", 38);
+  using namespace std::string_literals;
+  static const std::string alphabet = "aZ09:;,=\"'\\ \t\n{}[]()<>*?.#$%&/\0\x7F\x80\xA3\xFF"s;
   std::string password;
   for (size_t length = 1 + random() % 12; password.size() < length;)
     password += alphabet[random() % alphabet.size()];
