@@ -29,10 +29,15 @@ install(FILES
   DESTINATION ${config_dir})
 
 file(RELATIVE_PATH to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
-set(private_packages ACE)
 if(VARNEL_PLATFORM STREQUAL "bundled")
   set(platform_library " -lvarnel_platform")
-  string(APPEND private_packages " spdlog re2")
+endif()
+# Shared libraries know themselves what they need, and none of it shows in the headers.
+if(NOT BUILD_SHARED_LIBS)
+  set(private_packages ACE)
+  if(VARNEL_PLATFORM STREQUAL "bundled")
+    string(APPEND private_packages " spdlog re2")
+  endif()
 endif()
 configure_file(cmake/varnel_common.pc.in varnel_common.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/varnel_common.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
