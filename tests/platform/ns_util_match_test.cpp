@@ -116,9 +116,15 @@ void ExpectLinear(const std::string& textUnit, const std::string& patternUnit, c
   EXPECT_LT(Growth(16384, prepare, match), LINEAR_GROWTH) << textUnit << ' ' << patternUnit << ' ' << patternEnd;
 }
 
-TEST(WildcardMatch, TimeIsLinear) {
+TEST(WildcardMatch, ManyPiecesAreLinear) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizers look at the whole rest of the text with each piece";
+#endif
   ExpectLinear("a", "*a", "*b");
   ExpectLinear("a", "*a", "b");
+}
+
+TEST(WildcardMatch, HostilePatternsAreLinear) {
   ExpectLinear("a", "a", "*b*");
   ExpectLinear("ab", "*", "abba*");
   ExpectLinear("a", "*", "c");
