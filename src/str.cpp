@@ -117,10 +117,14 @@ bool GetTL1AttrbuteString(const char* text, const std::string& name, std::string
 
 void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields) {
   if (text == nullptr) return;
-  if (fields.empty()) return AppendFields(text, sep, fields);
-  // Growing the vector would move the text away where it belongs to one of the elements.
+  // Growing the vector itself would move the text away where it belongs to one of the elements, and memory that runs
+  // out half-way would leave some of the fields in it.
   std::vector<std::string> added;
   AppendFields(text, sep, added);
+  if (fields.empty()) {
+    fields.swap(added);
+    return;
+  }
   fields.insert(fields.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
 }
 
