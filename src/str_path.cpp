@@ -2,6 +2,7 @@
 #include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "common.h"
 #include "platform/ns_util.h"
@@ -28,17 +29,21 @@ std::string Refuse(int line, const char* why, const std::string& path) {
 }  // namespace
 
 void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath, std::string& fileName) {
-  const std::string path = WithSlashes(fullPath);
+  std::string path = WithSlashes(fullPath);
   const size_t nameStart = path.rfind('/') + 1;  // 0 where there is no separator
-  fileName = path.substr(nameStart);
-  filePath = path.empty() || nameStart > 0 ? path.substr(0, nameStart) : "/";
+  const bool isBareName = !path.empty() && nameStart == 0;
+  std::string name = path.substr(nameStart);
+  path.resize(nameStart);
+  filePath = isBareName ? "/" : std::move(path);
+  fileName = std::move(name);
 }
 
 // By value, so that the name may be one of the outputs. NOLINTNEXTLINE(performance-unnecessary-value-param)
 void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName) {
   const size_t dot = std::min(fileName.rfind('.'), fileName.size());
   exName = fileName.substr(dot);
-  leftName = fileName.substr(0, dot);
+  fileName.resize(dot);
+  leftName = std::move(fileName);
 }
 
 bool VerifyFilePathAndName(const std::string& path) {
