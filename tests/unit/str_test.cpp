@@ -417,7 +417,8 @@ TEST_F(Str, ReplaceOfAPieceByTheTextItselfChangesNothing) {
 }
 
 TEST_F(Str, ReplaceInALargeText) {
-  EXPECT_EQ(Replaced(Times(LARGE / 5, "a.bcd"), ".", "::"), Times(LARGE / 5, "a::bcd"));
+  const std::string piece(LARGE / 5000, 'a');
+  EXPECT_EQ(Replaced(Times(5000, piece + "."), ".", "::"), Times(5000, piece + "::"));
   EXPECT_EQ(Replaced(std::string(LARGE, ' '), "  ", " "), " ");
 }
 
@@ -737,7 +738,8 @@ TEST_F(Str, ReaderFailsBehindTheEnd) {
 }
 
 TEST_F(Str, ReaderTakesANulAsAnOrdinaryCharacter) {
-  StreamReader reader("1\0\0002"s);
+  const std::string text = "1\0\0002"s;
+  StreamReader reader(text);
   unsigned int number = 77;
   char letter = '?';
   reader.Read(number);
@@ -977,14 +979,14 @@ TEST_F(Str, CleaningLineEndsIsLinear) {
 }
 
 template <typename Prepare>
-double ReplaceGrowth(Prepare prepare, const std::string& from, const std::string& to, size_t size = SIZE / 2) {
+double ReplaceGrowth(Prepare prepare, const std::string& from, const std::string& to, size_t size = MANY_HITS) {
   return Growth(size, prepare, [&](const std::string& text) { Replaced(text, from, to); });
 }
 
 TEST_F(Str, ReplacingIsLinear) {
   const auto letters = [](size_t size) { return std::string(size, 'a'); };
   EXPECT_LT(ReplaceGrowth(letters, "a", "bb"), LINEAR_GROWTH);
-  EXPECT_LT(ReplaceGrowth(letters, "a", std::string(100, 'b'), SIZE / 20), LINEAR_GROWTH);
+  EXPECT_LT(ReplaceGrowth(letters, "a", std::string(100, 'b'), MANY_HITS / 10), LINEAR_GROWTH);
   EXPECT_LT(ReplaceGrowth(letters, "a", ""), LINEAR_GROWTH);
   EXPECT_LT(ReplaceGrowth(letters, "aab", "c"), LINEAR_GROWTH);
 }
@@ -1001,9 +1003,9 @@ TEST_F(Str, ReplacingInCascadesIsLinear) {
 
 TEST_F(Str, ReplacingInCascadesByALongTextIsLinear) {
   const auto pairs = [](size_t size) { return Times(size / 2, "ab"); };
-  EXPECT_LT(ReplaceGrowth(pairs, "ab", std::string(100, 'b'), SIZE / 20), LINEAR_GROWTH);
+  EXPECT_LT(ReplaceGrowth(pairs, "ab", std::string(100, 'b'), MANY_HITS / 10), LINEAR_GROWTH);
   const auto lettersAndEnd = [](size_t size) { return std::string(size / 10, 'a') + "b"; };
-  EXPECT_LT(ReplaceGrowth(lettersAndEnd, "ab", "b" + std::string(100, 'c'), SIZE / 4), LINEAR_GROWTH);
+  EXPECT_LT(ReplaceGrowth(lettersAndEnd, "ab", "b" + std::string(100, 'c'), MANY_HITS / 2), LINEAR_GROWTH);
 }
 
 TEST_F(Str, ReplacingALongTextThatNearlyOccursIsLinear) {
@@ -1070,7 +1072,7 @@ TEST_F(Str, MatchByTheHostIsLinear) {
                 match),
             LINEAR_GROWTH);
   EXPECT_LT(Growth(
-                SIZE,
+                MANY_HITS,
                 [](size_t size) {
                   return Pair{std::string(size, 'a'), Times(size / 2, "*a") + "*b"};
                 },
