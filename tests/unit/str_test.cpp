@@ -1024,8 +1024,8 @@ struct Pair {
 };
 
 template <typename Prepare>
-double MatchGrowth(Prepare prepare) {
-  return Growth(SIZE, prepare, [](const Pair& pair) { strmcmpnocase(pair.text.c_str(), pair.pattern.c_str()); });
+double MatchGrowth(Prepare prepare, size_t size = SIZE) {
+  return Growth(size, prepare, [](const Pair& pair) { strmcmpnocase(pair.text.c_str(), pair.pattern.c_str()); });
 }
 
 TEST_F(Str, CaselessMatchOfALiteralThatNearlyOccursIsLinear) {
@@ -1053,7 +1053,7 @@ TEST_F(Str, CaselessMatchThatStartsAgainBehindQuestionMarksIsLinear) {
     const auto prepare = [&](size_t size) {
       return Pair{std::string(size, 'a'), "*" + std::string(size / 10, '?') + behind};
     };
-    EXPECT_LT(MatchGrowth(prepare), LINEAR_GROWTH) << behind;
+    EXPECT_LT(MatchGrowth(prepare, SIZE / 10), LINEAR_GROWTH) << behind;
   }
   EXPECT_LT(MatchGrowth([](size_t size) { return Pair{std::string(size, 'a'), "a?b"}; }), LINEAR_GROWTH);
   EXPECT_LT(MatchGrowth([](size_t size) {
