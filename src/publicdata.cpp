@@ -44,7 +44,7 @@ bool Read(const FileHandle& file, void* dest, size_t size) {
 }
 
 bool Skip(const FileHandle& file, uint32_t size) {
-  return std::fseek(file.get(), static_cast<long>(size), SEEK_CUR) == 0;
+  return size == 0 || std::fseek(file.get(), static_cast<long>(size), SEEK_CUR) == 0;
 }
 
 template <typename Head>

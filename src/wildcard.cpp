@@ -60,7 +60,6 @@ class NoCaseMatcher {
   Outcome StepQuestionMark() {
     ++m_t;
     ++m_p;
-    if (AtLiteral() && TextAtEnd()) return Outcome::NoMatch;
     while (AtLiteral() && !TextAtEnd()) {
       if (!SameNoCase(m_pattern[m_p], m_text[m_t])) {
         m_p = m_resume;
