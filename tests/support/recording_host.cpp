@@ -55,21 +55,27 @@ void Record(const char* module, int level, Overload overload, const std::string&
   Host().lines.push_back({level, overload, text, location.Module(), location.Function(), module, location.Line()});
 }
 
-// A file whose reads fail once the readable bytes are used up.
+// A file whose reads fail behind its readable bytes.
 struct BrokenFile {
   FILE* file;
-  long left;
+  long readable;
 };
 
 ssize_t ReadBroken(void* cookie, char* buffer, size_t size) {
-  auto& broken = *static_cast<BrokenFile*>(cookie);
-  if (broken.left == 0) {
+  const auto& broken = *static_cast<BrokenFile*>(cookie);
+  const long left = broken.readable - std::ftell(broken.file);
+  if (left <= 0) {
     errno = Host().fileError;
     return -1;
   }
-  const size_t read = std::fread(buffer, 1, std::min(size, static_cast<size_t>(broken.left)), broken.file);
-  broken.left -= static_cast<long>(read);
-  return static_cast<ssize_t>(read);
+  return static_cast<ssize_t>(std::fread(buffer, 1, std::min(size, static_cast<size_t>(left)), broken.file));
+}
+
+int SeekBroken(void* cookie, off64_t* offset, int whence) {
+  const auto& broken = *static_cast<BrokenFile*>(cookie);
+  if (fseeko(broken.file, *offset, whence) != 0) return -1;
+  *offset = ftello(broken.file);
+  return 0;
 }
 
 int CloseBroken(void* cookie) {
@@ -79,7 +85,7 @@ int CloseBroken(void* cookie) {
 
 FILE* BreakReads(FILE* file, const char* mode) {
   auto broken = std::make_unique<BrokenFile>(BrokenFile{file, Host().readableBytes});
-  return fopencookie(broken.release(), mode, {ReadBroken, nullptr, nullptr, CloseBroken});
+  return fopencookie(broken.release(), mode, {ReadBroken, nullptr, SeekBroken, CloseBroken});
 }
 
 }  // namespace
