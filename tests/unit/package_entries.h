@@ -1,0 +1,58 @@
+#ifndef VARNEL_TESTS_PACKAGE_ENTRIES_H
+#define VARNEL_TESTS_PACKAGE_ENTRIES_H
+
+#include <ostream>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "pkgfile.h"
+#include "recording_host.h"
+
+namespace VARNEL_TEST {
+
+constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
+
+/// What the list of a package file holds, by value.
+struct Entry {
+  std::string name;
+  std::string kind;
+  unsigned int size;
+};
+
+inline bool operator==(const Entry& a, const Entry& b) {
+  return std::tie(a.name, a.kind, a.size) == std::tie(b.name, b.kind, b.size);
+}
+
+inline std::ostream& operator<<(std::ostream& out, const Entry& entry) {
+  return out << "(\"" << entry.name << "\", \"" << entry.kind << "\", " << entry.size << ')';
+}
+
+using Entries = std::vector<Entry>;
+
+inline Entries EntriesIn(const VARNEL_COMMON::CPkgFile& package) {
+  Entries entries;
+  for (const auto* entry : package.m_lstSoftInfo)
+    entries.push_back({entry->strColumn1, entry->strColumn2, entry->uiColumn5});
+  return entries;
+}
+
+inline LogLine PackageError(const std::string& message) {
+  return Error("ErrorCode:0x3ba0120f, " + message, "pkgfile", "ParsePkgSoftInfo");
+}
+
+inline LogLine SectionMissing(const std::string& path) {
+  return PackageError("CPkgFile::ParsePkgSoftInfo(): , not find [File Description], File: " + path);
+}
+
+inline LogLine LineNotCorrect(const std::string& path) {
+  return PackageError("CPkgFile::ParsePkgSoftInfo(): the line is not correct, File: " + path);
+}
+
+inline LogLine ListEmpty(const std::string& path) {
+  return PackageError("CSPHPkgFile::ParsePkgSoftInfo(): , m_lstSoftInfo is empty, File: " + path);
+}
+
+}  // namespace VARNEL_TEST
+
+#endif
