@@ -21,6 +21,7 @@ TempFolder::~TempFolder() {
 
 std::string TempFolder::Write(const std::string& name, const std::string& bytes) const {
   const std::string path = Path(name);
+  fs::remove(path);  // emptying a file instead makes some file systems wait for the disk
   std::ofstream file(path, std::ios::binary);
   if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
     throw std::runtime_error("cannot write " + path);
