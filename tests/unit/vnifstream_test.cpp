@@ -476,7 +476,8 @@ TEST_F(LineReader, ManyLinesTakeLinearTime) {
 TEST_F(LineReader, OneHugeLineTakesLinearTime) {
   const auto write = [&](size_t size) { return folder.Write(std::to_string(size), std::string(size, 'x')); };
   const auto read = [](const std::string& path) { EXPECT_EQ(CountLines(path, 1024), 1U); };
-  EXPECT_LT(Growth(1U << 20, write, read), LINEAR_GROWTH);
+  // Small enough that the larger file stays in the cache, whose edge would look like growth.
+  EXPECT_LT(Growth(1U << 14, write, read), LINEAR_GROWTH);
 }
 
 }  // namespace
