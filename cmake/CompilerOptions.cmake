@@ -3,7 +3,7 @@
 
 set(VARNEL_WARNINGS
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-align -Wcast-qual
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wundef -Wunused -Wdouble-promotion)
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wunused -Wdouble-promotion)
 
 function(varnel_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_17)
