@@ -1,6 +1,10 @@
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <csignal>
 #include <exception>
 #include <iostream>
+#include <vector>
 
 #include "library_log.h"
 #include "output.h"
@@ -28,6 +32,27 @@ constexpr char EXIT_STATUSES[] =
     "Exit status: 0 done; 1 something examined is bad or unreadable, or the result could not be written; 2 wrong "
     "usage.";
 
+// CLI11 takes "[a,b]" for a list of two words. A NUL, which no argument can hold, keeps it from seeing the brackets.
+constexpr char SHIELD = '\0';
+
+std::string Shielded(std::string argument) {
+  if (!argument.empty() && argument.back() == ']') argument.push_back(SHIELD);
+  return argument;
+}
+
+std::string WithoutShield(std::string argument) {
+  if (!argument.empty() && argument.back() == SHIELD) argument.pop_back();
+  return argument;
+}
+
+// A file that is opened later is not to take the place of a closed standard stream. The wrong direction keeps the use
+// of that stream an error.
+void OccupyClosedStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) == -1) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
+  }
+}
+
 class Command {
  public:
   Command() : m_app("Tools for NE software packages", "varnel") {
@@ -36,7 +61,7 @@ class Command {
     m_app.require_subcommand(0, 1);
     m_app.fallthrough();
     m_app.failure_message([](const CLI::App*, const CLI::Error& error) {
-      return std::string("varnel: ") + error.what() + "\nvarnel --help and varnel SUBCOMMAND --help tell the usage.\n";
+      return "varnel: " + Escaped(error.what()) + "\nvarnel --help and varnel SUBCOMMAND --help tell the usage.\n";
     });
     m_app.footer(std::string("varnel SUBCOMMAND --help explains a subcommand, with an example.\n\n") + EXIT_STATUSES);
     for (const Subcommand& subcommand : SUBCOMMANDS)
@@ -45,7 +70,10 @@ class Command {
 
   int Run(int argc, char** argv) {
     try {
-      m_app.parse(argc, argv);
+      std::vector<std::string> arguments;  // the last one first, as CLI11 wants them
+      for (int i = argc - 1; i > 0; --i)
+        arguments.push_back(Shielded(argv[i]));
+      m_app.parse(arguments);
       if (m_run == nullptr) throw CLI::RequiredError("A subcommand");
       RouteLibraryLog(m_verbose);
       return m_run();
@@ -59,6 +87,9 @@ class Command {
     CLI::App* command = m_app.add_subcommand(subcommand.name, subcommand.purpose);
     command->footer(std::string("Example:\n  ") + subcommand.example + "\n\n" + EXIT_STATUSES);
     const auto run = subcommand.add(*command);
+    for (CLI::Option* option : command->get_options()) {
+      if (option->get_expected_max() > 0) option->transform(WithoutShield);
+    }
     command->callback([this, run] { m_run = run; });
   }
 
@@ -70,6 +101,7 @@ class Command {
 }  // namespace
 
 int main(int argc, char** argv) {
+  OccupyClosedStandardStreams();
   std::signal(SIGPIPE, SIG_DFL);  // a reader that goes away ends the command quietly, whatever the parent ignored
   std::ios::sync_with_stdio(false);
   int status = EXIT_BAD;
