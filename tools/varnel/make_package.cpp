@@ -104,7 +104,8 @@ class MakePackageCommand {
     command.add_option("--extension", m_extension, "Extension word, for file type 2 only")->type_name("NUMBER");
     command.add_option("--gap", m_gaps, "Up to four lengths, N,N,N,N, of the gap between the heads")
         ->delimiter(',')
-        ->expected(1, 4);
+        ->expected(1, 4)
+        ->type_name("N,N,N,N");
     command.add_option("--skip-length", m_skipLength, "Length of the area behind the heads")
         ->capture_default_str()
         ->type_name("NUMBER");
