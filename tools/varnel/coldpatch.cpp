@@ -1,7 +1,10 @@
 #include <publicdata.h>
 
+#include <cerrno>
+#include <cstring>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <vector>
 
 #include "input_file.h"
@@ -26,9 +29,15 @@ class ColdPatchCommand {
 
  private:
   bool Check(const InputFile& input) const {
-    const bool readable = input.Error().empty();
-    const bool coldPatch = readable && VARNEL_COMMON::isColdPatch(input.Path());
-    if (!readable) Complain(input.Name(), input.Error());
+    std::string error = input.Error();
+    bool coldPatch = false;
+    try {
+      coldPatch = error.empty() && VARNEL_COMMON::isColdPatch(input.Path());
+    } catch (const std::bad_alloc&) {
+      error = std::strerror(ENOMEM);  // one file that is too large does not keep the others from being checked
+    }
+    const bool readable = error.empty();
+    if (!readable) Complain(input.Name(), error);
     if (m_json) {
       PrintJson({{"path", input.Name()}, {"cold_patch", readable ? Json(coldPatch) : Json(nullptr)}});
     } else if (readable) {

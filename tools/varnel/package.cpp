@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <optional>
 #include <vector>
 
@@ -26,7 +27,8 @@ struct Entry {
 
 struct Package {
   std::string path;
-  std::string error;  ///< why it is bad; empty for a good one
+  std::string error;   ///< why it is bad; empty for a good one
+  std::string remark;  ///< what is wrong with its description; no reason to call it bad
   SoftwareFile heads;
   std::optional<bool> coldPatch;
   std::optional<std::vector<Entry>> entries;  ///< absent without a description section
@@ -41,21 +43,26 @@ bool HasDescription(const std::string& path) {
   return false;
 }
 
-std::optional<std::vector<Entry>> ReadEntries(const InputFile& input) {
-  VARNEL_COMMON::CPkgFile description(input.Path());
-  const bool failed = description.ParsePkgSoftInfo(input.Path()) != 0;
-  if (failed && !HasDescription(input.Path())) return std::nullopt;
+void ReadEntries(const std::string& path, Package& package) {
+  VARNEL_COMMON::CPkgFile description(path);
+  const bool failed = description.ParsePkgSoftInfo(path) != 0;
+  if (failed && !HasDescription(path)) return;
   if (failed) {
     const bool some = !description.m_lstSoftInfo.empty();
-    Complain(input.Name(),
-             some ? "package description: a column is longer than 255 bytes, the entries from there on are not listed"
-                  : "package description: there is no valid entry in it");
+    package.remark = some ? "a column is longer than 255 bytes, the entries from there on are not listed"
+                          : "there is no valid entry in it";
   }
-  std::vector<Entry> entries;
+  package.entries.emplace();
   for (const auto* info : description.m_lstSoftInfo) {
-    entries.push_back({info->strColumn1, info->strColumn2, info->uiColumn5});
+    package.entries->push_back({info->strColumn1, info->strColumn2, info->uiColumn5});
   }
-  return entries;
+}
+
+Package Unreadable(const std::string& path, const std::string& why) {
+  Package package;
+  package.path = path;
+  package.heads.error = package.error = why;
+  return package;
 }
 
 Package Examine(const InputFile& input) {
@@ -68,7 +75,7 @@ Package Examine(const InputFile& input) {
     package.error = "file type " + std::to_string(package.heads.file->fields.usFileType) + " is not accepted";
   }
   package.coldPatch = VARNEL_COMMON::isColdPatch(input.Path());
-  package.entries = ReadEntries(input);
+  ReadEntries(input.Path(), package);
   return package;
 }
 
@@ -166,12 +173,21 @@ class PackageCommand {
   }
 
  private:
-  void Check(const InputFile& input) { Report(Examine(input)); }
+  // The library loads a file as a whole; one that is too large does not keep the others from being checked.
+  void Check(const InputFile& input) {
+    try {
+      Report(Examine(input));
+    } catch (const std::bad_alloc&) {
+      Report(Unreadable(input.Name(), std::strerror(ENOMEM)));
+    }
+  }
 
   void Report(const Package& package) {
     const bool good = package.error.empty();
     ++(good ? m_good : m_bad);
-    if (m_quiet || (m_onlyBad && good)) return;
+    if (m_quiet) return;
+    if (!package.remark.empty()) Complain(package.path, "package description: " + package.remark);
+    if (m_onlyBad && good) return;
     if (m_json) {
       PrintAsJson(package);
     } else {
@@ -198,23 +214,22 @@ class PackageCommand {
     }
   }
 
-  void Collect(const fs::path& folder, std::vector<std::string>& files) {
-    std::error_code error;
-    fs::directory_iterator item(folder, error);
-    for (; !error && item != fs::directory_iterator(); item.increment(error)) {
-      std::error_code ignored;
-      const auto status = item->symlink_status(ignored);
-      if (status.type() == fs::file_type::directory) {
-        Collect(item->path(), files);
-      } else if (status.type() == fs::file_type::regular) {
-        files.push_back(item->path().string());
+  // One folder is open at a time, however deep they lie.
+  void Collect(const std::string& top, std::vector<std::string>& files) {
+    std::vector<fs::path> folders{top};
+    while (!folders.empty()) {
+      const fs::path folder = std::move(folders.back());
+      folders.pop_back();
+      std::error_code error;
+      fs::directory_iterator item(folder, error);
+      for (; !error && item != fs::directory_iterator(); item.increment(error)) {
+        std::error_code ignored;
+        const auto type = item->symlink_status(ignored).type();
+        if (type == fs::file_type::directory) folders.push_back(item->path());
+        if (type == fs::file_type::regular) files.push_back(item->path().string());
       }
+      if (error) Report(Unreadable(folder.string(), std::strerror(error.value())));
     }
-    if (!error) return;
-    Package unreadable;
-    unreadable.path = folder.string();
-    unreadable.heads.error = unreadable.error = std::strerror(error.value());
-    Report(unreadable);
   }
 
   void PrintSummary() const {
