@@ -94,7 +94,8 @@ VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, int& fileType,
 /// Reads a text file line by line. The whole file is loaded at construction; a file that is changed later is not
 /// read again. A file that cannot be loaded gives no lines.
 ///
-/// A copy shares the buffer with its source and both would release it: do not let two copies be destroyed.
+/// A copy shares the buffer with its source and both would release it: do not let two copies be destroyed. What the
+/// target of an assignment had loaded is not released.
 ///
 /// One object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc.
 class VARNEL_API Vnifstream {
@@ -114,7 +115,7 @@ class VARNEL_API Vnifstream {
   /// of `size` bytes or more is cut to `size` - 1, the rest of it is skipped.
   ///
   /// @return false at the end, when nothing is loaded, `buf` is null or `size` is 0, and when the bounded copy fails,
-  ///         which is logged.
+  ///         which is logged; an empty line then stands in its place. `buf` holds no line after a false.
   bool GetLine(char* buf, unsigned int size);
 
  private:
