@@ -33,7 +33,7 @@ class OutputFile {
       m_file.reset(fdopen(dup(STDOUT_FILENO), "wb"));
     } else {
       RefuseSpecialFiles();
-      m_temporary = name + ".XXXXXX";
+      m_temporary = name.substr(0, name.rfind('/') + 1) + ".varnel.XXXXXX";  // beside it, and never too long a name
       const int descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
       if (descriptor == -1) {
         m_temporary.clear();
