@@ -121,10 +121,13 @@ unsigned int CCmdStr::GetMsgLen() const {
 }
 
 void CCmdStr::EmptyMsg() {
-  if (m_pCmdBuf != nullptr) WipeAndFree(m_pCmdBuf, std::strlen(m_pCmdBuf));
-  m_pCmdBuf = nullptr;
-  for (const CmdStrPiece& piece : m_lstAddBuf)
+  size_t merged = m_nBufLen;  // without the pieces: the text that m_pCmdBuf holds, also what is behind a NUL in it
+  for (const CmdStrPiece& piece : m_lstAddBuf) {
+    merged -= piece.nLen;
     WipeAndFree(piece.pData, piece.nLen);
+  }
+  WipeAndFree(m_pCmdBuf, merged);
+  m_pCmdBuf = nullptr;
   m_lstAddBuf.clear();
   m_nBufLen = 0;
 }

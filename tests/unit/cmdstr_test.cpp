@@ -312,6 +312,16 @@ TEST_F(CmdStr, FreedTextIsWiped) {
   EXPECT_EQ(watch.Found(), 0U);
 }
 
+TEST_F(CmdStr, FreedTextBehindASerialNumberIsWiped) {
+  const FreedTextWatch watch("SEKRIT");
+  {
+    CCmdStr command;
+    command.SetMsg("A;\r\nPWD=SEKRIT1");
+    ASSERT_EQ(command.AddSnMML(1), 1);
+  }
+  EXPECT_EQ(watch.Found(), 0U);
+}
+
 TEST_F(CmdStr, OnlyTheTextThatAMergeReplacesIsFreedAsItIs) {
   CCmdStr command;
   command.SetMsg("PWD=SEKRIT1;");

@@ -233,7 +233,8 @@ class PackageCommand {
   }
 
   void PrintSummary() const {
-    std::cout << m_good + m_bad + m_others << " files: " << m_good << " good, " << m_bad << " bad, " << m_others
+    const size_t all = m_good + m_bad + m_others;
+    std::cout << all << (all == 1 ? " file: " : " files: ") << m_good << " good, " << m_bad << " bad, " << m_others
               << " other\n";
   }
 
