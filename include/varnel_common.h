@@ -4,8 +4,10 @@
 /// All public headers of the library.
 
 #include "cmdstr.h"
+#include "evtmsg.h"
 #include "pkgfile.h"
 #include "publicdata.h"
 #include "str.h"
+#include "tl1nemsgparse.h"
 
 #endif

@@ -1,0 +1,226 @@
+#include "evtmsg.h"
+
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "chars.h"
+#include "str.h"
+#include "stream_reader.h"
+
+namespace VARNEL_COMMON {
+
+namespace {
+
+constexpr unsigned int MAX_MML_NE_ID = 0xFFFFFF;
+constexpr size_t SCRIPT_COUNTS_OFFSET = 15;  // from "TOTAL" to its number, field head and separator included
+constexpr unsigned int FEW_COMMANDS = 9;
+
+bool Matches(const char* report, const char* pattern) {
+  return strmcmp(report, pattern) != 0;
+}
+
+// What follows the first occurrence of `word`, or null.
+const char* Behind(const char* report, const char* word) {
+  const char* found = std::strstr(report, word);
+  return found == nullptr ? nullptr : found + std::strlen(word);
+}
+
+// Reads two numbers. They count only when something other than white space follows them: a default stream that has run
+// into the end of the text no longer tells its position, which is what recognition rests on.
+bool ReadTwoNumbers(std::string_view text, unsigned int& first, unsigned int& second) {
+  while (!text.empty() && IsBlank(text.back()))
+    text.remove_suffix(1);
+  StreamReader reader(text);
+  reader.Read(first);
+  reader.Read(second);
+  return !reader.Failed() && !reader.AtEnd();
+}
+
+// Converts as strtoul() does, the result cut to 32 bits; false without a digit.
+bool ReadUnsigned(const char* text, unsigned int& number) {
+  uint64_t wide = 0;
+  StreamReader reader(text);
+  reader.Read(wide);
+  number = static_cast<unsigned int>(wide);
+  return !reader.Failed() || wide != 0;  // an overflow fails too, but has digits
+}
+
+void ReadAttribute(const char* report, const char* name, unsigned int& number) {
+  std::string value;
+  GetTL1AttrbuteString(report, name, value);
+  ConvertFromString(value.c_str(), number);
+}
+
+unsigned int Percent(unsigned int done, unsigned int total) {
+  return total == 0 ? 0 : done * 100U / total;
+}
+
+struct Tl1Shape {
+  const char* pattern;
+  const char* done;
+  const char* total;
+};
+
+// The misspellings are the elements' own.
+constexpr Tl1Shape TL1_SHAPES[] = {
+    {"*FILES_DONE=*FILES_TOTAL=*", "FILES_DONE=", "FILES_TOTAL="},
+    {"*REPT EVT PROGRESS*TRANSFEREDFILES=*TOTALNUM=*", "TRANSFEREDFILES=", "TOTALNUM="},
+    {"*SLOTSDONE=*SLOTSTTL=*", "SLOTSDONE=", "SLOTSTTL="},
+};
+
+}  // namespace
+
+CEvtMsg::CEvtMsg() : m_dwUserData1(0), m_dwUserData2(0), m_dwNEID(0) {}
+
+CEvtMsg::~CEvtMsg() = default;
+
+bool CEvtMsg::IsMyEvt(const char* report) {
+  if (report == nullptr) return false;
+  const char* key = m_strEvtKey.c_str();
+  return Matches(report, key) || std::strstr(report, key) != nullptr;
+}
+
+bool CEvtMsg::HandleReport(const char* /*report*/) {
+  return true;
+}
+
+CEvtMsg* CEvtMsg::Duplicate() {
+  auto copy = std::make_unique<CEvtMsg>();
+  CopyMembersTo(*copy);
+  return copy.release();
+}
+
+void CEvtMsg::CopyMembersTo(CEvtMsg& copy) {
+  copy.m_strEvtKey = m_strEvtKey;
+  copy.m_dwUserData1 = m_dwUserData1;
+  copy.m_dwUserData2 = m_dwUserData2;
+  copy.m_dwNEID = m_dwNEID;
+  copy.m_cmd.SetMsg(m_cmd.GetMsg());
+}
+
+CVNPackGuageEvt::CVNPackGuageEvt() : m_dwDoneNum(0), m_dwTotalNum(0) {}
+
+CVNPackGuageEvt::~CVNPackGuageEvt() = default;
+
+bool CVNPackGuageEvt::HandleReport(const char* report) {
+  if (report == nullptr) return false;
+  return m_dwNEID <= MAX_MML_NE_ID ? HandleMMLReport(report) : HandleTL1LReport(report);
+}
+
+CEvtMsg* CVNPackGuageEvt::Duplicate() {
+  auto copy = std::make_unique<CVNPackGuageEvt>();
+  CopyMembersTo(*copy);
+  copy->m_dwDoneNum = m_dwDoneNum;
+  copy->m_dwTotalNum = m_dwTotalNum;
+  return copy.release();
+}
+
+bool CVNPackGuageEvt::HandleMMLReport(const char* report) {
+  if (report == nullptr) return false;
+  const char* counts = Behind(report, "TOTAL_NUM");
+  if (counts != nullptr && Matches(report, "*EVT_SFTM_CPYFILE_PROGRESS*DONE_NUM*TOTAL_NUM*")) {
+    return ReadTwoNumbers(counts, m_dwDoneNum, m_dwTotalNum);
+  }
+  const char* done = Behind(report, "done=");
+  const char* total = Behind(report, "total=");
+  if (done == nullptr || total == nullptr || !Matches(report, "*status=completed*done=*total=*")) return false;
+  const bool hasDone = ReadUnsigned(done, m_dwDoneNum);
+  const bool hasTotal = ReadUnsigned(total, m_dwTotalNum);
+  return hasDone && hasTotal;
+}
+
+bool CVNPackGuageEvt::HandleTL1LReport(const char* report) {
+  if (report == nullptr) return false;
+  for (const Tl1Shape& shape : TL1_SHAPES) {
+    if (!Matches(report, shape.pattern)) continue;
+    ReadAttribute(report, shape.done, m_dwDoneNum);
+    ReadAttribute(report, shape.total, m_dwTotalNum);
+    return m_dwTotalNum != 0;
+  }
+  return false;
+}
+
+unsigned int CVNPackGuageEvt::GetGuage() const {
+  return Percent(m_dwDoneNum, m_dwTotalNum);
+}
+
+CVNScriptFileGuageEvt::CVNScriptFileGuageEvt() : m_dwDoneNum(0), m_dwTotalNum(0) {}
+
+CVNScriptFileGuageEvt::~CVNScriptFileGuageEvt() = default;
+
+bool CVNScriptFileGuageEvt::HandleReport(const char* report) {
+  return m_dwNEID <= MAX_MML_NE_ID && HandleMMLReport(report);
+}
+
+CEvtMsg* CVNScriptFileGuageEvt::Duplicate() {
+  auto copy = std::make_unique<CVNScriptFileGuageEvt>();
+  CopyMembersTo(*copy);
+  copy->m_dwDoneNum = m_dwDoneNum;
+  copy->m_dwTotalNum = m_dwTotalNum;
+  return copy.release();
+}
+
+bool CVNScriptFileGuageEvt::HandleMMLReport(const char* report) {
+  if (report == nullptr || !Matches(report, "*EVENT*CAM*RUN*PROGRESS*")) return false;
+  const char* found = std::strstr(report, "TOTAL");
+  if (found == nullptr) return false;
+  const std::string_view counts = found;
+  if (counts.size() < SCRIPT_COUNTS_OFFSET) return false;
+  return ReadTwoNumbers(counts.substr(SCRIPT_COUNTS_OFFSET), m_dwTotalNum, m_dwDoneNum);
+}
+
+unsigned int CVNScriptFileGuageEvt::GetGuage() const {
+  return m_dwTotalNum <= FEW_COMMANDS ? 100 : Percent(m_dwDoneNum, m_dwTotalNum);
+}
+
+CVNScriptFileEndEvt::CVNScriptFileEndEvt() : m_dwResultCode(0), m_dwExtra(0) {}
+
+CVNScriptFileEndEvt::~CVNScriptFileEndEvt() = default;
+
+bool CVNScriptFileEndEvt::HandleReport(const char* report) {
+  return m_dwNEID <= MAX_MML_NE_ID && HandleMMLReport(report);
+}
+
+CEvtMsg* CVNScriptFileEndEvt::Duplicate() {
+  auto copy = std::make_unique<CVNScriptFileEndEvt>();
+  CopyMembersTo(*copy);
+  copy->m_strResult = m_strResult;
+  copy->m_strResultItem = m_strResultItem;
+  copy->m_strResultText = m_strResultText;
+  copy->m_dwResultCode = m_dwResultCode;
+  copy->m_dwExtra = m_dwExtra;
+  return copy.release();
+}
+
+bool CVNScriptFileEndEvt::HandleMMLReport(const char* report) {
+  if (report == nullptr || !Matches(report, "*EVENT*CAM*RUN*END*")) return false;
+  const char* result = Behind(report, "RSP");
+  if (result == nullptr) return false;
+  const bool success = std::strstr(result, "SUCCESS") != nullptr;
+  if (!success && std::strstr(result, "FAIL") == nullptr) return false;
+
+  std::string text = result;
+  StrCollapse(text);
+  std::vector<std::string> words;
+  SplitStringByChar(text.c_str(), ' ', words);
+  if (success) {
+    m_strResult = std::move(words[0]);
+    if (words.size() > 1) ConvertFromString(words[1].c_str(), m_dwResultCode);
+    return true;
+  }
+  if (words.size() < 4) return false;
+  std::string resultText = m_strResultText;
+  for (size_t i = 3; i < words.size(); ++i)
+    resultText.append(words[i]).append(1, ' ');
+  m_strResult = std::move(words[0]);
+  ConvertFromString(words[1].c_str(), m_dwResultCode);
+  m_strResultItem = std::move(words[2]);
+  m_strResultText = std::move(resultText);
+  return true;
+}
+
+}  // namespace VARNEL_COMMON
