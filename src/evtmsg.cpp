@@ -137,9 +137,13 @@ bool CVNPackGuageEvt::HandleTL1LReport(const char* report) {
   if (report == nullptr) return false;
   for (const Tl1Shape& shape : TL1_SHAPES) {
     if (!Matches(report, shape.pattern)) continue;
-    ReadAttribute(report, shape.done, m_dwDoneNum);
-    ReadAttribute(report, shape.total, m_dwTotalNum);
-    return m_dwTotalNum != 0;
+    unsigned int done = m_dwDoneNum;
+    unsigned int total = m_dwTotalNum;
+    ReadAttribute(report, shape.done, done);
+    ReadAttribute(report, shape.total, total);
+    m_dwDoneNum = done;
+    m_dwTotalNum = total;
+    return total != 0;
   }
   return false;
 }
