@@ -12,7 +12,7 @@ namespace VARNEL_COMMON {
 /// prompt. It accepts the strict form only; varnel::tl1stream reads what elements really send.
 ///
 /// The message is any bytes, NULs included. The members are the result and are there to be read. One object belongs to
-/// one thread at a time; memory exhaustion throws std::bad_alloc.
+/// one thread at a time; memory exhaustion throws std::bad_alloc and leaves the object as it was or as after the call.
 class VARNEL_API CTL1NEMsgParse {
  public:
   /// Keeps the message; nothing is parsed yet.
@@ -69,6 +69,8 @@ class VARNEL_API CTL1NEMsgParse {
   bool ParseVerb(size_t& cursor);
   bool ParseTextBlock(size_t& cursor);
 
+  bool ParseInPlaceOfThis(CTL1NEMsgParse message);
+  bool Parse();
   bool ParseFromHeader(size_t header);
   bool ParseAck();
   bool ParseOutputAndAuto(size_t mPos, size_t lineEnd);

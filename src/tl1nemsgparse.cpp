@@ -63,6 +63,17 @@ void CTL1NEMsgParse::InitAllPrivate() {
 }
 
 bool CTL1NEMsgParse::NEMsgParse() {
+  return ParseInPlaceOfThis(CTL1NEMsgParse(*this));
+}
+
+// Takes over what `message` becomes when parsed, so that memory that runs out on the way leaves this object as it was.
+bool CTL1NEMsgParse::ParseInPlaceOfThis(CTL1NEMsgParse message) {
+  const bool recognised = message.Parse();
+  *this = std::move(message);
+  return recognised;
+}
+
+bool CTL1NEMsgParse::Parse() {
   if (m_strNEMsg.empty()) {
     return Warn("NEMsgParse", __LINE__, "CTL1NEMsgParse::NEMsgParse(): NEMsg is empty;");
   }
@@ -186,11 +197,8 @@ bool CTL1NEMsgParse::ParseMsgEndFlg(const std::string& msg) {
   if (msg.empty()) {
     return Warn("ParseMsgEndFlg", __LINE__, "CTL1NEMsgParse::ParseMsgEndFlg(): strNEMsg is empty;");
   }
-  std::string message = msg;
-  const bool hasEnd = Find(message, RESPONSE_END, 0) != NPOS;
-  InitAllPrivate();
-  m_strNEMsg = std::move(message);
-  if (!NEMsgParse()) {
+  const bool hasEnd = Find(msg, RESPONSE_END, 0) != NPOS;
+  if (!ParseInPlaceOfThis(CTL1NEMsgParse(msg))) {
     return Warn("ParseMsgEndFlg", __LINE__, "CTL1NEMsgParse::ParseMsgEndFlg(): NEMsgParse() is faid;");
   }
   if (m_nMsgType == NONE) {
