@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <iostream>
+#include <memory>
 #include <string>
 
 #include "cmdstr.h"
@@ -12,6 +13,38 @@
 #include "platform/log_process.h"
 
 using namespace VARNEL_COMMON;
+
+namespace {
+
+void FollowReports() {
+  CVNPackGuageEvt package;
+  package.m_strEvtKey = "*FILES_DONE*";
+  package.m_dwNEID = 0x1000000;
+  const std::unique_ptr<CEvtMsg> copy(package.Duplicate());
+  const char report[] = "REPT EVT FILES_DONE=3,FILES_TOTAL=12,";
+  std::cout << copy->IsMyEvt(report) << copy->HandleReport(report) << ' '
+            << dynamic_cast<CVNPackGuageEvt&>(*copy).GetGuage() << '\n';
+
+  CVNScriptFileGuageEvt script;
+  const bool recognised = script.HandleReport("EVENT CAM RUN PROGRESS TOTAL_COMMANDS=20 5;");
+  std::cout << recognised << ' ' << script.GetGuage() << '\n';
+
+  CVNScriptFileEndEvt end;
+  end.HandleReport("EVENT CAM RUN END RSP FAIL 7 CMD1 no such slot");
+  std::cout << end.m_strResult << ' ' << end.m_dwResultCode << ' ' << end.m_strResultItem << ' ' << end.m_strResultText
+            << '\n';
+}
+
+void ParseTl1() {
+  CTL1NEMsgParse message("IP 12\r\n<");
+  std::cout << message.NEMsgParse() << ' ' << message.GetNEMsgType() << ' ' << message.GetCtage() << '\n';
+  const bool complete = message.ParseMsgEndFlg("\r\n\n   NE1 24-01-02 10:11:12\r\nM  7 COMPLD\r\n   a\r\n;");
+  std::cout << complete << ' ' << message.GetSID() << ' ' << message.GetRetRspCode() << ' '
+            << message.GetTextBlock().size() << '\n';
+  message.ParseMsgEndFlg("");
+}
+
+}  // namespace
 
 int main(int, char** argv) {
   CCmdStr command;
@@ -29,10 +62,13 @@ int main(int, char** argv) {
   std::cout << GetUCCheckSum(bytes, 3) << ' ' << isColdPatch(argv[0]) << '\n';
 
   CPkgFile package("/absent");
-  std::cout << std::hex << package.ParsePkgFile() << ' ' << ToAbsPath("/absent").size() << '\n';
+  std::cout << std::hex << package.ParsePkgFile() << ' ' << ToAbsPath("/absent").size() << std::dec << '\n';
+
+  FollowReports();
+  ParseTl1();
 
   const LocationInfo location("main", "main", 7);
   LogProcess::ForceLog("stranger", EN_LOG_LEVEL_WARNING, std::string("PWD=hunter2 as it is"), location);
   char small[4];
-  std::cout << std::dec << snprintf_s(small, sizeof small, 3, "%d", 123) << ' ' << small << '\n';
+  std::cout << snprintf_s(small, sizeof small, 3, "%d", 123) << ' ' << small << '\n';
 }
