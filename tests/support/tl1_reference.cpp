@@ -1,6 +1,7 @@
 #include "tl1_reference.h"
 
 #include <tuple>
+#include <utility>
 
 namespace VARNEL_TEST {
 

@@ -6,11 +6,13 @@
 #include <cstring>
 #include <locale>
 #include <memory>
+#include <new>
 #include <sstream>
 #include <string>
 #include <tuple>
 #include <type_traits>
 #include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "allocation.h"
@@ -78,8 +80,6 @@ std::string Repeated(const std::string& unit, size_t count) {
     text += unit;
   return text;
 }
-
-// ---- Layout
 
 template <typename Class, typename Member>
 size_t Offset(const Class& object, const Member& member) {
@@ -181,8 +181,6 @@ TEST_F(Event, VirtualFunctionsStandInOrder) {
   EXPECT_EQ(trace, "destructor ");
 }
 
-// ---- Members
-
 void ExpectDefaults(CEvtMsg& event) {
   EXPECT_EQ(event.m_strEvtKey, "");
   EXPECT_EQ(event.m_dwUserData1, 0U);
@@ -229,8 +227,6 @@ TEST_F(Event, MembersStartEmpty) {
   EXPECT_EQ((*end).m_dwResultCode, 0U);
   EXPECT_EQ((*end).m_dwExtra, 0U);
 }
-
-// ---- IsMyEvt
 
 bool Claims(const std::string& key, const std::string& report) {
   CEvtMsg event;
@@ -304,8 +300,6 @@ TEST_F(Event, OneReportOfferedToTenThousandEvents) {
   EXPECT_EQ(static_cast<CVNPackGuageEvt&>(*events[4711]).GetGuage(), 25U);
 }
 
-// ---- HandleReport
-
 TEST_F(Event, BaseHandlesEverything) {
   CEvtMsg event;
   EXPECT_TRUE(event.HandleReport("x"));
@@ -370,8 +364,6 @@ TEST_F(Event, ReportGoesThroughTheBaseToItsNumbers) {
   EXPECT_EQ(event.GetGuage(), 25U);
 }
 
-// ---- Two numbers behind a field head, in a row
-
 // What stands behind the field head; the two numbers in the order of the text.
 const CountsCase TWO_NUMBERS[] = {
     {" 3 12 x", {true, 3, 12}},
@@ -427,8 +419,6 @@ TEST_F(Event, ScriptProgressReadsTotalThenDone) {
     EXPECT_EQ(ReadScript("EVENT CAM RUN PROGRESS TOTAL_COMMANDS=" + tail), (Counts{result, done, total})) << tail;
   }
 }
-
-// ---- MML package reports
 
 TEST_F(Event, CopyProgressShapes) {
   const CountsCase cases[] = {
@@ -505,8 +495,6 @@ TEST_F(Event, CopyProgressGoesBeforeCompleted) {
     EXPECT_EQ(ReadMml(report), expected) << report;
 }
 
-// ---- TL1 package reports
-
 TEST_F(Event, EachTl1Shape) {
   const std::pair<std::string, std::string> names[] = {{"FILES_DONE=", "FILES_TOTAL="},
                                                        {"REPT EVT PROGRESS TRANSFEREDFILES=", "TOTALNUM="},
@@ -578,8 +566,6 @@ TEST_F(Event, OtherTl1ReportsAreRefused) {
   }
 }
 
-// ---- Script progress
-
 TEST_F(Event, ScriptProgressShapes) {
   const CountsCase cases[] = {
       {"EVENT CAM RUN PROGRESS TOTAL_COMMANDS=12 3;", {true, 3, 12}},
@@ -610,8 +596,6 @@ TEST_F(Event, ScriptProgressThatEndsWithinTheFieldHead) {
   }
   EXPECT_EQ(ReadScript("EVENT CAM RUN PROGRESS TOTAL_COMMANDS=7"), (Counts{false, OLD_DONE, 7}));
 }
-
-// ---- Percentages
 
 struct Percentage {
   unsigned int done, total, expected;
@@ -659,8 +643,6 @@ TEST_F(Event, ScriptsOfFewerThanTenCommandsCountAsComplete) {
   EXPECT_EQ(Percent<CVNScriptFileGuageEvt>(1, 10), 10U);
   EXPECT_EQ(Percent<CVNScriptFileGuageEvt>(0, 10), 0U);
 }
-
-// ---- Script end
 
 // Result of the handler, result, code, item, text.
 using End = std::tuple<bool, std::string, unsigned int, std::string, std::string>;
@@ -766,8 +748,6 @@ TEST_F(Event, TextsOfTwoFailuresAreJoined) {
   EXPECT_EQ(Members(true, event), (End{true, "SUCCESS", 0, "CMD2", "first text second "}));
 }
 
-// ---- Duplicate
-
 void SetBaseMembers(CEvtMsg& event) {
   event.m_strEvtKey = "a key that is too long to be held in place\0X"s;
   event.m_dwUserData1 = 1;
@@ -848,8 +828,6 @@ TEST_F(Event, DuplicateOfAFreshEventIsFresh) {
   ExpectDefaults(*copy);
 }
 
-// ---- Memory
-
 TEST_F(Event, NothingIsAllocatedForUnrecognisedReports) {
   const ExactText report("REPT EVT EQPT " + std::string(1000, 'x') + " TOTAL_NUM done= FILES_DONE= RSP SUCCESS TOTAL");
   CEvtMsg literal, pattern;
@@ -925,8 +903,6 @@ TEST_F(Event, AllocationFailuresOfDuplicateLeakNothing) {
   ExpectDuplicateToSurviveAllocationFailures<CVNScriptFileEndEvt>();
 }
 
-// ---- Huge reports
-
 class HugeReports : public Event {
  protected:
   static constexpr size_t SMALL = 131072;
@@ -980,8 +956,6 @@ TEST_F(HugeReports, AreReadToTheirEnd) {
   EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP FAIL 5 item " + word),
             (End{true, "FAIL", 5, "item", "old text " + word + ' '}));
 }
-
-// ---- Locale
 
 struct Grouping : std::numpunct<char> {
   char do_thousands_sep() const override { return '.'; }

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "allocation.h"
@@ -108,8 +111,6 @@ const Outcome EMPTIED = Refused(Tl1Parts());
 
 class Tl1Parser : public RecordingTest {};
 
-// ---- The object
-
 TEST_F(Tl1Parser, NewObjectHoldsTheMessageUnparsed) {
   const CTL1NEMsgParse parser(RESPONSE);
   EXPECT_EQ(PartsOf(parser), Unparsed(RESPONSE));
@@ -173,8 +174,6 @@ TEST_F(Tl1Parser, CopiesAreIndependent) {
   EXPECT_EQ(PartsOf(copy), Response(RESPONSE, "7", "COMPLD", "\n   \"a\"\r\n"));
 }
 
-// ---- Which kind of message
-
 TEST_F(Tl1Parser, EmptyMessageIsReported) {
   EXPECT_EQ(Parsed(""), EMPTIED);
   EXPECT_EQ(host.lines, Lines{EMPTY_MESSAGE});
@@ -205,8 +204,6 @@ TEST_F(Tl1Parser, ContinuationPrompt) {
   EXPECT_EQ(Parsed("\0\xFF\r\n>\0"s), Accepted(Prompt("\0\xFF\r\n>\0"s, 2)));
   EXPECT_EQ(host.lines, Lines{});
 }
-
-// ---- Acknowledgements
 
 Tl1Parts Acknowledgement(const std::string& message, const std::string& code, const std::string& ctag) {
   Tl1Parts parts = Unparsed(message);
@@ -248,8 +245,6 @@ TEST_F(Tl1Parser, OtherAcknowledgementsEmptyTheObjectInSilence) {
   }
   EXPECT_EQ(host.lines, Lines{});
 }
-
-// ---- The header line
 
 TEST_F(Tl1Parser, HeaderLineIsCutAtBlanks) {
   struct Case {
@@ -327,8 +322,6 @@ TEST_F(Tl1Parser, HeaderWithoutALineEndOrAnMBehindItIsRefusedInSilence) {
   }
   EXPECT_EQ(host.lines, Lines{});
 }
-
-// ---- Responses
 
 TEST_F(Tl1Parser, ResponseGivesItsParts) {
   EXPECT_EQ(Parsed(RESPONSE), Accepted(Response(RESPONSE, "7", "COMPLD", "\n   \"a\"\r\n")));
@@ -416,8 +409,6 @@ TEST_F(Tl1Parser, ResponseWithoutTerminatorKeepsItsFields) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-// ---- Autonomous messages
-
 TEST_F(Tl1Parser, AutonomousMessageGivesItsParts) {
   EXPECT_EQ(Parsed(AUTONOMOUS),
             Accepted(Autonomous(AUTONOMOUS, "*C", "5", "REPT ALM EQPT", "\n   \"SLOT-1:MJ,M\"\r\n")));
@@ -487,8 +478,6 @@ TEST_F(Tl1Parser, AutonomousMessageWithoutTerminatorKeepsItsFields) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-// ---- Parsing again
-
 TEST_F(Tl1Parser, ParsingAgainGivesTheSame) {
   for (const char* message : {RESPONSE, AUTONOMOUS, "IP 12\r\n<", "\r\n>"}) {
     CTL1NEMsgParse parser(message);
@@ -542,8 +531,6 @@ TEST_F(Tl1Parser, FailuresOnTopKeepWhatTheyDoNotEmpty) {
   EXPECT_EQ(PartsOf(parser), expected);
   EXPECT_EQ(host.lines, (Lines{SID_FAILED, DATE_FAILED, EMPTY_MESSAGE}));
 }
-
-// ---- Completeness
 
 bool IsComplete(const std::string& message) {
   return CTL1NEMsgParse("old").ParseMsgEndFlg(message);
@@ -636,8 +623,6 @@ TEST_F(Tl1Parser, PrefixesOfMessagesAreNotComplete) {
     }
   }
 }
-
-// ---- Memory and time
 
 const std::string LONG(40, 'x');
 const std::string LONG_HEADER = "echo" + LONG + "\r\n\n   " + LONG + " " + LONG + " " + LONG + "\r\n";
