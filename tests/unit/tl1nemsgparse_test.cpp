@@ -227,9 +227,10 @@ TEST_F(Tl1Parser, AcknowledgementGivesCodeAndCtag) {
   struct Case {
     std::string code, ctag;
   };
-  const Case cases[] = {{"IP", "12"},         {"PF", "a"},       {"NA", "1 2"}, {"IP", " "},
-                        {"\r\nIP", "12"},     {"\r\n>IP", "12"}, {"x;", "<"},   {"\xFF\x80", "\xA0"},
-                        {"I\0P"s, "1\0002"s}, {"IP", "\r\n"},    {"IP", "\r"},  {"IP", "\r\n>"}};
+  const Case cases[] = {{"IP", "12"},         {"PF", "a"},          {"NA", "1 2"},     {"IP", " "},
+                        {"\r\nIP", "12"},     {"\r\n>IP", "12"},    {"\r\n<IP", "12"}, {"x;", "<"},
+                        {"\xFF\x80", "\xA0"}, {"I\0P"s, "1\0002"s}, {"IP", "\r\n"},    {"IP", "\r"},
+                        {"IP", "\r\n>"}};
   for (const auto& [code, ctag] : cases) {
     const std::string message = std::string(code).append(" ").append(ctag).append("\r\n<");
     EXPECT_EQ(Parsed(message), Accepted(Acknowledgement(message, code, ctag)));
@@ -505,6 +506,16 @@ TEST_F(Tl1Parser, ParsingAnotherMessageOnTopResetsNothing) {
   expected.start = 1;
   EXPECT_EQ(PartsOf(parser), expected);
   EXPECT_EQ(parser.GetSID(), "NE1");
+
+  parser.m_strNEMsg = "IP 12\r\n<";
+  ASSERT_TRUE(parser.NEMsgParse());
+  expected.message = "IP 12\r\n<";
+  expected.type = 2;
+  expected.start = 0;
+  expected.code = "IP";
+  expected.ctag = "12";
+  EXPECT_EQ(PartsOf(parser), expected);
+  EXPECT_EQ(parser.GetSID(), "");
 }
 
 TEST_F(Tl1Parser, FailuresOnTopKeepWhatTheyDoNotEmpty) {
