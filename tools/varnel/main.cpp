@@ -26,6 +26,8 @@ constexpr Subcommand SUBCOMMANDS[] = {
     {"make-package", "Write an NE software file with valid heads",
      "varnel make-package -d description.txt --link \"board -> mainboard\" -t 1 mainboard.pkg", AddMakePackage},
     {"coldpatch", "Tell whether files are cold patches", "varnel coldpatch patch.txt", AddColdPatch},
+    {"report", "Follow the progress and the end of a package load or script run in the reports of an element",
+     "varnel report --connect 192.0.2.7:1400 --ne 0x1000001 --timeout 600", AddReport},
 };
 
 constexpr char EXIT_STATUSES[] =
@@ -55,7 +57,7 @@ void OccupyClosedStandardStreams() {
 
 class Command {
  public:
-  Command() : m_app("Tools for NE software packages", "varnel") {
+  Command() : m_app("Tools for NE software packages and reports", "varnel") {
     m_app.set_version_flag("--version", "varnel " VARNEL_VERSION);
     m_app.add_flag("-v,--verbose", m_verbose, "Show the library's log lines on standard error");
     m_app.require_subcommand(0, 1);

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iomanip>
 #include <iostream>
@@ -50,17 +51,17 @@ void AppendEscape(std::string& escaped, char c) {
   escaped.append("\\x").append(1, DIGITS[byte >> 4]).append(1, DIGITS[byte & 0xF]);
 }
 
-bool OnTerminal() {
-  static const bool onTerminal = isatty(STDOUT_FILENO) != 0;
-  return onTerminal;
-}
-
 bool UseColour() {
   static const bool use = OnTerminal() && std::getenv("NO_COLOR") == nullptr;
   return use;
 }
 
 }  // namespace
+
+bool OnTerminal() {
+  static const bool onTerminal = isatty(STDOUT_FILENO) != 0;
+  return onTerminal;
+}
 
 void PrintJson(const Json& object) {
   // On a terminal as ASCII, so that no control character of a text gets through.
@@ -111,6 +112,11 @@ std::string Padded(const std::string& text, size_t width) {
   return used < width ? text + std::string(width - used, ' ') : text;
 }
 
+std::string BarText(size_t done, size_t total) {
+  const size_t filled = std::min(done, total) * BAR_WIDTH / total;
+  return '[' + std::string(filled, '=') + std::string(BAR_WIDTH - filled, ' ') + ']';
+}
+
 ProgressBar::ProgressBar(size_t total) : m_total(total), m_enabled(total > 0 && isatty(STDERR_FILENO) != 0) {}
 
 ProgressBar::~ProgressBar() {
@@ -133,9 +139,7 @@ void ProgressBar::Hide() {
 }
 
 void ProgressBar::Draw() {
-  const size_t filled = m_done * BAR_WIDTH / m_total;
   std::cout.flush();
-  std::cerr << "\r[" << std::string(filled, '=') << std::string(BAR_WIDTH - filled, ' ') << "] " << m_done << '/'
-            << m_total << " files" << std::flush;
+  std::cerr << '\r' << BarText(m_done, m_total) << ' ' << m_done << '/' << m_total << " files" << std::flush;
   m_visible = true;
 }

@@ -33,6 +33,12 @@ std::string Padded(const std::string& text, size_t width);
 /// Width of a UTF-8 text in characters.
 size_t Width(std::string_view text);
 
+/// True when standard output is a terminal.
+bool OnTerminal();
+
+/// A progress bar as text, "[====    ]"; full where `done` is more than `total`, which is not 0.
+std::string BarText(size_t done, size_t total);
+
 /// A bar on standard error, where that is a terminal; else nothing is shown.
 class ProgressBar {
  public:

@@ -17,5 +17,6 @@ std::function<int()> AddPackage(CLI::App& command);
 std::function<int()> AddHead(CLI::App& command);
 std::function<int()> AddMakePackage(CLI::App& command);
 std::function<int()> AddColdPatch(CLI::App& command);
+std::function<int()> AddReport(CLI::App& command);
 
 #endif

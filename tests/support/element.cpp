@@ -1,0 +1,39 @@
+// A network element for command-line tests: prints the port it listens on, serves one connection, and ends.
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+
+#include "scripted_element.h"
+#include "temp_folder.h"
+
+int main(int argc, char** argv) {
+  alarm(50);  // so that none is left behind by a command that never connects
+  CLI::App app("Sends a file to the first who connects");
+  std::string file;
+  std::string host = "127.0.0.1";
+  VARNEL_TEST::ElementScript script;
+  unsigned int pause = 0;
+  app.add_option("FILE", file);
+  app.add_option("--host", host);
+  app.add_option("--piece", script.pieceSize);
+  app.add_option("--pause", pause);
+  app.add_flag("--for-ever", script.forEver);
+  app.add_flag("--silent", script.silent);
+  try {
+    app.parse(argc, argv);
+    if (!file.empty()) script.bytes = VARNEL_TEST::ReadWhole(file);
+    script.pause = std::chrono::milliseconds(pause);
+    VARNEL_TEST::ScriptedElement element(host.c_str());
+    std::cout << element.Port() << std::endl;
+    element.Serve(script);
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error);
+  } catch (const std::exception& error) {
+    std::cerr << "element: " << error.what() << '\n';
+    return 1;
+  }
+  return 0;
+}

@@ -1,0 +1,46 @@
+#ifndef VARNEL_TESTS_SCRIPTED_ELEMENT_H
+#define VARNEL_TESTS_SCRIPTED_ELEMENT_H
+
+#include <ace/SOCK_Acceptor.h>
+#include <ace/SOCK_Stream.h>
+
+#include <chrono>
+#include <string>
+
+namespace VARNEL_TEST {
+
+/// How an element sends its bytes.
+struct ElementScript {
+  std::string bytes;
+  size_t pieceSize = 0;                ///< bytes sent at once; 0 for all
+  std::chrono::milliseconds pause{0};  ///< between two pieces
+  bool forEver = false;                ///< begins again after the last byte, until the other side goes away
+  bool silent = false;                 ///< after the last byte keeps the connection open until the other side goes away
+};
+
+/// A network element on a loopback port of its own.
+class ScriptedElement {
+ public:
+  /// @param host  127.0.0.1 or ::1
+  /// @throw std::runtime_error  when it cannot listen there
+  explicit ScriptedElement(const char* host = "127.0.0.1");
+  ~ScriptedElement();
+  ScriptedElement(const ScriptedElement&) = delete;
+  ScriptedElement& operator=(const ScriptedElement&) = delete;
+
+  /// The port it listens on from its making on.
+  unsigned short Port() const { return m_port; }
+
+  /// Takes one connection, plays the script and closes the connection. A side that goes away early is no error.
+  void Serve(const ElementScript& script);
+
+ private:
+  static bool SendOnce(ACE_SOCK_Stream& connection, const ElementScript& script);
+
+  ACE_SOCK_Acceptor m_acceptor;
+  unsigned short m_port = 0;
+};
+
+}  // namespace VARNEL_TEST
+
+#endif

@@ -1,0 +1,251 @@
+#include <evtmsg.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <utility>
+#include <vector>
+
+#include "byte_source.h"
+#include "deadline.h"
+#include "output.h"
+#include "report_splitter.h"
+#include "subcommands.h"
+
+namespace {
+
+using VARNEL_COMMON::CEvtMsg;
+using VARNEL_COMMON::CVNPackGuageEvt;
+using VARNEL_COMMON::CVNScriptFileEndEvt;
+using VARNEL_COMMON::CVNScriptFileGuageEvt;
+
+constexpr unsigned int MAX_MML_ELEMENT = 0xFFFFFF;
+constexpr auto BAR_INTERVAL = std::chrono::milliseconds(100);
+constexpr auto CLOCK_INTERVAL = std::chrono::milliseconds(1000);
+
+// Reads an element's identifier, decimal or hexadecimal behind "0x"; an empty text for one that is fine.
+std::string ReadElement(const std::string& text, unsigned int& element) {
+  const bool hexadecimal = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0;
+  const char* const begin = text.data() + (hexadecimal ? 2 : 0);
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(begin, end, element, hexadecimal ? 16 : 10);
+  return error == std::errc() && stop == end ? "" : "is not a number of 32 bits, decimal or 0x and hexadecimal";
+}
+
+struct Progress {
+  const char* event;
+  unsigned int done, total, percent;
+};
+
+std::string ToText(const Progress& progress) {
+  std::ostringstream text;
+  text << progress.event << ' ' << progress.done << '/' << progress.total << ' ' << progress.percent << '%';
+  return text.str();
+}
+
+// A bar with counts and elapsed time on standard error.
+class LiveBar {
+ public:
+  explicit LiveBar(bool enabled) : m_enabled(enabled) {}
+  ~LiveBar() { Hide(); }
+  LiveBar(const LiveBar&) = delete;
+  LiveBar& operator=(const LiveBar&) = delete;
+
+  bool Enabled() const { return m_enabled; }
+
+  void Show(const Progress& progress) {
+    m_progress = progress;
+    if (!m_visible || m_nextDrawing.Passed()) Draw();
+  }
+
+  void ShowTime() {
+    if (m_enabled && m_progress) Draw();
+  }
+
+  void Hide() {
+    if (m_visible) std::cerr << "\r\033[K" << std::flush;
+    m_visible = false;
+  }
+
+ private:
+  void Draw() {
+    if (!m_enabled) return;
+    const auto elapsed = std::chrono::steady_clock::now() - m_start;
+    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
+    std::cout.flush();
+    std::cerr << "\r\033[K" << BarText(m_progress->percent, 100) << ' ' << ToText(*m_progress) << "  " << seconds / 60
+              << ':' << std::setw(2) << std::setfill('0') << seconds % 60 << std::flush;
+    m_visible = true;
+    m_nextDrawing.Restart();
+  }
+
+  bool m_enabled;
+  bool m_visible = false;
+  std::optional<Progress> m_progress;
+  std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+  Deadline m_nextDrawing{BAR_INTERVAL};
+};
+
+class ReportCommand {
+ public:
+  explicit ReportCommand(CLI::App& command) {
+    AddSourceOptions(command, m_source, "Give up when there is no end result after so many seconds");
+    command
+        .add_option("--ne", m_element,
+                    "Identifier of the element, decimal or 0x...: above 0xFFFFFF it speaks TL1, else MML; 0 by default")
+        ->type_name("ID")
+        ->check([](const std::string& text) {
+          unsigned int element = 0;
+          return ReadElement(text, element);
+        });
+    command
+        .add_option("--key", m_keys,
+                    "Look only at reports that hold TEXT or match it as a pattern with *; may be repeated")
+        ->type_name("TEXT")
+        ->expected(1)
+        ->take_all();
+    command
+        .add_option("--separator", m_separator,
+                    "A report ends behind TEXT; without this option at a line ;, >, < or --- END, or an empty line")
+        ->type_name("TEXT")
+        ->check([](const std::string& text) { return text.empty() ? "is empty" : ""; });
+    command.add_flag("--json", m_json, "Print one JSON object per change");
+  }
+
+  int Run() {
+    unsigned int element = 0;
+    ReadElement(m_element, element);
+    m_package.m_dwNEID = m_script.m_dwNEID = m_end.m_dwNEID = element;
+    if (m_keys.empty()) m_keys.emplace_back();
+    LiveBar bar(!m_json && isatty(STDERR_FILENO) != 0);
+    m_bar = &bar;
+    const auto source =
+        MakeByteSource(m_source, Limit::WholeRun, bar.Enabled() ? CLOCK_INTERVAL : std::chrono::milliseconds(0));
+    return Follow(*source);
+  }
+
+ private:
+  int Follow(ByteSource& source) {
+    ReportSplitter reports(m_separator);
+    std::string bytes;
+    while (std::cout.flush()) {
+      const ByteSource::Status status = source.Read(bytes);
+      reports.Feed(bytes);
+      while (!m_result) {
+        std::optional<Report> report = reports.Next();
+        if (!report) break;
+        Offer(std::move(*report));
+      }
+      if (!m_result && status == ByteSource::Status::End && !reports.TooLong()) Offer(reports.TakeRest());
+      if (m_result) return *m_result;
+      if (reports.TooLong()) return GiveUp("a report is longer than " + std::to_string(reports.MAX_LENGTH) + " bytes");
+      if (status == ByteSource::Status::Failed) return GiveUp(source.Error());
+      if (status == ByteSource::Status::TimedOut) return GiveUp("no end result: " + source.Error() + Hint());
+      if (status == ByteSource::Status::End) return GiveUp("no end result: the reports end" + Hint());
+      m_bar->ShowTime();
+    }
+    return EXIT_BAD;
+  }
+
+  int GiveUp(const std::string& reason) {
+    m_bar->Hide();
+    Complain(m_source.Name(), reason);
+    return EXIT_BAD;
+  }
+
+  std::string Hint() const {
+    if (m_shownPackage || m_shownScript) return "";
+    return m_package.m_dwNEID <= MAX_MML_ELEMENT ? ", and none is known of an MML element"
+                                                 : ", and none is known of a TL1 element";
+  }
+
+  // Each event looks at the report, as several may know it. Counts are recognised by what stands behind them; the text
+  // of an end result does without.
+  void Offer(Report report) {
+    const char* const text = report.text.c_str();
+    if (Knows(m_package, text)) {
+      Show({"package", m_package.m_dwDoneNum, m_package.m_dwTotalNum, m_package.GetGuage()}, m_shownPackage);
+      if (m_package.m_dwTotalNum != 0 && m_package.m_dwDoneNum >= m_package.m_dwTotalNum) return EndPackage();
+    }
+    if (Knows(m_script, text)) {
+      Show({"script", m_script.m_dwDoneNum, m_script.m_dwTotalNum, m_script.GetGuage()}, m_shownScript);
+    }
+    report.text.resize(report.bodyLength);
+    if (Knows(m_end, report.text.c_str())) EndScript();
+  }
+
+  bool Knows(CEvtMsg& event, const char* report) const {
+    for (const std::string& key : m_keys) {
+      event.m_strEvtKey = key;
+      if (event.IsMyEvt(report)) return event.HandleReport(report);
+    }
+    return false;
+  }
+
+  void Show(const Progress& progress, std::optional<Progress>& shown) {
+    if (shown && shown->done == progress.done && shown->total == progress.total) return;
+    shown = progress;
+    m_bar->Show(progress);
+    if (m_json) {
+      PrintJson({{"event", progress.event},
+                 {"done", progress.done},
+                 {"total", progress.total},
+                 {"percent", progress.percent}});
+    } else if (!m_bar->Enabled() || !OnTerminal()) {
+      std::cout << ToText(progress) << '\n';
+    }
+  }
+
+  // Elements send no end report of a package: with all of it done it has ended.
+  void EndPackage() {
+    m_result = EXIT_DONE;
+    m_bar->Hide();
+    if (!m_json) std::cout << "package " << Coloured(Colour::Good, "complete") << '\n';
+  }
+
+  void EndScript() {
+    const bool failed = !m_end.m_strResultText.empty();  // only a failure has a text, and never an empty one
+    m_result = failed ? EXIT_BAD : EXIT_DONE;
+    m_bar->Hide();
+    if (m_json) {
+      PrintJson({{"event", "end"},
+                 {"result", m_end.m_strResult},
+                 {"code", m_end.m_dwResultCode},
+                 {"item", failed ? Json(m_end.m_strResultItem) : Json(nullptr)},
+                 {"text", failed ? Json(ResultText()) : Json(nullptr)}});
+      return;
+    }
+    std::cout << "end " << Coloured(failed ? Colour::Bad : Colour::Good, Escaped(m_end.m_strResult)) << ", code "
+              << m_end.m_dwResultCode;
+    if (failed) std::cout << ", item " << Escaped(m_end.m_strResultItem) << ": " << Escaped(ResultText());
+    std::cout << '\n';
+  }
+
+  // Without the blank that stands behind each of its words.
+  std::string ResultText() const { return m_end.m_strResultText.substr(0, m_end.m_strResultText.size() - 1); }
+
+  SourceOptions m_source;
+  std::string m_element = "0";
+  std::vector<std::string> m_keys;
+  std::string m_separator;
+  bool m_json = false;
+
+  CVNPackGuageEvt m_package;
+  CVNScriptFileGuageEvt m_script;
+  CVNScriptFileEndEvt m_end;
+  LiveBar* m_bar = nullptr;
+  std::optional<Progress> m_shownPackage;
+  std::optional<Progress> m_shownScript;
+  std::optional<int> m_result;
+};
+
+}  // namespace
+
+std::function<int()> AddReport(CLI::App& command) {
+  const auto report = std::make_shared<ReportCommand>(command);
+  return [report] { return report->Run(); };
+}

@@ -1,0 +1,87 @@
+#include "report_splitter.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr size_t NONE = std::string::npos;
+
+std::string_view Trimmed(std::string_view line) {
+  constexpr char BLANKS[] = " \t\r\n";
+  const size_t first = line.find_first_not_of(BLANKS);
+  return first == NONE ? std::string_view() : line.substr(first, line.find_last_not_of(BLANKS) + 1 - first);
+}
+
+bool BeginsWith(std::string_view text, std::string_view head) {
+  return text.substr(0, head.size()) == head;
+}
+
+bool IsFrameEnd(std::string_view line) {
+  return line.size() >= 6 && BeginsWith(line, "---") && line.substr(line.size() - 3) == "END";
+}
+
+}  // namespace
+
+ReportSplitter::ReportSplitter(std::string separator) : m_separator(std::move(separator)) {}
+
+void ReportSplitter::Feed(std::string_view bytes) {
+  m_bytes.erase(0, m_begin);
+  m_lineBegin -= std::min(m_lineBegin, m_begin);
+  m_scanned -= m_begin;
+  m_begin = 0;
+  const size_t old = m_bytes.size();
+  m_bytes.append(bytes);
+  std::replace(m_bytes.begin() + static_cast<std::ptrdiff_t>(old), m_bytes.end(), '\0', ' ');
+}
+
+std::optional<Report> ReportSplitter::Next() {
+  if (m_tooLong) return std::nullopt;
+  const std::optional<Ends> ends = m_separator.empty() ? FindEnd() : FindSeparator();
+  m_tooLong = (ends ? ends->whole : m_bytes.size()) - m_begin > MAX_LENGTH;
+  if (!ends || m_tooLong) return std::nullopt;
+  return Take(*ends);
+}
+
+Report ReportSplitter::TakeRest() {
+  return Take({m_bytes.size(), m_bytes.size()});
+}
+
+std::optional<ReportSplitter::Ends> ReportSplitter::FindSeparator() {
+  const size_t found = m_bytes.find(m_separator, m_scanned);
+  if (found != NONE) return Ends{found, found + m_separator.size()};
+  const size_t beginning = m_bytes.size() - std::min(m_bytes.size(), m_separator.size() - 1);
+  m_scanned = std::max(m_scanned, beginning);
+  return std::nullopt;
+}
+
+std::optional<ReportSplitter::Ends> ReportSplitter::FindEnd() {
+  for (size_t newline; (newline = m_bytes.find('\n', m_scanned)) != NONE;) {
+    const size_t lineBegin = std::exchange(m_lineBegin, newline + 1);
+    m_scanned = m_lineBegin;
+    const std::optional<Ends> ends = EndAtLine(lineBegin, m_lineBegin);
+    if (ends) return ends;
+  }
+  m_scanned = m_bytes.size();
+  return std::nullopt;
+}
+
+// The ends of the report if it ends because of this line.
+std::optional<ReportSplitter::Ends> ReportSplitter::EndAtLine(size_t begin, size_t end) {
+  const std::string_view line = Trimmed(std::string_view(m_bytes).substr(begin, end - begin));
+  const bool opensFrame = BeginsWith(line, "+++");
+  if (m_started && (opensFrame || (line.empty() && !m_framed))) return Ends{begin, begin};
+  if (!m_started && line.empty()) m_begin = end;
+  if (line.empty()) return std::nullopt;
+  m_started = true;
+  m_framed = m_framed || opensFrame;
+  const bool ends = IsFrameEnd(line) || (!m_framed && (line == ";" || line == ">" || line == "<"));
+  return ends ? std::optional<Ends>({begin, end}) : std::nullopt;
+}
+
+Report ReportSplitter::Take(const Ends& ends) {
+  Report report{m_bytes.substr(m_begin, ends.whole - m_begin), ends.body - m_begin};
+  m_begin = m_lineBegin = m_scanned = ends.whole;
+  m_started = m_framed = false;
+  return report;
+}
