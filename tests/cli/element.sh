@@ -11,3 +11,6 @@ serve() {
 
 # Messages without the port, which is another one every time.
 without_port() { sed 's/127\.0\.0\.1:[0-9]*/127.0.0.1:PORT/'; }
+
+# dismiss: ends an element that waits for nobody.
+dismiss() { kill "$!" && { wait "$!" || true; }; }

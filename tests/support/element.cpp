@@ -16,18 +16,22 @@ int main(int argc, char** argv) {
   std::string host = "127.0.0.1";
   VARNEL_TEST::ElementScript script;
   unsigned int pause = 0;
+  bool refuse = false;
   app.add_option("FILE", file);
   app.add_option("--host", host);
   app.add_option("--piece", script.pieceSize);
   app.add_option("--pause", pause);
   app.add_flag("--for-ever", script.forEver);
   app.add_flag("--silent", script.silent);
+  app.add_flag("--refuse", refuse);
   try {
     app.parse(argc, argv);
     if (!file.empty()) script.bytes = VARNEL_TEST::ReadWhole(file);
     script.pause = std::chrono::milliseconds(pause);
     VARNEL_TEST::ScriptedElement element(host.c_str());
+    if (refuse) element.Refuse();
     std::cout << element.Port() << std::endl;
+    if (refuse) ::pause();
     element.Serve(script);
   } catch (const CLI::ParseError& error) {
     return app.exit(error);

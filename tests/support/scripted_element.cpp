@@ -44,6 +44,10 @@ ScriptedElement::~ScriptedElement() {
   m_acceptor.close();
 }
 
+void ScriptedElement::Refuse() {
+  ::shutdown(m_acceptor.get_handle(), SHUT_RDWR);  // ends listening, but the socket keeps its port
+}
+
 void ScriptedElement::Serve(const ElementScript& script) {
   ACE_SOCK_Stream connection;
   if (m_acceptor.accept(connection) != 0) return;

@@ -31,6 +31,9 @@ class ScriptedElement {
   /// The port it listens on from its making on.
   unsigned short Port() const { return m_port; }
 
+  /// From now on every connection is refused, while nobody else can take the port.
+  void Refuse();
+
   /// Takes one connection, plays the script and closes the connection. A side that goes away early is no error.
   void Serve(const ElementScript& script);
 

@@ -128,20 +128,17 @@ class TimedSource : public ByteSource {
   Status ReadOpen(std::string& bytes) {
     const Deadline tick(m_tick);
     for (;;) {
-      if (m_deadline.Passed()) {
-        return TimeOut(m_limit == Limit::Silence ? "nothing came for " : "the time is over after ");
+      if (m_limit == Limit::WholeRun && m_deadline.Passed()) return TimeOut("the time is over after ");
+      if (Await(m_deadline.Left(tick.Left(LONGEST_WAIT)))) {
+        bytes.resize(CHUNK_SIZE);
+        const ssize_t count = Receive(bytes.data(), bytes.size());
+        bytes.resize(count > 0 ? static_cast<size_t>(count) : 0);
+        m_restart = count > 0;
+        if (count >= 0) return count > 0 ? Status::Data : Status::End;
+        if (errno != EAGAIN && errno != EINTR) return FailWithErrno();
       }
+      if (m_limit == Limit::Silence && m_deadline.Passed()) return TimeOut("nothing came for ");
       if (tick.Passed()) return Status::Data;
-      if (!Await(m_deadline.Left(tick.Left(LONGEST_WAIT)))) continue;
-      bytes.resize(CHUNK_SIZE);
-      const ssize_t count = Receive(bytes.data(), bytes.size());
-      bytes.resize(count > 0 ? static_cast<size_t>(count) : 0);
-      if (count == 0) return Status::End;
-      if (count > 0) {
-        m_restart = true;
-        return Status::Data;
-      }
-      if (errno != EAGAIN && errno != EINTR) return FailWithErrno();
     }
   }
 

@@ -106,14 +106,14 @@ class ReportCommand {
         .add_option("--key", m_keys,
                     "Look only at reports that hold TEXT or match it as a pattern with *; may be repeated")
         ->type_name("TEXT")
-        ->expected(1)
-        ->take_all();
+        ->allow_extra_args(false);
     command
         .add_option("--separator", m_separator,
                     "A report ends behind TEXT; without this option at a line ;, >, < or --- END, or an empty line")
         ->type_name("TEXT")
         ->check([](const std::string& text) { return text.empty() ? "is empty" : ""; });
     command.add_flag("--json", m_json, "Print one JSON object per change");
+    command.footer(command.get_footer() + "\nA load or run that fails, or shows no end result, counts as bad.");
   }
 
   int Run() {
@@ -145,7 +145,7 @@ class ReportCommand {
       if (reports.TooLong()) return GiveUp("a report is longer than " + std::to_string(reports.MAX_LENGTH) + " bytes");
       if (status == ByteSource::Status::Failed) return GiveUp(source.Error());
       if (status == ByteSource::Status::TimedOut) return GiveUp("no end result: " + source.Error() + Hint());
-      if (status == ByteSource::Status::End) return GiveUp("no end result: the reports end" + Hint());
+      if (status == ByteSource::Status::End) return GiveUp("no end result: the input ends" + Hint());
       m_bar->ShowTime();
     }
     return EXIT_BAD;
@@ -159,8 +159,8 @@ class ReportCommand {
 
   std::string Hint() const {
     if (m_shownPackage || m_shownScript) return "";
-    return m_package.m_dwNEID <= MAX_MML_ELEMENT ? ", and none is known of an MML element"
-                                                 : ", and none is known of a TL1 element";
+    const char* const kind = m_package.m_dwNEID <= MAX_MML_ELEMENT ? "MML" : "TL1";
+    return std::string("; no ") + kind + " report was recognised";
   }
 
   // Each event looks at the report, as several may know it. Counts are recognised by what stands behind them; the text

@@ -1,0 +1,109 @@
+#include "report_splitter.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace VARNEL_TEST {
+
+namespace {
+
+using Texts = std::vector<std::string>;
+
+Texts Bodies(ReportSplitter& splitter) {
+  Texts bodies;
+  while (const std::optional<Report> report = splitter.Next())
+    bodies.push_back(report->text.substr(0, report->bodyLength));
+  return bodies;
+}
+
+void Append(Texts& texts, const Texts& more) {
+  texts.insert(texts.end(), more.begin(), more.end());
+}
+
+// The bodies of all reports of a stream that arrives in two pieces.
+Texts BodiesOfTwo(const std::string& stream, size_t split, const std::string& separator) {
+  ReportSplitter splitter(separator);
+  splitter.Feed(std::string_view(stream).substr(0, split));
+  Texts bodies = Bodies(splitter);
+  splitter.Feed(std::string_view(stream).substr(split));
+  Append(bodies, Bodies(splitter));
+  bodies.push_back(splitter.TakeRest().text);
+  return bodies;
+}
+
+Texts BodiesByteByByte(const std::string& stream, const std::string& separator) {
+  ReportSplitter splitter(separator);
+  Texts bodies;
+  for (const char byte : stream) {
+    splitter.Feed({&byte, 1});
+    Append(bodies, Bodies(splitter));
+  }
+  bodies.push_back(splitter.TakeRest().text);
+  return bodies;
+}
+
+void ExpectHoweverCut(const Texts& expected, const std::string& stream, const std::string& separator) {
+  for (size_t split = 0; split <= stream.size(); ++split)
+    EXPECT_EQ(expected, BodiesOfTwo(stream, split, separator)) << "split at " << split;
+  EXPECT_EQ(expected, BodiesByteByByte(stream, separator));
+}
+
+}  // namespace
+
+TEST(ReportSplitter, CutsAtLinesHoweverTheBytesArrive) {
+  const std::string stream =
+      "\r\n\n a\r\nb;\r\n;\r\nc\n\n \t\r\nd\n > \n<\n+++ e\n\n;\n>\n---    END\nf\n+++ g\n\n+++ h\n---END\n--- "
+      "ENDED\ni";
+  const Texts expected = {" a\r\nb;\r\n", "c\n",     "d\n",         "", "+++ e\n\n;\n>\n", "f\n",
+                          "+++ g\n\n",    "+++ h\n", "--- ENDED\ni"};
+  ExpectHoweverCut(expected, stream, "");
+}
+
+TEST(ReportSplitter, CutsBehindASeparatorHoweverTheBytesArrive) {
+  ExpectHoweverCut({"a;\n\n", "b=", "", "c="}, "a;\n\n==!b===!==!c=", "==!");
+}
+
+TEST(ReportSplitter, KeepsTheEndingLineBehindTheBody) {
+  ReportSplitter splitter("");
+  splitter.Feed("text\n  ;\r\nrest");
+  const std::optional<Report> report = splitter.Next();
+  ASSERT_TRUE(report);
+  EXPECT_EQ("text\n  ;\r\n", report->text);
+  EXPECT_EQ(5U, report->bodyLength);
+  EXPECT_EQ("rest", splitter.TakeRest().text);
+}
+
+TEST(ReportSplitter, MakesBlanksOfNulBytes) {
+  ReportSplitter splitter("");
+  splitter.Feed(std::string("a\0b\0\n\0\n", 7));
+  EXPECT_EQ(Texts{"a b \n"}, Bodies(splitter));
+}
+
+TEST(ReportSplitter, TakesReportsUpToTheLimit) {
+  ReportSplitter splitter("|");
+  splitter.Feed(std::string(ReportSplitter::MAX_LENGTH - 1, 'x') + '|');
+  EXPECT_TRUE(splitter.Next());
+  EXPECT_FALSE(splitter.TooLong());
+}
+
+TEST(ReportSplitter, CutsNothingAfterAReportBeyondTheLimit) {
+  ReportSplitter splitter("|");
+  splitter.Feed(std::string(ReportSplitter::MAX_LENGTH, 'x') + "|y|");
+  EXPECT_FALSE(splitter.Next());
+  EXPECT_TRUE(splitter.TooLong());
+  EXPECT_FALSE(splitter.Next());
+}
+
+TEST(ReportSplitter, TellsTooLongBeforeTheEndComes) {
+  ReportSplitter splitter("");
+  splitter.Feed(std::string(ReportSplitter::MAX_LENGTH, 'x'));
+  EXPECT_FALSE(splitter.Next());
+  EXPECT_FALSE(splitter.TooLong());
+  splitter.Feed("x");
+  EXPECT_FALSE(splitter.Next());
+  EXPECT_TRUE(splitter.TooLong());
+}
+
+}  // namespace VARNEL_TEST
