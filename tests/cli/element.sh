@@ -3,14 +3,14 @@
 
 # serve ARGUMENT...: starts an element and sets $address. It ends with the connection, or by itself.
 serve() {
-  local port
-  exec {element}< <(exec "$ELEMENT" "$@")
-  read -r port <&"$element"
-  address=127.0.0.1:$port
+  local port output
+  exec {output}< <(exec "$ELEMENT" "$@")
+  read -r port <&"$output"
+  export address=127.0.0.1:$port
 }
-
-# Messages without the port, which is another one every time.
-without_port() { sed 's/127\.0\.0\.1:[0-9]*/127.0.0.1:PORT/'; }
 
 # dismiss: ends an element that waits for nobody.
 dismiss() { kill "$!" && { wait "$!" || true; }; }
+
+# Messages without the port, which is another one every time.
+without_port() { sed 's/127\.0\.0\.1:[0-9]*/127.0.0.1:PORT/'; }
