@@ -209,13 +209,13 @@ bool CVNScriptFileEndEvt::HandleMMLReport(const char* report) {
 
   std::string text = result;
   StrCollapse(text);
-  std::vector<std::string> words;
-  SplitStringByChar(text.c_str(), ' ', words);
   if (success) {
-    m_strResult = std::move(words[0]);
-    if (words.size() > 1) ConvertFromString(words[1].c_str(), m_dwResultCode);
+    m_strResult = text.substr(0, text.find(' '));
+    ConvertFromString(text.c_str() + m_strResult.size(), m_dwResultCode);
     return true;
   }
+  std::vector<std::string> words;
+  SplitStringByChar(text.c_str(), ' ', words);
   if (words.size() < 4) return false;
   std::string resultText = m_strResultText;
   for (size_t i = 3; i < words.size(); ++i)
