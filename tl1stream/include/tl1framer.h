@@ -1,0 +1,95 @@
+#ifndef VARNEL_TL1FRAMER_H
+#define VARNEL_TL1FRAMER_H
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "varnel_export.h"
+
+namespace VARNEL_TL1 {
+
+/// The largest message taken where nothing else is said.
+constexpr size_t DEFAULT_LIMIT = 16U * 1024U * 1024U;
+
+/// A message cut out of a stream.
+struct Message {
+  std::string bytes;      ///< from the line ends in front of the header to the terminator, without telnet sequences
+  uint64_t offset = 0;    ///< of its first byte in the stream
+  uint64_t length = 0;    ///< bytes that it takes up in the stream, telnet sequences included
+  bool complete = true;   ///< false for the last message of a stream that ends before the message does
+  bool bareText = false;  ///< only text, without header and identification line, behind a part that ended in ">"
+};
+
+/// What stood between the messages.
+struct Skipped {
+  uint64_t bytes = 0;    ///< all bytes that belong to no message, line ends included
+  uint64_t echoes = 0;   ///< echoed commands
+  uint64_t prompts = 0;  ///< prompts, alone on a line or in front of something
+  uint64_t lines = 0;    ///< other lines, such as banners
+  uint64_t telnet = 0;   ///< telnet commands and negotiations, also inside messages
+};
+
+/// Cuts a stream of bytes into TL1 messages: feed it, then take the messages.
+///
+///     framer.Feed(bytes);
+///     while (framer.Next(message)) Use(message);
+///
+/// The messages do not depend on how the stream is cut into pieces. A message begins with its header line (date and
+/// time at its end), or without one with its identification line; an acknowledgement with its code; text begins one
+/// where the part before ended in ">". It ends with ";" or ">" in the first column (an acknowledgement with "<"), or
+/// with ";" on its identification line. Lines end in CR, LF or CR LF. CR LF ">" alone where a message could begin is
+/// a message too, a prompt; with a blank or something else behind the ">" it is skipped like all other prompts.
+///
+/// A terminator inside quotes ("\" takes the meaning from the next character) or inside /* */ ends nothing, with one
+/// exception: where it is alone on its line and the next line that is neither blank nor a prompt looks like a header,
+/// an identification line, an acknowledgement or the echo of a command, or where the stream ends, the quote was a
+/// stray one and the terminator counts. Nothing but a whole line within the next 4096 bytes can tell so.
+///
+/// Telnet sequences are taken out: FF and a byte from F0 on, up to FF F0 or 512 bytes for a subnegotiation; FF FF
+/// is the data byte FF, and so is an FF in front of a smaller byte.
+///
+/// Time grows with the bytes fed, memory with the largest message and the bytes of one Feed(). An object belongs to
+/// one thread at a time.
+class VARNEL_API Framer {
+ public:
+  /// @param limit  the most bytes that a message may have.
+  explicit Framer(size_t limit = DEFAULT_LIMIT);
+  Framer(const Framer&) = delete;
+  Framer& operator=(const Framer&) = delete;
+  ~Framer();
+
+  /// Takes the next bytes of the stream.
+  ///
+  /// @return false once a message has grown beyond the limit: the messages before it can still be taken, and nothing
+  ///         more is read. So does every further call.
+  bool Feed(std::string_view bytes);
+
+  /// Ends the stream. What a message without an end holds becomes the last one, `complete` false. Nothing is to be fed
+  /// afterwards.
+  void Finish();
+
+  /// Takes the oldest message that was not taken yet.
+  ///
+  /// @return false, `message` unchanged, when there is none.
+  bool Next(Message& message);
+
+  /// True once a message has grown beyond the limit.
+  bool TooLong() const;
+
+  /// Offset in the stream of the message that grew beyond the limit.
+  uint64_t TooLongOffset() const;
+
+  /// What was skipped so far; `bytes` up to the last message, after Finish() up to the end.
+  const Skipped& GetSkipped() const;
+
+ private:
+  class Machine;
+  std::unique_ptr<Machine> m_machine;
+};
+
+}  // namespace VARNEL_TL1
+
+#endif

@@ -1,0 +1,47 @@
+#ifndef VARNEL_TL1JOINER_H
+#define VARNEL_TL1JOINER_H
+
+#include <cstddef>
+#include <memory>
+
+#include "tl1reader.h"
+#include "varnel_export.h"
+
+namespace VARNEL_TL1 {
+
+/// Puts the parts of an answer together: parts of one type, SID, tag, code and verb become one, their lines one behind
+/// the other, as long as the part before continues. Behind RTRV the last part may have another code, which becomes
+/// that of the whole; a part without a SID belongs to the answer with its tag that grew last. What was put together
+/// reaches from the beginning of its first part to the end of its last one in the stream.
+///
+/// A message that is no part of a longer answer passes at once, so it may overtake an answer that is not whole yet. An
+/// object belongs to one thread at a time.
+class VARNEL_API Joiner {
+ public:
+  /// @param limit  the most bytes that the answers which are not whole yet may have together.
+  explicit Joiner(size_t limit = DEFAULT_LIMIT);
+  Joiner(const Joiner&) = delete;
+  Joiner& operator=(const Joiner&) = delete;
+  ~Joiner();
+
+  /// Takes the next message.
+  ///
+  /// @return false once the answers in hand have grown beyond the limit; nothing more is taken then.
+  bool Add(Parts parts);
+
+  /// Gives up waiting: answers that are not whole become messages as they are, `continues` true, in their order.
+  void Finish();
+
+  /// Takes the oldest message that is ready.
+  ///
+  /// @return false, `parts` unchanged, when there is none.
+  bool Next(Parts& parts);
+
+ private:
+  class Pending;
+  std::unique_ptr<Pending> m_pending;
+};
+
+}  // namespace VARNEL_TL1
+
+#endif

@@ -1,0 +1,67 @@
+#ifndef VARNEL_TL1READER_H
+#define VARNEL_TL1READER_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tl1framer.h"
+#include "varnel_export.h"
+
+namespace VARNEL_TL1 {
+
+enum class MessageType {
+  Acknowledgement,
+  Response,
+  Autonomous,
+  Prompt,        ///< CR LF ">" alone
+  Unrecognised,  ///< cut out of the stream, but without an identification line that can be read
+};
+
+/// "acknowledgement", "response", "autonomous", "prompt" or "unrecognised".
+VARNEL_API const char* TypeName(MessageType type);
+
+/// The parts of a message. Fields have no surrounding blanks; those that the message lacks are absent.
+struct Parts {
+  MessageType type = MessageType::Unrecognised;
+  uint64_t offset = 0;              ///< where the message begins in its stream
+  uint64_t length = 0;              ///< bytes that it takes up there
+  std::optional<std::string> sid;   ///< without the quotes around it
+  std::optional<std::string> date;  ///< as it stands
+  std::optional<std::string> time;  ///< as it stands
+  std::optional<std::string> ctag;
+  std::optional<std::string> atag;
+  std::optional<std::string> code;  ///< acknowledgement code, completion code or alarm code
+  std::optional<std::string> verb;  ///< of an autonomous message, all its words
+  std::vector<std::string> lines;   ///< the text, each line without its indent and line end
+  bool continues = false;           ///< more parts follow; see Continues()
+};
+
+/// Tells whether more parts of an answer follow: behind ">", and behind the completion code RTRV whatever ends it.
+VARNEL_API bool Continues(std::string_view bytes, const Parts& parts);
+
+/// The lines of a text, each without its indent and line end, and without blank lines at the front and at the end.
+VARNEL_API std::vector<std::string> TextLines(std::string_view text);
+
+/// Text without blanks around it; absent where nothing remains.
+VARNEL_API std::optional<std::string> Field(std::string_view text);
+
+/// Like Field(), but also without quotes around what remains.
+VARNEL_API std::optional<std::string> SidField(std::string_view text);
+
+/// Reads the parts of messages as a person would. One reader reads the messages of one stream in their order: bare
+/// text behind a part that ended in ">" gets the type, SID, tags, code and verb of that part. An object belongs to one
+/// thread at a time.
+class VARNEL_API Reader {
+ public:
+  Parts Read(const Message& message);
+
+ private:
+  Parts m_previous;  ///< the last part that continues, without its lines
+};
+
+}  // namespace VARNEL_TL1
+
+#endif
