@@ -32,6 +32,8 @@ struct Skipped {
   uint64_t telnet = 0;   ///< telnet commands and negotiations, also inside messages
 };
 
+class FramerMachine;
+
 /// Cuts a stream of bytes into TL1 messages: feed it, then take the messages.
 ///
 ///     framer.Feed(bytes);
@@ -86,8 +88,7 @@ class VARNEL_API Framer {
   const Skipped& GetSkipped() const;
 
  private:
-  class Machine;
-  std::unique_ptr<Machine> m_machine;
+  std::unique_ptr<FramerMachine> m_machine;
 };
 
 }  // namespace VARNEL_TL1

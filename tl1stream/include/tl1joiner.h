@@ -9,6 +9,8 @@
 
 namespace VARNEL_TL1 {
 
+class JoinerAnswers;
+
 /// Puts the parts of an answer together: parts of one type, SID, tag, code and verb become one, their lines one behind
 /// the other, as long as the part before continues. Behind RTRV the last part may have another code, which becomes
 /// that of the whole; a part without a SID belongs to the answer with its tag that grew last. What was put together
@@ -38,8 +40,7 @@ class VARNEL_API Joiner {
   bool Next(Parts& parts);
 
  private:
-  class Pending;
-  std::unique_ptr<Pending> m_pending;
+  std::unique_ptr<JoinerAnswers> m_inHand;
 };
 
 }  // namespace VARNEL_TL1

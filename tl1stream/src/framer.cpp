@@ -6,7 +6,7 @@
 
 namespace VARNEL_TL1 {
 
-Framer::Framer(size_t limit) : m_machine(std::make_unique<Machine>(limit)) {}
+Framer::Framer(size_t limit) : m_machine(std::make_unique<FramerMachine>(limit)) {}
 
 Framer::~Framer() = default;
 

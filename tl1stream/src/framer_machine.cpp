@@ -48,7 +48,7 @@ bool BeginsHeader(std::string_view lead, std::string_view line) {
 
 }  // namespace
 
-void Framer::Machine::Feed(std::string_view bytes) {
+void FramerMachine::Feed(std::string_view bytes) {
   while (!bytes.empty() && !tooLong) {
     size_t taken = TakeRun(bytes);
     if (taken == 0) {
@@ -60,7 +60,7 @@ void Framer::Machine::Feed(std::string_view bytes) {
 }
 
 // Takes the ordinary bytes in front, where nothing but the next other byte matters; gives how many.
-size_t Framer::Machine::TakeRun(std::string_view bytes) {
+size_t FramerMachine::TakeRun(std::string_view bytes) {
   if (m_state != State::Body || m_atLineStart || m_candidate.active || !m_telnet.InText()) return 0;
   const auto end =
       std::find_if_not(bytes.begin(), bytes.end(), [](char c) { return ORDINARY[static_cast<unsigned char>(c)]; });
@@ -74,7 +74,7 @@ size_t Framer::Machine::TakeRun(std::string_view bytes) {
   return count;
 }
 
-void Framer::Machine::TakeByte(char byte) {
+void FramerMachine::TakeByte(char byte) {
   const uint64_t offset = m_offset++;
   if (m_candidate.active) m_candidate.bytesBehind.push_back(byte);
   switch (m_telnet.Take(byte)) {
@@ -94,7 +94,7 @@ void Framer::Machine::TakeByte(char byte) {
   if (m_candidate.bytesBehind.size() > MAX_LINE) m_candidate = {};
 }
 
-void Framer::Machine::TakeData(char byte, uint64_t offset) {
+void FramerMachine::TakeData(char byte, uint64_t offset) {
   if (tooLong) return;
   const bool sameEnd = m_afterCr && (byte == '\n' || byte == '\0');
   if (sameEnd) {
@@ -112,7 +112,7 @@ void Framer::Machine::TakeData(char byte, uint64_t offset) {
   }
 }
 
-void Framer::Machine::TakeText(char c, uint64_t offset) {
+void FramerMachine::TakeText(char c, uint64_t offset) {
   if (m_state == State::Acknowledgement) {
     if (c == '<') {
       Append(c);
@@ -131,7 +131,7 @@ void Framer::Machine::TakeText(char c, uint64_t offset) {
   }
 }
 
-void Framer::Machine::HoldText(char c, uint64_t offset) {
+void FramerMachine::HoldText(char c, uint64_t offset) {
   if (m_line.Text().size() < MAX_LINE) {
     m_line.Add(c, offset);
   } else {
@@ -139,7 +139,7 @@ void Framer::Machine::HoldText(char c, uint64_t offset) {
   }
 }
 
-void Framer::Machine::TakeTextBetween(char c) {
+void FramerMachine::TakeTextBetween(char c) {
   if (m_lineTooLong) {
     BeginBareText();
     if (m_state == State::Body) TakeTextOfBody(c);
@@ -151,7 +151,7 @@ void Framer::Machine::TakeTextBetween(char c) {
   }
 }
 
-void Framer::Machine::TakeTextOfOpening(char c, uint64_t offset) {
+void FramerMachine::TakeTextOfOpening(char c, uint64_t offset) {
   const bool doubtful = c == '<' || (IsTerminator(c) && m_tentative);
   if (m_atLineStart && doubtful) {
     Abandon();
@@ -165,7 +165,7 @@ void Framer::Machine::TakeTextOfOpening(char c, uint64_t offset) {
   if (ends && !tooLong) Emit(true);
 }
 
-void Framer::Machine::TakeTextOfBody(char c) {
+void FramerMachine::TakeTextOfBody(char c) {
   const bool terminator = m_atLineStart && IsTerminator(c);
   Append(c);
   m_atLineStart = false;
@@ -178,7 +178,7 @@ void Framer::Machine::TakeTextOfBody(char c) {
   if (terminator) NoteCandidate();
 }
 
-void Framer::Machine::EndLine(char c, uint64_t offset) {
+void FramerMachine::EndLine(char c, uint64_t offset) {
   const bool text = !m_line.Text().empty();
   if (m_state == State::Between) JudgeLine();
   if (m_state == State::Opening && !m_line.Text().empty()) EndLineOfOpening();
@@ -193,7 +193,7 @@ void Framer::Machine::EndLine(char c, uint64_t offset) {
   if (m_state == State::Body) EndLineOfBody(c);
 }
 
-void Framer::Machine::EndLineOfBody(char c) {
+void FramerMachine::EndLineOfBody(char c) {
   m_scanner.Take(c);
   if (m_candidate.active) {
     JudgeCandidate();
@@ -202,12 +202,12 @@ void Framer::Machine::EndLineOfBody(char c) {
   m_lineStart = m_buffer.size();
 }
 
-void Framer::Machine::AddLead(char c, uint64_t offset) {
+void FramerMachine::AddLead(char c, uint64_t offset) {
   if (m_lead.Text().size() >= MAX_LEAD) m_lead.DropFront(1);
   m_lead.Add(c, offset);
 }
 
-void Framer::Machine::EndLineOfOpening() {
+void FramerMachine::EndLineOfOpening() {
   if (Trimmed(m_line.Text()).empty()) return;
   if (!m_lineTooLong && IsIdentification(m_line.Text())) {
     m_state = State::Body;
@@ -219,7 +219,7 @@ void Framer::Machine::EndLineOfOpening() {
 }
 
 // Decides what a line between messages is.
-void Framer::Machine::JudgeLine() {
+void FramerMachine::JudgeLine() {
   if (m_lineTooLong) {
     ++skipped.lines;
     return;
@@ -235,7 +235,7 @@ void Framer::Machine::JudgeLine() {
 }
 
 // Begins a message if the line is the first one of it.
-bool Framer::Machine::JudgeMessageLine(size_t prompt) {
+bool FramerMachine::JudgeMessageLine(size_t prompt) {
   const std::string_view line = m_line.Text();
   if (const auto header = ReadHeader(line)) {
     m_tentative = !IsBlank(line.front());
@@ -254,7 +254,7 @@ bool Framer::Machine::JudgeMessageLine(size_t prompt) {
   return BeginBareText();
 }
 
-bool Framer::Machine::BeginBareText() {
+bool FramerMachine::BeginBareText() {
   const std::string_view line = m_line.Text();
   if (!m_moreToCome || line.empty() || !IsBlank(line.front())) return false;
   m_bareText = true;
@@ -264,7 +264,7 @@ bool Framer::Machine::BeginBareText() {
 }
 
 // Begins a message with the line held and so many of the line ends in front of it.
-void Framer::Machine::Begin(State state, size_t leadLength) {
+void FramerMachine::Begin(State state, size_t leadLength) {
   m_lead.DropFront(m_lead.Text().size() - leadLength);
   m_start = leadLength > 0 ? m_lead.Offset() : m_line.Offset();
   m_buffer.assign(m_lead.Text()).append(m_line.Text());
@@ -274,7 +274,7 @@ void Framer::Machine::Begin(State state, size_t leadLength) {
   tooLong = m_buffer.size() > m_limit;
 }
 
-bool Framer::Machine::EmitPrompt() {
+bool FramerMachine::EmitPrompt() {
   const size_t lineEnd = LineEndLength(m_lead.Text());
   if (m_line.Text() != ">" || lineEnd == 0) return false;
   m_lead.DropFront(m_lead.Text().size() - lineEnd);
@@ -290,18 +290,18 @@ bool Framer::Machine::EmitPrompt() {
 }
 
 // What seemed to be a message is none. The line held is judged anew.
-void Framer::Machine::Abandon() {
+void FramerMachine::Abandon() {
   ++skipped.lines;
   m_buffer.clear();
   m_state = State::Between;
 }
 
-void Framer::Machine::Append(char c) {
+void FramerMachine::Append(char c) {
   tooLong = tooLong || m_buffer.size() >= m_limit;
   if (!tooLong) m_buffer.push_back(c);
 }
 
-void Framer::Machine::Emit(bool complete) {
+void FramerMachine::Emit(bool complete) {
   Message message;
   message.bytes = std::move(m_buffer);
   message.offset = m_start;
@@ -315,7 +315,7 @@ void Framer::Machine::Emit(bool complete) {
   ToBetween();
 }
 
-void Framer::Machine::ToBetween() {
+void FramerMachine::ToBetween() {
   m_state = State::Between;
   m_buffer.clear();
   m_lead.Clear();
@@ -325,7 +325,7 @@ void Framer::Machine::ToBetween() {
   m_candidate = {};
 }
 
-void Framer::Machine::NoteCandidate() {
+void FramerMachine::NoteCandidate() {
   if (m_candidate.active) return;
   m_candidate.active = m_candidate.onItsLine = true;
   m_candidate.size = m_buffer.size();
@@ -333,7 +333,7 @@ void Framer::Machine::NoteCandidate() {
   m_candidate.telnet = skipped.telnet;
 }
 
-void Framer::Machine::JudgeCandidate() {
+void FramerMachine::JudgeCandidate() {
   std::string_view line = std::string_view(m_buffer).substr(m_lineStart);
   line = TakeLine(line);
   if (std::exchange(m_candidate.onItsLine, false)) {
@@ -346,7 +346,7 @@ void Framer::Machine::JudgeCandidate() {
 }
 
 // Ends the message at the candidate and takes the bytes behind it once more.
-void Framer::Machine::CutAtCandidate() {
+void FramerMachine::CutAtCandidate() {
   const Candidate candidate = std::move(m_candidate);
   m_buffer.resize(candidate.size);
   m_offset = candidate.end;
@@ -357,7 +357,7 @@ void Framer::Machine::CutAtCandidate() {
     TakeByte(byte);
 }
 
-void Framer::Machine::Finish() {
+void FramerMachine::Finish() {
   if (tooLong) return;
   if (m_candidate.active) {
     const std::string_view line = std::string_view(m_buffer).substr(m_lineStart);
@@ -370,7 +370,7 @@ void Framer::Machine::Finish() {
   m_lastEnd = m_offset;
 }
 
-void Framer::Machine::FinishBetween() {
+void FramerMachine::FinishBetween() {
   const bool begun = !m_lineTooLong && BeginsHeader(m_lead.Text(), m_line.Text());
   if (begun && !Trimmed(m_line.Text()).empty() && m_state == State::Between) {
     Begin(State::Opening, HeaderLeadLength(m_lead.Text()));
@@ -380,7 +380,7 @@ void Framer::Machine::FinishBetween() {
   }
 }
 
-void Framer::Machine::FinishMessage() {
+void FramerMachine::FinishMessage() {
   std::string_view text = m_buffer;
   text = text.substr(std::min(text.find_first_not_of("\r\n"), text.size()));
   const std::string_view line = TakeLine(text);

@@ -5,17 +5,17 @@
 #include <string>
 #include <string_view>
 
-#include "tl1framer.h"
 #include "held_line.h"
 #include "telnet_filter.h"
 #include "text_scanner.h"
+#include "tl1framer.h"
 
 namespace VARNEL_TL1 {
 
 /// The state between two bytes of a stream.
-class Framer::Machine {
+class FramerMachine {
  public:
-  explicit Machine(size_t limit) : m_limit(limit) {}
+  explicit FramerMachine(size_t limit) : m_limit(limit) {}
 
   void Feed(std::string_view bytes);
   void Finish();

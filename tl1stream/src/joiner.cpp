@@ -25,9 +25,9 @@ bool CanBeLong(const Parts& parts) {
 
 }  // namespace
 
-class Joiner::Pending {
+class JoinerAnswers {
  public:
-  explicit Pending(size_t limit) : m_limit(limit) {}
+  explicit JoinerAnswers(size_t limit) : m_limit(limit) {}
 
   bool Add(Parts parts) {
     if (m_tooLong) return false;
@@ -120,22 +120,22 @@ class Joiner::Pending {
   std::map<Tag, std::string> m_latestSid;
 };
 
-Joiner::Joiner(size_t limit) : m_pending(std::make_unique<Pending>(limit)) {}
+Joiner::Joiner(size_t limit) : m_inHand(std::make_unique<JoinerAnswers>(limit)) {}
 
 Joiner::~Joiner() = default;
 
 bool Joiner::Add(Parts parts) {
-  return m_pending->Add(std::move(parts));
+  return m_inHand->Add(std::move(parts));
 }
 
 void Joiner::Finish() {
-  m_pending->Finish();
+  m_inHand->Finish();
 }
 
 bool Joiner::Next(Parts& parts) {
-  if (m_pending->ready.empty()) return false;
-  parts = std::move(m_pending->ready.front());
-  m_pending->ready.pop_front();
+  if (m_inHand->ready.empty()) return false;
+  parts = std::move(m_inHand->ready.front());
+  m_inHand->ready.pop_front();
   return true;
 }
 

@@ -28,6 +28,8 @@ constexpr Subcommand SUBCOMMANDS[] = {
     {"coldpatch", "Tell whether files are cold patches", "varnel coldpatch patch.txt", AddColdPatch},
     {"report", "Follow the progress and the end of a package load or script run in the reports of an element",
      "varnel report --connect 192.0.2.7:1400 --ne 0x1000001 --timeout 600", AddReport},
+    {"tl1", "Cut a stream of bytes into TL1 messages and show their parts",
+     "varnel tl1 --json --type autonomous --code '*C,**' capture.log", AddTl1},
 };
 
 constexpr char EXIT_STATUSES[] =

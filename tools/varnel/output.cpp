@@ -97,7 +97,8 @@ void Complain(std::string_view subject, std::string_view what) {
 
 std::string Coloured(Colour colour, const std::string& word) {
   if (!UseColour()) return word;
-  return (colour == Colour::Good ? "\033[32m" : "\033[1;31m") + word + "\033[0m";
+  const char* begin = colour == Colour::Good ? "\033[32m" : colour == Colour::Warning ? "\033[33m" : "\033[1;31m";
+  return begin + word + "\033[0m";
 }
 
 size_t Width(std::string_view text) {

@@ -22,7 +22,7 @@ std::string Hex32(uint32_t number);
 /// Says on standard error what is wrong with an input, "varnel: <subject>: <what>".
 void Complain(std::string_view subject, std::string_view what);
 
-enum class Colour { Good, Bad };
+enum class Colour { Good, Warning, Bad };
 
 /// Colours a word where standard output is a terminal and NO_COLOR is not set.
 std::string Coloured(Colour colour, const std::string& word);

@@ -18,5 +18,6 @@ std::function<int()> AddHead(CLI::App& command);
 std::function<int()> AddMakePackage(CLI::App& command);
 std::function<int()> AddColdPatch(CLI::App& command);
 std::function<int()> AddReport(CLI::App& command);
+std::function<int()> AddTl1(CLI::App& command);
 
 #endif

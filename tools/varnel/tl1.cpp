@@ -1,0 +1,167 @@
+#include <tl1stream.h>
+
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <vector>
+
+#include "byte_source.h"
+#include "output.h"
+#include "subcommands.h"
+#include "tl1_output.h"
+#include "tl1_strict.h"
+
+using VARNEL_TL1::Framer;
+using VARNEL_TL1::Joiner;
+using VARNEL_TL1::Message;
+using VARNEL_TL1::Parts;
+using VARNEL_TL1::Reader;
+using VARNEL_TL1::Skipped;
+
+namespace {
+
+struct Tl1Options {
+  SourceOptions source;
+  bool json = false;
+  bool join = false;
+  bool strict = false;
+  uint64_t limit = VARNEL_TL1::DEFAULT_LIMIT;
+  std::vector<std::string> types, ctags, codes;
+};
+
+bool Passes(const std::vector<std::string>& wanted, const std::optional<std::string>& value) {
+  return wanted.empty() || (value && std::find(wanted.begin(), wanted.end(), *value) != wanted.end());
+}
+
+// One run: from the source through framer, reader, joiner and filters to standard output.
+class Tl1Run {
+ public:
+  Tl1Run(const Tl1Options& options, bool verbose)
+      : m_options(options), m_verbose(verbose), m_framer(options.limit), m_joiner(options.limit) {}
+
+  int Run() {
+    const auto source = MakeByteSource(m_options.source, Limit::Silence);
+    std::string bytes;
+    auto status = ByteSource::Status::Data;
+    while (!m_failed && (status = source->Read(bytes)) == ByteSource::Status::Data)
+      Take(bytes);
+    End();
+    if (!source->Error().empty()) Fail(source->Error());
+    if (m_verbose) TellSkipped(m_framer.GetSkipped());
+    return m_failed ? EXIT_BAD : EXIT_DONE;
+  }
+
+ private:
+  void Take(const std::string& bytes) {
+    const bool fits = m_framer.Feed(bytes);
+    TakeMessages();
+    if (!fits) Fail(TooLong("the message at offset " + std::to_string(m_framer.TooLongOffset())));
+    std::cout.flush();
+  }
+
+  void End() {
+    m_framer.Finish();
+    TakeMessages();
+    m_joiner.Finish();
+    PrintJoined();
+  }
+
+  void Fail(const std::string& what) {
+    Complain(m_options.source.Name(), what);
+    m_failed = true;
+  }
+
+  void TakeMessages() {
+    Message message;
+    while (!m_failed && m_framer.Next(message))
+      TakeMessage(message);
+  }
+
+  void TakeMessage(const Message& message) {
+    if (!message.complete) {
+      Fail("the last message, at offset " + std::to_string(message.offset) + ", has no end");
+      return;
+    }
+    Parts parts = m_options.strict ? ReadStrictly(message) : m_reader.Read(message);
+    if (!m_options.join) {
+      Print(parts);
+      return;
+    }
+    if (!m_joiner.Add(std::move(parts))) Fail(TooLong("an answer in several parts"));
+    PrintJoined();
+  }
+
+  void PrintJoined() {
+    Parts parts;
+    while (m_joiner.Next(parts))
+      Print(parts);
+  }
+
+  void Print(const Parts& parts) const {
+    const bool wanted = Passes(m_options.types, VARNEL_TL1::TypeName(parts.type)) &&
+                        Passes(m_options.ctags, parts.ctag) && Passes(m_options.codes, parts.code);
+    if (!wanted) return;
+    if (m_options.json) {
+      PrintJson(PartsToJson(parts));
+    } else {
+      PrintBlock(parts);
+    }
+  }
+
+  std::string TooLong(const std::string& what) const {
+    return what + " is longer than " + std::to_string(m_options.limit) + " bytes";
+  }
+
+  void TellSkipped(const Skipped& skipped) const {
+    Complain(m_options.source.Name(),
+             "skipped " + std::to_string(skipped.bytes) + " bytes between messages: " + std::to_string(skipped.echoes) +
+                 " echoes, " + std::to_string(skipped.prompts) + " prompts, " + std::to_string(skipped.lines) +
+                 " other lines; " + std::to_string(skipped.telnet) + " telnet sequences");
+  }
+
+  const Tl1Options& m_options;
+  const bool m_verbose;
+  Framer m_framer;
+  Reader m_reader;
+  Joiner m_joiner;
+  bool m_failed = false;
+};
+
+class Tl1Command {
+ public:
+  explicit Tl1Command(CLI::App& command) : m_app(command) {
+    AddSourceOptions(command, m_options.source, "Give up after so many seconds without a byte");
+    command.add_flag("--json", m_options.json, "Print one JSON object per message");
+    command.add_flag("--join", m_options.join, "Make one message of the parts of an answer");
+    command.add_flag("--strict", m_options.strict, "Read messages with the library's strict parser");
+    AddList("--type", m_options.types, "Only messages of these types")
+        ->check(CLI::IsMember({"acknowledgement", "response", "autonomous", "prompt", "unrecognised"}));
+    AddList("--ctag", m_options.ctags, "Only messages with these correlation tags");
+    AddList("--code", m_options.codes, "Only messages with these codes, such as COMPLD or *C");
+    command.add_option("--limit", m_options.limit, "The longest message taken")
+        ->type_name("BYTES")
+        ->check(CLI::PositiveNumber)
+        ->capture_default_str();
+  }
+
+  int Run() const { return Tl1Run(m_options, m_app.get_parent()->count("--verbose") > 0).Run(); }
+
+ private:
+  CLI::Option* AddList(const char* name, std::vector<std::string>& list, const char* help) {
+    return m_app.add_option(name, list, help)
+        ->type_name("LIST")
+        ->delimiter(',')
+        ->expected(1)
+        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+  }
+
+  CLI::App& m_app;
+  Tl1Options m_options;
+};
+
+}  // namespace
+
+std::function<int()> AddTl1(CLI::App& command) {
+  const auto tl1 = std::make_shared<Tl1Command>(command);
+  return [tl1] { return tl1->Run(); };
+}
