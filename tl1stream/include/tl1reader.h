@@ -45,7 +45,7 @@ VARNEL_API bool Continues(std::string_view bytes, const Parts& parts);
 /// The lines of a text, each without its indent and line end, and without blank lines at the front and at the end.
 VARNEL_API std::vector<std::string> TextLines(std::string_view text);
 
-/// Text without blanks around it; absent where nothing remains.
+/// Text without line ends and blanks around it; absent where nothing remains.
 VARNEL_API std::optional<std::string> Field(std::string_view text);
 
 /// Like Field(), but also without quotes around what remains.

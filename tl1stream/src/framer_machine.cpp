@@ -101,6 +101,7 @@ void FramerMachine::TakeData(char byte, uint64_t offset) {
     m_afterCr = byte == '\0';
     AddLead(byte, offset);
     if (m_state != State::Between) Append(byte);
+    m_lineStart = m_buffer.size();
     return;
   }
   m_afterCr = byte == '\r';

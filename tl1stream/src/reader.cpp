@@ -114,7 +114,8 @@ std::vector<std::string> TextLines(std::string_view text) {
 }
 
 std::optional<std::string> Field(std::string_view text) {
-  const std::string_view field = Trimmed(text);
+  const size_t begin = std::min(text.find_first_not_of("\r\n"), text.size());
+  const std::string_view field = Trimmed(text.substr(begin, text.find_last_not_of("\r\n") + 1 - begin));
   return field.empty() ? std::nullopt : std::optional<std::string>(field);
 }
 
