@@ -39,9 +39,9 @@ TEST(Tl1Reader, HeaderLines) {
 }
 
 TEST(Tl1Reader, LinesThatAreNoHeaders) {
-  for (const std::string line :
-       {"   A 26-03-04", "   A 05:06:07", "   A 26-03 05:06:07", "   A 26-03-04 05", "   A 26--04 05:06:07",
-        "   A 26-03-04 05:06:07 x", "   A 26-03-04x 05:06:07", "   A 26-03-04 05:06:07."}) {
+  for (const std::string line : {"   NORTH1 26-03-04", "   NORTH1 05:06:07", "   NORTH1 26-03 05:06:07",
+                                 "   NORTH1 26-03-04 05", "   NORTH1 26--04 05:06:07", "   NORTH1 26-03-04 05:06:07 x",
+                                 "   NORTH1 26-03-04x 05:06:07", "   NORTH1 26-03-04 05:06:07."}) {
     const Parts parts = ReadBytes("\r\n\n" + line + "\r\nM  1 COMPLD\r\n;");
     EXPECT_EQ(parts.type, MessageType::Unrecognised) << line;
     EXPECT_EQ(parts.date, std::nullopt) << line;

@@ -145,8 +145,8 @@ void FramerMachine::TakeTextBetween(char c) {
     BeginBareText();
     if (m_state == State::Body) TakeTextOfBody(c);
   } else if (c == ';' && !std::exchange(m_semicolonSeen, true)) {
-    const std::string_view line = m_line.Text();
-    if (!IsSureIdentification(line.substr(0, line.size() - 1))) return;
+    const std::string_view line = m_line.Text().substr(0, m_line.Text().size() - 1);
+    if (!IsSureIdentification(line) || !CanEndMessage(line)) return;
     Begin(State::Body, 0);
     if (!tooLong) Emit(true);
   }
@@ -159,7 +159,7 @@ void FramerMachine::TakeTextOfOpening(char c, uint64_t offset) {
     HoldText(c, offset);
     return;
   }
-  const bool endsLine = c == ';' && !std::exchange(m_semicolonSeen, true) && IsIdentification(m_line.Text());
+  const bool endsLine = c == ';' && !std::exchange(m_semicolonSeen, true) && CanEndMessage(m_line.Text());
   const bool ends = endsLine || (m_atLineStart && IsTerminator(c));
   HoldText(c, offset);
   Append(c);

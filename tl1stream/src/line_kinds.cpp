@@ -186,6 +186,13 @@ bool IsIdentification(std::string_view line) {
   return ReadResponse(line).has_value() || ReadAutonomous(line).has_value();
 }
 
+bool CanEndMessage(std::string_view line) {
+  const auto isClean = [](char c) { return IsUpper(c) || IsDigit(c) || c == '-' || IsBlank(c); };
+  if (const auto response = ReadResponse(line)) return AllOf(response->code, isClean);
+  const auto event = ReadAutonomous(line);
+  return event && AllOf(event->verb, isClean);
+}
+
 bool IsCommand(std::string_view line) {
   line = Trimmed(line);
   if (line.size() < 4 || line.back() != ';' || !IsLetter(line.front())) return false;

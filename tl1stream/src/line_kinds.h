@@ -64,6 +64,9 @@ bool IsSureIdentification(std::string_view line);
 /// An identification line behind a header.
 bool IsIdentification(std::string_view line);
 
+/// An identification line behind which a ";" ends the message: one with a clean code or verb.
+bool CanEndMessage(std::string_view line);
+
 /// The echo of a command, "RTRV-HDR:::1;".
 bool IsCommand(std::string_view line);
 

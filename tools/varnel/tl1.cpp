@@ -20,6 +20,8 @@ using VARNEL_TL1::Skipped;
 
 namespace {
 
+constexpr uint64_t MAX_LIMIT = uint64_t{1} << 40;
+
 struct Tl1Options {
   SourceOptions source;
   bool json = false;
@@ -140,7 +142,7 @@ class Tl1Command {
     AddList("--code", m_options.codes, "Only messages with these codes, such as COMPLD or *C");
     command.add_option("--limit", m_options.limit, "The longest message taken")
         ->type_name("BYTES")
-        ->check(CLI::PositiveNumber)
+        ->check(CLI::Range(uint64_t{1}, MAX_LIMIT).description(""))
         ->capture_default_str();
   }
 
@@ -148,11 +150,7 @@ class Tl1Command {
 
  private:
   CLI::Option* AddList(const char* name, std::vector<std::string>& list, const char* help) {
-    return m_app.add_option(name, list, help)
-        ->type_name("LIST")
-        ->delimiter(',')
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+    return m_app.add_option(name, list, help)->type_name("LIST")->delimiter(',')->allow_extra_args(false);
   }
 
   CLI::App& m_app;
