@@ -1,6 +1,7 @@
 // A stranger's program: it knows the installed headers and nothing of the build tree.
 #include <varnel_common/cmdstr.h>
 #include <varnel_common/platform/log_process.h>
+#include <varnel_common/tl1stream.h>
 #include <varnel_common/varnel_common.h>
 
 #include <cstdio>
@@ -66,6 +67,11 @@ int main(int, char** argv) {
 
   FollowReports();
   ParseTl1();
+
+  VARNEL_TL1::Framer framer;
+  VARNEL_TL1::Message message;
+  framer.Feed("IP 7\r\n<");
+  std::cout << framer.Next(message) << ' ' << *VARNEL_TL1::Reader().Read(message).ctag << '\n';
 
   const LocationInfo location("main", "main", 7);
   LogProcess::ForceLog("stranger", EN_LOG_LEVEL_WARNING, std::string("PWD=hunter2 as it is"), location);
