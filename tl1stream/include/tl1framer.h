@@ -12,7 +12,7 @@
 namespace VARNEL_TL1 {
 
 /// The largest message taken where nothing else is said.
-constexpr size_t DEFAULT_LIMIT = 16U * 1024U * 1024U;
+constexpr size_t DEFAULT_LIMIT = size_t{16} << 20;
 
 /// A message cut out of a stream.
 struct Message {

@@ -44,8 +44,7 @@ class Tl1Run {
   int Run() {
     const auto source = MakeByteSource(m_options.source, Limit::Silence);
     std::string bytes;
-    auto status = ByteSource::Status::Data;
-    while (!m_failed && (status = source->Read(bytes)) == ByteSource::Status::Data)
+    while (!m_failed && source->Read(bytes) == ByteSource::Status::Data)
       Take(bytes);
     End();
     if (!source->Error().empty()) Fail(source->Error());
