@@ -61,7 +61,7 @@ class Command {
  public:
   Command() : m_app("Tools for NE software packages and reports", "varnel") {
     m_app.set_version_flag("--version", "varnel " VARNEL_VERSION);
-    m_app.add_flag("-v,--verbose", m_verbose, "Show the library's log lines on standard error");
+    m_app.add_flag("-v,--verbose", m_verbose, "Show the library's log lines, and what tl1 skips, on standard error");
     m_app.require_subcommand(0, 1);
     m_app.fallthrough();
     m_app.failure_message([](const CLI::App*, const CLI::Error& error) {
