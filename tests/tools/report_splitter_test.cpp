@@ -22,6 +22,13 @@ void Append(Texts& texts, const Texts& more) {
   texts.insert(texts.end(), more.begin(), more.end());
 }
 
+// What is left at the end of the stream; may be empty.
+std::string Rest(ReportCutter& splitter) {
+  splitter.Finish();
+  const std::optional<Report> rest = splitter.Next();
+  return rest ? rest->text : "";
+}
+
 // The bodies of all reports of a stream that arrives in two pieces.
 Texts BodiesOfTwo(const std::string& stream, size_t split, const std::string& separator) {
   ReportSplitter splitter(separator);
@@ -29,7 +36,7 @@ Texts BodiesOfTwo(const std::string& stream, size_t split, const std::string& se
   Texts bodies = Bodies(splitter);
   splitter.Feed(std::string_view(stream).substr(split));
   Append(bodies, Bodies(splitter));
-  bodies.push_back(splitter.TakeRest().text);
+  bodies.push_back(Rest(splitter));
   return bodies;
 }
 
@@ -40,7 +47,7 @@ Texts BodiesByteByByte(const std::string& stream, const std::string& separator) 
     splitter.Feed({&byte, 1});
     Append(bodies, Bodies(splitter));
   }
-  bodies.push_back(splitter.TakeRest().text);
+  bodies.push_back(Rest(splitter));
   return bodies;
 }
 
@@ -48,6 +55,34 @@ void ExpectHoweverCut(const Texts& expected, const std::string& stream, const st
   for (size_t split = 0; split <= stream.size(); ++split)
     EXPECT_EQ(expected, BodiesOfTwo(stream, split, separator)) << "split at " << split;
   EXPECT_EQ(expected, BodiesByteByByte(stream, separator));
+}
+
+TEST(Tl1ReportCutter, CutsMessagesAndTakesWhatIsQuotedAsText) {
+  const auto cutter = MakeReportCutter("", true);
+  const std::string first = "\r\n\n   NE 26-01-15 12:00:00\r\nA  1 REPT EVT\r\n   \"a\r\n;b\"\r\n;";
+  cutter->Feed(first + "\r\n\n   NE 26-01-15 12:00:01\r\nA  2 REPT EVT\r\n   \"c" + std::string(1, '\0') + "d");
+  const std::optional<Report> report = cutter->Next();
+  ASSERT_TRUE(report);
+  EXPECT_EQ(first, report->text);
+  EXPECT_EQ(first.size(), report->bodyLength);
+  EXPECT_FALSE(cutter->Next());
+  EXPECT_NE(std::string::npos, Rest(*cutter).find("\"c d"));
+  EXPECT_FALSE(cutter->TooLong());
+}
+
+TEST(Tl1ReportCutter, GivesUpOnAReportBeyondTheLimit) {
+  const auto cutter = MakeReportCutter("", true);
+  cutter->Feed("\r\n\n   NE 26-01-15 12:00:00\r\nA  1 REPT EVT\r\n" + std::string(ReportCutter::MAX_LENGTH, 'x'));
+  EXPECT_FALSE(cutter->Next());
+  EXPECT_TRUE(cutter->TooLong());
+}
+
+TEST(ReportCutter, SeparatorCutsTl1Too) {
+  const auto cutter = MakeReportCutter("|", true);
+  cutter->Feed("a|b");
+  const std::optional<Report> report = cutter->Next();
+  ASSERT_TRUE(report);
+  EXPECT_EQ("a|", report->text);
 }
 
 }  // namespace
@@ -72,7 +107,7 @@ TEST(ReportSplitter, KeepsTheEndingLineBehindTheBody) {
   ASSERT_TRUE(report);
   EXPECT_EQ("text\n  ;\r\n", report->text);
   EXPECT_EQ(5U, report->bodyLength);
-  EXPECT_EQ("rest", splitter.TakeRest().text);
+  EXPECT_EQ("rest", Rest(splitter));
 }
 
 TEST(ReportSplitter, MakesBlanksOfNulBytes) {

@@ -109,11 +109,13 @@ class ReportCommand {
         ->allow_extra_args(false);
     command
         .add_option("--separator", m_separator,
-                    "A report ends behind TEXT; without this option at a line ;, >, < or --- END, or an empty line")
+                    "A report ends behind TEXT; without this option where its language ends it")
         ->type_name("TEXT")
         ->check([](const std::string& text) { return text.empty() ? "is empty" : ""; });
     command.add_flag("--json", m_json, "Print one JSON object per change");
-    command.footer(command.get_footer() + "\nA load or run that fails, or shows no end result, counts as bad.");
+    command.footer(command.get_footer() +
+                   "\nAn MML report ends at a line ;, >, < or --- END, or before an empty line; a TL1 report as varnel "
+                   "tl1 cuts it.\nA load or run that fails, or shows no end result, counts as bad.");
   }
 
   int Run() {
@@ -130,19 +132,20 @@ class ReportCommand {
 
  private:
   int Follow(ByteSource& source) {
-    ReportSplitter reports(m_separator);
+    const auto reports = MakeReportCutter(m_separator, SpeaksTl1());
     std::string bytes;
     while (std::cout.flush()) {
       const ByteSource::Status status = source.Read(bytes);
-      reports.Feed(bytes);
+      reports->Feed(bytes);
+      if (status == ByteSource::Status::End) reports->Finish();
       while (!m_result) {
-        std::optional<Report> report = reports.Next();
+        std::optional<Report> report = reports->Next();
         if (!report) break;
         Offer(std::move(*report));
       }
-      if (!m_result && status == ByteSource::Status::End && !reports.TooLong()) Offer(reports.TakeRest());
       if (m_result) return *m_result;
-      if (reports.TooLong()) return GiveUp("a report is longer than " + std::to_string(reports.MAX_LENGTH) + " bytes");
+      if (reports->TooLong())
+        return GiveUp("a report is longer than " + std::to_string(ReportCutter::MAX_LENGTH) + " bytes");
       if (status == ByteSource::Status::Failed) return GiveUp(source.Error());
       if (status == ByteSource::Status::TimedOut) return GiveUp("no end result: " + source.Error() + Hint());
       if (status == ByteSource::Status::End) return GiveUp("no end result: the input ends" + Hint());
@@ -159,9 +162,10 @@ class ReportCommand {
 
   std::string Hint() const {
     if (m_shownPackage || m_shownScript) return "";
-    const char* const kind = m_package.m_dwNEID <= MAX_MML_ELEMENT ? "MML" : "TL1";
-    return std::string("; no ") + kind + " report was recognised";
+    return std::string("; no ") + (SpeaksTl1() ? "TL1" : "MML") + " report was recognised";
   }
+
+  bool SpeaksTl1() const { return m_package.m_dwNEID > MAX_MML_ELEMENT; }
 
   // Each event looks at the report, as several may know it. Counts are recognised by what stands behind them; the text
   // of an end result does without.

@@ -23,6 +23,11 @@ bool IsFrameEnd(std::string_view line) {
 
 }  // namespace
 
+std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, bool tl1) {
+  if (tl1 && separator.empty()) return std::make_unique<Tl1ReportCutter>();
+  return std::make_unique<ReportSplitter>(separator);
+}
+
 ReportSplitter::ReportSplitter(std::string separator) : m_separator(std::move(separator)) {}
 
 void ReportSplitter::Feed(std::string_view bytes) {
@@ -39,11 +44,9 @@ std::optional<Report> ReportSplitter::Next() {
   if (m_tooLong) return std::nullopt;
   const std::optional<Ends> ends = m_separator.empty() ? FindEnd() : FindSeparator();
   m_tooLong = (ends ? ends->whole : m_bytes.size()) - m_begin > MAX_LENGTH;
-  if (!ends || m_tooLong) return std::nullopt;
-  return Take(*ends);
-}
-
-Report ReportSplitter::TakeRest() {
+  if (m_tooLong) return std::nullopt;
+  if (ends) return Take(*ends);
+  if (!m_finished || m_begin == m_bytes.size()) return std::nullopt;
   return Take({m_bytes.size(), m_bytes.size()});
 }
 
@@ -84,4 +87,12 @@ Report ReportSplitter::Take(const Ends& ends) {
   m_begin = m_lineBegin = m_scanned = ends.whole;
   m_started = m_framed = false;
   return report;
+}
+
+std::optional<Report> Tl1ReportCutter::Next() {
+  VARNEL_TL1::Message message;
+  if (!m_framer.Next(message)) return std::nullopt;
+  std::replace(message.bytes.begin(), message.bytes.end(), '\0', ' ');
+  const size_t length = message.bytes.size();
+  return Report{std::move(message.bytes), length};
 }

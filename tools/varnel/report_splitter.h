@@ -1,6 +1,9 @@
 #ifndef VARNEL_TOOLS_REPORT_SPLITTER_H
 #define VARNEL_TOOLS_REPORT_SPLITTER_H
 
+#include <tl1stream.h>
+
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,29 +15,46 @@ struct Report {
 };
 
 /// Cuts a stream of bytes into reports, however it arrives.
+class ReportCutter {
+ public:
+  /// Length in bytes up to which a report is taken; as for the library's texts.
+  static constexpr size_t MAX_LENGTH = 10485760;
+
+  ReportCutter() = default;
+  virtual ~ReportCutter() = default;
+  ReportCutter(const ReportCutter&) = delete;
+  ReportCutter& operator=(const ReportCutter&) = delete;
+
+  virtual void Feed(std::string_view bytes) = 0;
+
+  /// Ends the stream; what has no end yet becomes the last report.
+  virtual void Finish() = 0;
+
+  /// The next complete report; nothing when more bytes are needed, or after one that is too long.
+  virtual std::optional<Report> Next() = 0;
+
+  /// True once a report has become longer than MAX_LENGTH. Nothing is cut from then on.
+  virtual bool TooLong() const = 0;
+};
+
+/// Makes what cuts the reports of an element: at `separator` where it is not empty, else as its language has it.
+std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, bool tl1);
+
+/// Cuts reports at certain lines.
 ///
 /// A report ends with a line that is ";", ">" or "<" alone, with a line from "---" to "END", or before an empty line.
 /// One that begins with a line of "+++" may hold all of these and ends with its "---" line only, or before the next
 /// "+++". Line ends are LF and CR LF. With a separator of one's own, a report ends behind each occurrence of that text
 /// and nowhere else. NUL bytes become blanks, since a report is a NUL-terminated text to the library.
-class ReportSplitter {
+class ReportSplitter : public ReportCutter {
  public:
-  /// Length in bytes up to which a report is taken; as for the library's texts.
-  static constexpr size_t MAX_LENGTH = 10485760;
-
   /// @param separator  empty for the rules above
   explicit ReportSplitter(std::string separator);
 
-  void Feed(std::string_view bytes);
-
-  /// The next complete report; nothing when more bytes are needed, or after one that is too long.
-  std::optional<Report> Next();
-
-  /// True once a report has become longer than MAX_LENGTH. Nothing is cut from then on.
-  bool TooLong() const { return m_tooLong; }
-
-  /// What has no end yet, for the end of the stream; may be empty.
-  Report TakeRest();
+  void Feed(std::string_view bytes) override;
+  void Finish() override { m_finished = true; }
+  std::optional<Report> Next() override;
+  bool TooLong() const override { return m_tooLong; }
 
  private:
   // Where the body and the whole of the report end, in m_bytes.
@@ -55,6 +75,21 @@ class ReportSplitter {
   bool m_started = false;  // the report has a line with text
   bool m_framed = false;   // the report begins with "+++"
   bool m_tooLong = false;
+  bool m_finished = false;
+};
+
+/// Cuts TL1 messages as `varnel tl1` does: a ";" inside quotes or a comment ends none. NUL bytes become blanks.
+class Tl1ReportCutter : public ReportCutter {
+ public:
+  Tl1ReportCutter() : m_framer(MAX_LENGTH) {}
+
+  void Feed(std::string_view bytes) override { m_framer.Feed(bytes); }
+  void Finish() override { m_framer.Finish(); }
+  std::optional<Report> Next() override;
+  bool TooLong() const override { return m_framer.TooLong(); }
+
+ private:
+  VARNEL_TL1::Framer m_framer;
 };
 
 #endif
