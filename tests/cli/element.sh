@@ -9,6 +9,9 @@ serve() {
   export address=127.0.0.1:$port
 }
 
+# The name of this machine to itself; its number where no name is known.
+local_name() { if getent hosts localhost > /dev/null; then echo localhost; else echo 127.0.0.1; fi; }
+
 # dismiss: ends an element that waits for nobody.
 dismiss() { kill "$!" && { wait "$!" || true; }; }
 
