@@ -1,10 +1,11 @@
 #include "streams.h"
 
+#include <tl1_output.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <nlohmann/json.hpp>
 #include <sstream>
 #include <tuple>
 
@@ -20,10 +21,6 @@ namespace {
 void TakeAll(Framer& framer, Messages& messages) {
   for (Message message; framer.Next(message);)
     messages.push_back(message);
-}
-
-nlohmann::ordered_json OrNull(const std::optional<std::string>& text) {
-  return text ? nlohmann::ordered_json(*text) : nlohmann::ordered_json(nullptr);
 }
 
 std::string FileBytes(const std::filesystem::path& path) {
@@ -98,19 +95,7 @@ std::vector<std::string> Shown(const Messages& messages) {
 }
 
 std::string Shown(const Parts& parts) {
-  const nlohmann::ordered_json object = {{"type", VARNEL_TL1::TypeName(parts.type)},
-                                         {"offset", parts.offset},
-                                         {"length", parts.length},
-                                         {"sid", OrNull(parts.sid)},
-                                         {"date", OrNull(parts.date)},
-                                         {"time", OrNull(parts.time)},
-                                         {"ctag", OrNull(parts.ctag)},
-                                         {"atag", OrNull(parts.atag)},
-                                         {"code", OrNull(parts.code)},
-                                         {"verb", OrNull(parts.verb)},
-                                         {"lines", parts.lines},
-                                         {"continues", parts.continues}};
-  return object.dump(-1, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+  return PartsToJson(parts).dump(-1, ' ', false, Json::error_handler_t::replace);
 }
 
 bool Same(const Parts& a, const Parts& b) {

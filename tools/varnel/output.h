@@ -4,11 +4,18 @@
 #include <chrono>
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <string_view>
 
 /// Keys stand in the order in which they were put in.
 using Json = nlohmann::ordered_json;
+
+/// The value, or null where there is none.
+template <typename T>
+Json OrNull(const std::optional<T>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
 
 /// Prints one object on one line of standard output. Bytes that are not UTF-8 become U+FFFD.
 void PrintJson(const Json& object);

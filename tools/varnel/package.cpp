@@ -79,11 +79,6 @@ Package Examine(const InputFile& input) {
   return package;
 }
 
-template <typename T>
-Json OrNull(const std::optional<T>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
 Json ToJson(const std::vector<Entry>& entries) {
   Json list = Json::array();
   for (const Entry& entry : entries) {

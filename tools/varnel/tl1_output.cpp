@@ -9,10 +9,6 @@ namespace {
 
 using Text = std::optional<std::string>;
 
-Json OrNull(const Text& text) {
-  return text ? Json(*text) : Json(nullptr);
-}
-
 // Only codes that ask for attention, or say that all is well, have a colour.
 std::string ColouredCode(const Parts& parts) {
   const std::string& code = *parts.code;
