@@ -15,6 +15,7 @@
 #include <cstring>
 #include <future>
 #include <optional>
+#include <sstream>
 #include <thread>
 #include <utility>
 #include <vector>
