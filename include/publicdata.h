@@ -128,6 +128,32 @@ class VARNEL_API Vnifstream {
 /// before a NUL. "Not found" is logged, also for a file that cannot be read.
 VARNEL_API bool isColdPatch(const std::string& path);
 
+/// Turns the three-digit slot number of an older element, first digit the shelf and two digits the slot, into the
+/// element's slot identifier.
+///
+/// The identifier is (code of the first digit's character) * 32 OR (code of the second digit's character): 305 gives
+/// (51 << 5) | 48. The third digit does not count. Elements expect exactly that.
+///
+/// @return the identifier; a number below 100 or above 999 as it is. A bounded copy or format that fails is logged, and
+///         the result then made from what the buffers hold.
+///
+/// Reentrant.
+VARNEL_API unsigned int GetNESlotID(unsigned short slotNumber);
+
+/// Tells whether an element's identifier is that of one that speaks TL1: above 0xFFFFFF. Others speak MML. Reentrant.
+VARNEL_API bool IsTL1NeID(unsigned int neId);
+
+/// Tells whether an element belongs to the Korvane family: by its name, and never when its generation code is that of a
+/// second-generation element (see IsZepv2()). Reentrant.
+///
+/// @param name  matched by strmcmpnocase(); a NUL ends it.
+VARNEL_API bool IsKorvaneNE(int generation, const std::string& name);
+
+/// Tells by its name whether a board is a system-control board, whatever the case of its letters. Reentrant.
+///
+/// @param name  matched by strmcmpnocase(); a NUL ends it.
+VARNEL_API bool IsSccBdName(const std::string& name);
+
 }  // namespace VARNEL_COMMON
 
 #endif

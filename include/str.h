@@ -6,7 +6,7 @@
 
 #include "varnel_export.h"
 
-/// String and path services.
+/// String, path and time services, and the slots in TL1 and MML parameters.
 ///
 /// White space is what isspace() accepts in the "C" locale: blank, tab, line feed, vertical tab, form feed and
 /// carriage return. Case folding concerns ASCII letters only. The host's locale changes none of the results, bytes
@@ -123,6 +123,49 @@ VARNEL_API int VNRemoveFile(const std::string& path);
 /// Removes a folder and all it holds through the host (NS_UTIL::RemoveDir) and returns its result: 0, or an errno
 /// value.
 VARNEL_API int VNRemoveDir(const std::string& path);
+
+/// Current time in seconds since the epoch, with a fraction in microseconds; seconds in spite of the name.
+///
+/// Whole seconds and fraction come from two clock readings, one after the other, so that a result taken when a second
+/// ends may lag by up to one second. A clock that cannot be read gives a fraction of 0.
+VARNEL_API double GetCurTimeMilSec();
+
+/// For polling loops: tells whether a multiple of `period` lies behind `last` and not behind `now`.
+///
+/// It does not tell whether a whole period has passed: with a period of 10 it is true from 9 to 11, and false from 1 to
+/// 9. A counter that has wrapped (`now` below `last`, in different periods) gives true.
+///
+/// @param now     0 gives false.
+/// @param period  in the unit of the other two; not 0.
+VARNEL_API bool IsTimerReach(unsigned int last, unsigned int now, unsigned int period);
+
+/// Current local date as YYYYMMDD.
+VARNEL_API std::string GetCurDateFormated();
+
+/// Local date and time of a moment as "YYYY-MM-DD hh:mm:ss", 19 characters for the years 1000 to 9999; other years are
+/// filled with zeros to four characters, or longer.
+///
+/// @param seconds  since the epoch, negative before it. A year above 2147483647 ends the process.
+VARNEL_API std::string MakeTimeFormated(long seconds);
+
+/// MakeTimeFormated() of the current time.
+VARNEL_API std::string GetCurTimeFormated();
+
+/// Reads the slot of a TL1 access identifier, "SLOT-3-5" or "SLOT-7", from behind the first "SLOT-" of a text.
+///
+/// Where no further "-" follows, one number is read, the slot. Otherwise shelf, one character and slot are read: a "-"
+/// anywhere behind makes the first number the shelf, so "SLOT-5:ABC-DEF" is shelf 5, slot 0.
+///
+/// @param shelf, slot  numbers as ConvertFromString() reads them: 0 where another character than a digit stands, 65535
+///                     on overflow. Unchanged where the text ends before it, behind a number that could not be read,
+///                     and the shelf where there is none.
+/// @return false, with both unchanged, when `text` is null or holds no "SLOT-"; else true.
+VARNEL_API bool ParseTL1SlotID(const char* text, unsigned short& shelf, unsigned short& slot);
+
+/// Reads the slot of an MML parameter, "3-5" or "7", as ParseTL1SlotID() does behind the "SLOT-".
+///
+/// @return false, with both unchanged, when `text` is null; else true.
+VARNEL_API bool ParseMMLSlotID(const char* text, unsigned short& shelf, unsigned short& slot);
 
 }  // namespace VARNEL_COMMON
 

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "chars.h"
+#include "publicdata.h"
 #include "str.h"
 #include "stream_reader.h"
 
@@ -15,7 +16,6 @@ namespace VARNEL_COMMON {
 
 namespace {
 
-constexpr unsigned int MAX_MML_NE_ID = 0xFFFFFF;
 constexpr size_t SCRIPT_COUNTS_OFFSET = 15;  // from "TOTAL" to its number, field head and separator included
 constexpr unsigned int FEW_COMMANDS = 9;
 
@@ -108,7 +108,7 @@ CVNPackGuageEvt::~CVNPackGuageEvt() = default;
 
 bool CVNPackGuageEvt::HandleReport(const char* report) {
   if (report == nullptr) return false;
-  return m_dwNEID <= MAX_MML_NE_ID ? HandleMMLReport(report) : HandleTL1LReport(report);
+  return IsTL1NeID(m_dwNEID) ? HandleTL1LReport(report) : HandleMMLReport(report);
 }
 
 CEvtMsg* CVNPackGuageEvt::Duplicate() {
@@ -157,7 +157,7 @@ CVNScriptFileGuageEvt::CVNScriptFileGuageEvt() : m_dwDoneNum(0), m_dwTotalNum(0)
 CVNScriptFileGuageEvt::~CVNScriptFileGuageEvt() = default;
 
 bool CVNScriptFileGuageEvt::HandleReport(const char* report) {
-  return m_dwNEID <= MAX_MML_NE_ID && HandleMMLReport(report);
+  return !IsTL1NeID(m_dwNEID) && HandleMMLReport(report);
 }
 
 CEvtMsg* CVNScriptFileGuageEvt::Duplicate() {
@@ -186,7 +186,7 @@ CVNScriptFileEndEvt::CVNScriptFileEndEvt() : m_dwResultCode(0), m_dwExtra(0) {}
 CVNScriptFileEndEvt::~CVNScriptFileEndEvt() = default;
 
 bool CVNScriptFileEndEvt::HandleReport(const char* report) {
-  return m_dwNEID <= MAX_MML_NE_ID && HandleMMLReport(report);
+  return !IsTL1NeID(m_dwNEID) && HandleMMLReport(report);
 }
 
 CEvtMsg* CVNScriptFileEndEvt::Duplicate() {

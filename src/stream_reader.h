@@ -20,27 +20,26 @@ class StreamReader {
   bool Failed() const { return m_failed; }
   bool AtEnd() const { return m_atEnd; }
 
-  /// Reads an unsigned decimal number. A sign is allowed, "-" negates in the type's own range. Without a digit `value`
-  /// becomes 0, on overflow the type's largest value, and the read has failed. Where only white space is left `value`
-  /// stays as it was.
-  template <typename Number, typename = std::enable_if_t<std::is_unsigned_v<Number>>>
+  /// Reads a decimal number. A sign is allowed; of an unsigned number "-" negates in the type's own range. Without a
+  /// digit `value` becomes 0, on overflow the end of the type's range, and the read has failed. Where only white space
+  /// is left `value` stays as it was.
+  template <typename Number, typename = std::enable_if_t<std::is_integral_v<Number>>>
   void Read(Number& value) {
     if (!SkipBlanks()) return;
     const bool negative = m_rest.front() == '-';
     if (negative || m_rest.front() == '+') m_rest.remove_prefix(1);
 
-    constexpr Number LARGEST = std::numeric_limits<Number>::max();
-    Number number = 0;
-    bool overflow = false;
-    const std::string_view digits = TakeDigits();
-    for (const char digit : digits) {
-      const auto unit = static_cast<Number>(digit - '0');
-      overflow = overflow || number > LARGEST / 10 || static_cast<Number>(number * 10U) > LARGEST - unit;
-      number = static_cast<Number>(number * 10U + unit);
-    }
-    m_failed = digits.empty() || overflow;
+    using Magnitude = std::make_unsigned_t<Number>;
+    constexpr bool SIGNED = std::is_signed_v<Number>;
+    const auto largest = static_cast<Magnitude>(Magnitude{std::numeric_limits<Number>::max()} + (SIGNED && negative));
+    Magnitude number = 0;
+    const Digits digits = TakeDigits(number);
+    const bool overflow = digits == Digits::TooMany || number > largest;
+    m_failed = digits == Digits::None || overflow;
     m_atEnd = m_rest.empty();
-    value = digits.empty() ? Number{0} : overflow ? LARGEST : static_cast<Number>(negative ? 0U - number : number);
+    if (overflow) number = largest;
+    const bool negate = negative && (SIGNED || !overflow);
+    value = static_cast<Number>(negate ? Magnitude{0} - number : number);
   }
 
   /// Reads the next character that is not white space; `value` stays as it was where there is none.
@@ -62,13 +61,18 @@ class StreamReader {
     return !m_failed;
   }
 
-  std::string_view TakeDigits() {
+  enum class Digits { None, Some, TooMany };
+
+  template <typename Magnitude>
+  Digits TakeDigits(Magnitude& number) {
     size_t count = 0;
-    while (count < m_rest.size() && m_rest[count] >= '0' && m_rest[count] <= '9')
-      ++count;
-    const std::string_view digits = m_rest.substr(0, count);
+    bool overflow = false;
+    for (; count < m_rest.size() && m_rest[count] >= '0' && m_rest[count] <= '9'; ++count) {
+      overflow |= __builtin_mul_overflow(number, 10U, &number);
+      overflow |= __builtin_add_overflow(number, static_cast<unsigned int>(m_rest[count] - '0'), &number);
+    }
     m_rest.remove_prefix(count);
-    return digits;
+    return count == 0 ? Digits::None : overflow ? Digits::TooMany : Digits::Some;
   }
 
   std::string_view m_rest;

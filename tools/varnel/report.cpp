@@ -1,4 +1,5 @@
 #include <evtmsg.h>
+#include <publicdata.h>
 #include <unistd.h>
 
 #include <charconv>
@@ -23,7 +24,6 @@ using VARNEL_COMMON::CVNPackGuageEvt;
 using VARNEL_COMMON::CVNScriptFileEndEvt;
 using VARNEL_COMMON::CVNScriptFileGuageEvt;
 
-constexpr unsigned int MAX_MML_ELEMENT = 0xFFFFFF;
 constexpr auto BAR_INTERVAL = std::chrono::milliseconds(100);
 constexpr auto CLOCK_INTERVAL = std::chrono::milliseconds(1000);
 
@@ -165,7 +165,7 @@ class ReportCommand {
     return std::string("; no ") + (SpeaksTl1() ? "TL1" : "MML") + " report was recognised";
   }
 
-  bool SpeaksTl1() const { return m_package.m_dwNEID > MAX_MML_ELEMENT; }
+  bool SpeaksTl1() const { return VARNEL_COMMON::IsTL1NeID(m_package.m_dwNEID); }
 
   // Each event looks at the report, as several may know it. Counts are recognised by what stands behind them; the text
   // of an end result does without.

@@ -1,0 +1,74 @@
+#ifndef VARNEL_ZEPV2DATA_H
+#define VARNEL_ZEPV2DATA_H
+
+#include <string>
+
+#include "varnel_export.h"
+
+/// Word slot identifiers, their texts, and the generations of network elements.
+///
+/// A word slot identifier is an unsigned 16-bit number: the shelf in its high byte (0 for none), the slot in its low
+/// byte. 0 means no slot. Its text is "3-5" for shelf 3, slot 5, and "7" for slot 7 without a shelf.
+///
+/// All functions are reentrant. Memory exhaustion throws std::bad_alloc.
+namespace VARNEL_COMMON {
+
+/// Reads a hexadecimal number: "0x" or "0X" and one to eight digits of either case.
+///
+/// @param text  what stands behind its tenth character is ignored, whatever it is.
+/// @return the number; 0 for every text of another form, so that "0x0" cannot be told from a failure.
+VARNEL_API unsigned int HexStr2Int(const std::string& text);
+
+/// Tells whether a generation code is that of a second-generation element: above 52099.
+VARNEL_API bool IsZepv2(int generation);
+
+/// Tells whether a generation code is above 50799. True wherever IsZepv2() is.
+VARNEL_API bool IsZep08(int generation);
+
+/// Tells whether a slot text has a shelf part, which is whether it holds a "-" anywhere.
+///
+/// @param text  not null.
+VARNEL_API bool IsExistShelfID(const char* text);
+
+/// Gives the decimal text of a slot: "3-5", "7", "0".
+VARNEL_API std::string WSlotIDi2str(unsigned short slotId);
+
+/// Gives the hexadecimal text of a slot, lower case and without "0x": "a-1f", "1f", "0". For display only: no function
+/// reads it back.
+VARNEL_API std::string WSlotIDi2Hexstr(unsigned short slotId);
+
+/// Reads a decimal slot text: "3-5" is shelf 3, slot 5; "7" is slot 7 without a shelf.
+///
+/// @param text  leading blanks are skipped, whatever follows the slot is ignored. Where the text holds a "-", any
+///              character that is not a blank may stand between shelf and slot. A NUL is an ordinary character.
+/// @return the word slot identifier. A slot above 255 carries into the shelf, and of the shelf only 8 bits are left.
+///         A part that does not parse is 0, and so is the slot behind a shelf that does not; a number above 65535
+///         counts as 65535.
+VARNEL_API unsigned short WSlotIDstr2i(const std::string& text);
+
+/// Gives the slot text that an element of a generation uses. From shelf 2 on, an element that is not of the second
+/// generation uses the compact DC form: the shelf and behind it the slot with at least two digits, "305".
+///
+/// A bounded format that fails is logged, and whatever it left in its buffer stands in place of the slot.
+///
+/// @param neid  generation code; one of 2^31 and above is not of the second generation.
+/// @param bdid  board: the word slot identifier in its low 16 bits. In the DC form bits 16 to 23 belong to the shelf.
+///              A negative one is treated like shelf 0.
+VARNEL_API std::string convertSlot2strDC(unsigned int neid, int bdid);
+
+/// Reads a slot text of either form, "3-5" or "305".
+///
+/// Without a "-", a text of 3 to 11 characters whose number is 200 or more is of the DC form: its last two characters
+/// are the slot, what stands before them the shelf. Every other text is read by WSlotIDstr2i(), so that "105" is slot
+/// 105. From slot 100 on the DC form is ambiguous: "10100" is shelf 101, slot 0.
+///
+/// A bounded copy that fails is logged; its part is then read from what the buffer holds. An overflow of the sum of
+/// both parts, which takes such a failure, ends the process.
+///
+/// @param text  a NUL ends what is read of it, but not what its length is taken from.
+/// @return shelf * 256 + slot, in 32 bits; 0 for an empty text.
+VARNEL_API unsigned int convertSlotDC(const std::string& text);
+
+}  // namespace VARNEL_COMMON
+
+#endif

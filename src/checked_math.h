@@ -1,0 +1,17 @@
+#ifndef VARNEL_SRC_CHECKED_MATH_H
+#define VARNEL_SRC_CHECKED_MATH_H
+
+#include <cstdlib>
+
+namespace VARNEL_COMMON {
+
+/// The sum of two numbers. An overflow ends the process: a wrong slot or date must not go on its way.
+inline int CheckedAdd(int a, int b) {
+  int sum;
+  if (__builtin_add_overflow(a, b, &sum)) std::abort();
+  return sum;
+}
+
+}  // namespace VARNEL_COMMON
+
+#endif

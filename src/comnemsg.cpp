@@ -1,0 +1,173 @@
+#include "comnemsg.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <functional>
+#include <memory>
+
+#include "big_endian.h"
+#include "common.h"
+#include "platform/annex_k.h"
+
+namespace VARNEL_COMMON {
+
+namespace {
+
+constexpr char MODULE[] = "comnemsg";
+constexpr unsigned int MAX_BODY = 65534;  // leaves the 16-bit length field one value to spare; it never changes
+constexpr unsigned int FIRST_BUFFER = 1024;
+constexpr unsigned int HEADROOM = 1024;
+
+static_assert(sizeof(CComNEHead) == 4 + 4 + 2 + 2 + 4 && offsetof(CComNEHead, ulHeadWord2) == 12, "as on the wire");
+
+using Buffer = std::unique_ptr<char[]>;
+
+// Data that may lie in the buffer it is to be copied into: a copy is made where it does.
+class Source {
+ public:
+  Source(const void* data, unsigned int length, const char* buffer, unsigned int bufferSize)
+      : m_data(static_cast<const char*>(data)) {
+    const std::less<> before;
+    if (buffer == nullptr || before(m_data, buffer) || before(buffer + bufferSize, m_data)) return;
+    m_copy.reset(new char[length]);
+    std::memcpy(m_copy.get(), data, length);
+    m_data = m_copy.get();
+  }
+
+  const char* get() const { return m_data; }
+
+ private:
+  const char* m_data;
+  Buffer m_copy;
+};
+
+}  // namespace
+
+CComNEHead::CComNEHead() : ulHeadWord0(0), ulHeadWord1(0), usHeadShort(0), usMsgLen(0), ulHeadWord2(0) {}
+
+CComNEHead& CComNEHead::operator=(CComNEHead& other) {
+  ulHeadWord0 = other.ulHeadWord0;
+  ulHeadWord1 = other.ulHeadWord1;
+  usHeadShort = other.usHeadShort;
+  usMsgLen = other.usMsgLen;
+  ulHeadWord2 = other.ulHeadWord2;
+  return *this;
+}
+
+void CComNEHead::ToHostOrder() {
+  for (uint32_t* word : {&ulHeadWord0, &ulHeadWord1, &ulHeadWord2})
+    BigToHost(*word);
+  for (uint16_t* word : {&usHeadShort, &usMsgLen})
+    BigToHost(*word);
+}
+
+void CComNEHead::ToNetOrder() {
+  ToHostOrder();
+}
+
+CComNEMsg::CComNEMsg(unsigned int nBufLen)
+    : m_pMsg(nullptr), m_nMsgBufSize(nBufLen == 0 ? FIRST_BUFFER : std::min(nBufLen, MAX_BODY)) {
+  m_pMsg = new char[m_nMsgBufSize];
+  m_pMsg[0] = '\0';
+}
+
+CComNEMsg::CComNEMsg(CComNEMsg& other) : CComNEMsg(FIRST_BUFFER) {
+  *this = other;
+}
+
+CComNEMsg& CComNEMsg::operator=(CComNEMsg& other) {
+  if (this == &other) return *this;
+  // The body goes first: it may fail, and then the header is still that of the old body.
+  SetMsg(other.m_pMsg, other.usMsgLen);
+  const uint16_t length = other.m_pMsg == nullptr ? other.usMsgLen : usMsgLen;
+  CComNEHead::operator=(other);
+  usMsgLen = length;
+  return *this;
+}
+
+CComNEMsg::~CComNEMsg() {
+  delete[] m_pMsg;
+}
+
+void CComNEMsg::EmptyMsg() {
+  memset_s(m_pMsg, m_nMsgBufSize, 0, m_nMsgBufSize);
+  usMsgLen = 0;
+}
+
+void CComNEMsg::SetMsg(const void* pData, unsigned int nDataLen) {
+  if (pData == nullptr) return;
+  if (nDataLen > MAX_BODY) {
+    ReportWarning({MODULE, "SetMsg", __LINE__}, Compose("SetMsg: nDataLen beyond max, nDataLen:", MAX_BODY));
+    nDataLen = MAX_BODY;
+  }
+  const Source source(pData, nDataLen, m_pMsg, m_nMsgBufSize);
+  const bool grows = m_nMsgBufSize < nDataLen + 1;
+  if (grows) {
+    auto* buffer = new char[nDataLen + HEADROOM];
+    delete[] m_pMsg;
+    m_pMsg = buffer;
+    m_nMsgBufSize = nDataLen + HEADROOM;
+  }
+  if (m_pMsg == nullptr) {
+    usMsgLen = 0;
+    ReportError({MODULE, "SetMsg", __LINE__}, CONSISTENCY_ERROR, "SetMsg:m_pMsg==NULL");
+    return;
+  }
+  const int result = memcpy_s(m_pMsg, m_nMsgBufSize, source.get(), nDataLen);
+  if (result != 0 && grows) std::memset(m_pMsg, 0, nDataLen);
+  m_pMsg[nDataLen] = '\0';
+  usMsgLen = static_cast<uint16_t>(nDataLen);
+  if (result != 0) ReportError({MODULE, "SetMsg", __LINE__}, result, "SetMsg:memcpy_s failed");
+}
+
+void CComNEMsg::SetBufLen(unsigned int nBufLen) {
+  if (nBufLen > MAX_BODY) {
+    ReportWarning({MODULE, "SetBufLen", __LINE__}, Compose("AddStrToMsg: nDataLen beyond max, nDataLen:", MAX_BODY));
+    nBufLen = MAX_BODY;
+  }
+  if (m_nMsgBufSize >= nBufLen + 1) return;
+  Buffer buffer(new char[nBufLen + 1]);
+  buffer[nBufLen] = '\0';
+  const int result = memcpy_s(buffer.get(), nBufLen + 1, m_pMsg, m_nMsgBufSize);
+  if (result != 0) {
+    ReportError({MODULE, "SetBufLen", __LINE__}, result, "SetBufLen.memcpy_s failed");
+    return;
+  }
+  delete[] m_pMsg;
+  m_pMsg = buffer.release();
+  m_nMsgBufSize = nBufLen;  // the last byte is the place of the NUL
+}
+
+void CComNEMsg::AddMsg(const void* pData, unsigned int nDataLen) {
+  if (pData == nullptr) return;
+  const unsigned int room = MAX_BODY - std::min<unsigned int>(usMsgLen, MAX_BODY);
+  if (nDataLen > room) {
+    ReportWarning({MODULE, "AddMsg", __LINE__},
+                  Compose("AddMsg: nDataLen beyond max, nDataLen:", nDataLen, ", nBufLen:", usMsgLen));
+    nDataLen = room;
+  }
+  if (nDataLen == 0) return;
+  const Source source(pData, nDataLen, m_pMsg, m_nMsgBufSize);
+  const unsigned int length = usMsgLen + nDataLen;
+  const bool grows = m_pMsg == nullptr || length + 1 > m_nMsgBufSize;
+  if (grows) {
+    Buffer buffer(new char[length + HEADROOM]);
+    const int result = memcpy_s(buffer.get(), length + HEADROOM, m_pMsg, usMsgLen);
+    if (result != 0) {
+      ReportError({MODULE, "AddMsg", __LINE__}, result, "AddMsg.memcpy_s failed");
+      return;
+    }
+    delete[] m_pMsg;
+    m_pMsg = buffer.release();
+    m_nMsgBufSize = length + HEADROOM;
+  }
+  char* end = m_pMsg + usMsgLen;
+  const int result = memcpy_s(end, nDataLen, source.get(), nDataLen);
+  if (result != 0 && grows) std::memset(end, 0, nDataLen);
+  m_pMsg[length] = '\0';
+  usMsgLen = static_cast<uint16_t>(length);
+  if (result != 0) ReportError({MODULE, "AddMsg", __LINE__}, result, "AddMsg.memcpy_s failed");
+}
+
+}  // namespace VARNEL_COMMON

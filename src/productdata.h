@@ -1,0 +1,17 @@
+#ifndef VARNEL_SRC_PRODUCTDATA_H
+#define VARNEL_SRC_PRODUCTDATA_H
+
+namespace VARNEL_COMMON {
+
+/// Product names, as patterns for strmcmpnocase().
+constexpr char KORVANE_NAME[] = "*kva*4210*";
+
+/// System-control boards, in the order in which they are tried. Names without "*" match as a whole only.
+constexpr const char* SCC_BOARD_NAMES[] = {
+    "*scc*", "*sce*", "*vmcu*", "*vscu*", "vnctl201", "vnmcp01", "vnmcp02", "*vnmcx10*", "vnstg01", "vnstg02", "vcu",
+    "vcua",  "vcub",  "vcuc",   "vcud",   "vcue",     "vpu",     "vmu",     "vmua",      "61vcu",   "vb21",    "vb22",
+};
+
+}  // namespace VARNEL_COMMON
+
+#endif
