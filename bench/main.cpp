@@ -1,0 +1,30 @@
+#include "row.h"
+#include "services.h"
+
+namespace VARNEL_BENCH {
+
+const char* NameOf(Kind kind) {
+  switch (kind) {
+    case Kind::Ours:
+      return "ours";
+    case Kind::Peer:
+      return "peer";
+    case Kind::Obvious:
+      return "obvious";
+    case Kind::Other:
+      return "other";
+    case Kind::Limit:
+      return "limit";
+  }
+  return "";
+}
+
+}  // namespace VARNEL_BENCH
+
+int main(int argc, char** argv) {
+  using namespace VARNEL_BENCH;
+  AddStrings();
+  benchmark::Initialize(&argc, argv);
+  if (benchmark::ReportUnrecognizedArguments(argc, argv)) return EXIT_FAILURE;
+  benchmark::RunSpecifiedBenchmarks();
+}

@@ -1,0 +1,11 @@
+#ifndef VARNEL_BENCH_SERVICES_H
+#define VARNEL_BENCH_SERVICES_H
+
+namespace VARNEL_BENCH {
+
+/// Each registers the rows of one service.
+void AddStrings();
+
+}  // namespace VARNEL_BENCH
+
+#endif
