@@ -7,28 +7,39 @@
 
 namespace VARNEL_COMMON {
 
+using VARNEL_INTERNAL::Finder;
+using VARNEL_INTERNAL::FindLinear;
+
 namespace {
 
 bool SameChar(char a, char b) {
   return a == b;
 }
 
-// An occurrence that a replacement brings about holds a character of `to`, or joins what an empty `to` left.
-bool CanBringAboutNew(std::string_view from, std::string_view to) {
-  bool inFrom[256] = {};
-  for (const char c : from)
-    inFrom[static_cast<unsigned char>(c)] = true;
-  bool shared = to.empty();
-  for (const char c : to)
-    shared = shared || inFrom[static_cast<unsigned char>(c)];
-  return shared;
+using Automaton = LiteralAutomaton<SameChar>;
+
+// Tells whether the end of `text` may be the start of `literal`; both are not empty.
+bool EndsInStartOf(std::string_view literal, std::string_view text) {
+  const Automaton automaton(literal);
+  size_t matched = 0;
+  for (const char c : text)
+    matched = automaton.Advance(matched, c);
+  return matched > 0;
 }
 
-std::string ReplaceOnce(std::string_view text, std::string_view from, std::string_view to) {
+// An occurrence that a replacement brings about lies around the whole of `to`, or begins or ends inside it. `to` does
+// not hold `from`, which is not empty.
+bool CanBringAboutNew(std::string_view from, std::string_view to) {
+  return FindLinear(from, to) != std::string_view::npos || EndsInStartOf(from, to) || EndsInStartOf(to, from);
+}
+
+std::string ReplaceOnce(std::string_view text, const Finder& from, std::string_view to, size_t firstHit) {
   std::string done;
+  done.reserve(text.size());
   size_t position = 0;
-  for (size_t hit; (hit = FindLinear(text, from, position)) != std::string_view::npos; position = hit + from.size()) {
+  for (size_t hit = firstHit; hit != std::string_view::npos; hit = from.Find(text, position)) {
     done.append(text.substr(position, hit - position)).append(to);
+    position = hit + from.Piece().size();
   }
   return done.append(text.substr(position));
 }
@@ -68,7 +79,7 @@ class CascadingReplacer {
 
   size_t m_fromSize;
   std::string_view m_to;
-  LiteralAutomaton<SameChar> m_automaton;
+  Automaton m_automaton;
   std::vector<std::string_view> m_input;  // what is still to be read, the last one first
   std::string m_done;
   std::vector<size_t> m_matched;
@@ -76,8 +87,9 @@ class CascadingReplacer {
 
 }  // namespace
 
-std::string ReplaceRepeatedly(std::string_view text, std::string_view from, std::string_view to) {
-  return CanBringAboutNew(from, to) ? CascadingReplacer(text, from, to).Run() : ReplaceOnce(text, from, to);
+std::string ReplaceRepeatedly(std::string_view text, const Finder& from, std::string_view to, size_t firstHit) {
+  return CanBringAboutNew(from.Piece(), to) ? CascadingReplacer(text, from.Piece(), to).Run()
+                                            : ReplaceOnce(text, from, to, firstHit);
 }
 
 }  // namespace VARNEL_COMMON

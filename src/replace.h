@@ -4,14 +4,18 @@
 #include <string>
 #include <string_view>
 
+#include "find.h"
+
 namespace VARNEL_COMMON {
 
 /// The text that is left when the first occurrence of `from` is replaced by `to` again and again until none is left,
 /// in time linear in the text plus all replacement texts.
 ///
-/// @param from  not empty.
-/// @param to    does not contain `from`.
-std::string ReplaceRepeatedly(std::string_view text, std::string_view from, std::string_view to);
+/// @param from      finder of a text that is not empty.
+/// @param to        does not contain `from`.
+/// @param firstHit  where `from` first occurs.
+std::string ReplaceRepeatedly(std::string_view text, const VARNEL_INTERNAL::Finder& from, std::string_view to,
+                              size_t firstHit);
 
 }  // namespace VARNEL_COMMON
 

@@ -17,10 +17,45 @@
 
 namespace VARNEL_COMMON {
 
+using VARNEL_INTERNAL::Finder;
+using VARNEL_INTERNAL::FindLinear;
+
 namespace {
 
 // Part of the module by convention; no operation takes it.
 [[maybe_unused]] ACE_Recursive_Thread_Mutex g_mutex;
+
+// Writes a collapsed text over the text that it is read from.
+class Collapser {
+ public:
+  explicit Collapser(char* text) : m_start(text), m_end(text) {}
+
+  // Most blocks hold single blanks only and stay as they are.
+  void AddBlock(const char* block) {
+    const BlankMasks masks = FindBlanks(block);
+    const uint32_t dropped = masks.blank & (masks.blank << 1 | static_cast<uint32_t>(m_blankBefore));
+    if ((dropped | masks.unusual) != 0) return Add(block, block + BLOCK);
+    std::memmove(m_end, block, BLOCK);
+    m_end += BLOCK;
+    m_blankBefore = (masks.blank >> (BLOCK - 1)) != 0;
+  }
+
+  void Add(const char* next, const char* end) {
+    for (; next != end; ++next) {
+      const bool blank = IsBlank(*next);
+      *m_end = blank ? ' ' : *next;
+      m_end += !(blank && m_blankBefore);
+      m_blankBefore = blank;
+    }
+  }
+
+  size_t Size() const { return static_cast<size_t>(m_end - m_start); }
+
+ private:
+  char* m_start;
+  char* m_end;
+  bool m_blankBefore = true;  // also in front of the text, which so loses its leading blanks
+};
 
 // Appends the fields of a text that belongs to no element of `fields`.
 void AppendFields(std::string_view text, char sep, std::vector<std::string>& fields) {
@@ -40,10 +75,7 @@ void StrTrimLeft(std::string& s) {
 }
 
 void StrTrimRight(std::string& s) {
-  size_t size = s.size();
-  while (size > 0 && IsBlank(s[size - 1]))
-    --size;
-  s.resize(size);
+  s.resize(LengthWithoutTrailingBlanks(s));
 }
 
 void StrTrim(std::string& s) {
@@ -69,23 +101,34 @@ void freeArray(void** array) {
 }
 
 void ReplaceString(std::string& s, const std::string& from, const std::string& to) {
-  // The first and the last case would go on for ever.
-  if (from.empty() || FindLinear(s, from) == std::string::npos || FindLinear(to, from) != std::string::npos) return;
-  s = ReplaceRepeatedly(s, from, to);
+  if (from.empty()) return;
+  const Finder finder(from);
+  const size_t firstHit = finder.Find(s);
+  // A `to` that holds `from` would go on for ever.
+  if (firstHit != std::string::npos && finder.Find(to) == std::string::npos) {
+    s = ReplaceRepeatedly(s, finder, to, firstHit);
+  }
 }
 
 void StrCollapse(std::string& s) {
-  size_t size = 0;
-  for (const char c : s) {
-    const bool blank = IsBlank(c);
-    if (blank && (size == 0 || s[size - 1] == ' ')) continue;
-    s[size++] = blank ? ' ' : c;
-  }
-  s.resize(size > 0 && s[size - 1] == ' ' ? size - 1 : size);
+  Collapser collapser(s.data());
+  const char* next = s.data();
+  const char* end = next + s.size();
+  for (; static_cast<size_t>(end - next) >= BLOCK; next += BLOCK)
+    collapser.AddBlock(next);
+  collapser.Add(next, end);
+  s.resize(LengthWithoutTrailingBlanks({s.data(), collapser.Size()}));
 }
 
 void toUpperCase(std::string& s) {
-  std::transform(s.begin(), s.end(), s.begin(), ToUpper);
+  constexpr size_t STRIDE = 16;  // a known number of turns is done in one go
+  char* next = s.data();
+  char* end = next + s.size();
+  for (; static_cast<size_t>(end - next) >= STRIDE; next += STRIDE) {
+    for (size_t i = 0; i < STRIDE; ++i)
+      next[i] = ToUpper(next[i]);
+  }
+  std::transform(next, end, next, ToUpper);
 }
 
 std::string replaceEnterWithBlank(const char* text) {

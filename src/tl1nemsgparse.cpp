@@ -26,7 +26,7 @@ constexpr size_t CTAG_START = 3;  // "M" and two blanks
 
 // As std::string::find, which gives npos for a search that would begin behind the end, but always linear.
 size_t Find(std::string_view text, std::string_view piece, size_t from) {
-  return from > text.size() ? NPOS : FindLinear(text, piece, from);
+  return from > text.size() ? NPOS : VARNEL_INTERNAL::FindLinear(text, piece, from);
 }
 
 // Cuts the characters from `start` up to `end` out of a message; false when there are none.

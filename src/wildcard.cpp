@@ -1,17 +1,12 @@
 #include "wildcard.h"
 
-#include "chars.h"
-#include "literal_automaton.h"
+#include "no_case_finder.h"
 
 namespace VARNEL_COMMON {
 
 namespace {
 
 constexpr size_t NPOS = std::string_view::npos;
-
-bool SameNoCase(char a, char b) {
-  return ToUpper(a) == ToUpper(b);
-}
 
 bool IsMeta(char c) {
   return c == '*' || c == '?';
@@ -105,7 +100,7 @@ class NoCaseMatcher {
   size_t m_star = NPOS;  // the "*" that the following three describe
   size_t m_literalStart = 0;
   size_t m_literalEnd = 0;
-  LiteralAutomaton<SameNoCase> m_literal;
+  NoCaseFinder m_literal;
 };
 
 }  // namespace

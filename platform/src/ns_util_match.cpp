@@ -1,41 +1,36 @@
 #include <cstring>
 #include <string_view>
 
+#include "find.h"
 #include "platform/ns_util.h"
 
 namespace {
 
-// Cuts the piece up to the next "*" off the front of the pattern, and the "*" with it.
-std::string_view TakePiece(std::string_view& pattern) {
-  const size_t star = pattern.find('*');
-  const std::string_view piece = pattern.substr(0, star);
-  pattern.remove_prefix(star + 1);
-  return piece;
-}
-
-// Moves `text` behind the first occurrence of `piece`. memmem is linear where std::string_view::find is not.
-bool SkipPast(std::string_view& text, std::string_view piece) {
-  if (piece.empty()) return true;
-  const void* found = memmem(text.data(), text.size(), piece.data(), piece.size());
-  if (found == nullptr) return false;
-  text.remove_prefix(static_cast<size_t>(static_cast<const char*>(found) - text.data()) + piece.size());
+// Moves `text` behind the first occurrence of each piece of `pieces`, a pattern that ends in "*".
+bool SkipPieces(std::string_view& text, std::string_view pieces) {
+  while (!pieces.empty()) {
+    const size_t star = pieces.find('*');
+    const size_t found = VARNEL_INTERNAL::FindLinear(text, pieces.substr(0, star));
+    if (found == std::string_view::npos) return false;
+    text.remove_prefix(found + star);
+    pieces.remove_prefix(star + 1);
+  }
   return true;
 }
 
 // The pieces between two "*" may each be taken at their first occurrence: a later one leaves less text for the rest.
-bool Matches(std::string_view text, std::string_view pattern) {
-  const size_t lastStar = pattern.rfind('*');
-  if (lastStar == std::string_view::npos) return text == pattern;
-  const std::string_view tail = pattern.substr(lastStar + 1);
-  pattern.remove_suffix(tail.size());
+bool Matches(const char* text, const char* pattern) {
+  const char* star = std::strchr(pattern, '*');
+  if (star == nullptr) return std::strcmp(text, pattern) == 0;
+  const auto head = static_cast<size_t>(star - pattern);
+  if (std::strncmp(text, pattern, head) != 0) return false;
 
-  const std::string_view head = TakePiece(pattern);
-  if (text.substr(0, head.size()) != head) return false;
-  text.remove_prefix(head.size());
-  while (!pattern.empty()) {
-    if (!SkipPast(text, TakePiece(pattern))) return false;
-  }
-  return text.size() >= tail.size() && text.substr(text.size() - tail.size()) == tail;
+  std::string_view rest = text + head;
+  std::string_view tail = star + 1;
+  const std::string_view pieces = tail.substr(0, tail.rfind('*') + 1);
+  tail.remove_prefix(pieces.size());
+  return SkipPieces(rest, pieces) && rest.size() >= tail.size() &&
+         rest.compare(rest.size() - tail.size(), tail.size(), tail) == 0;
 }
 
 }  // namespace

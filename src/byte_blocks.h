@@ -1,0 +1,56 @@
+#ifndef VARNEL_SRC_BYTE_BLOCKS_H
+#define VARNEL_SRC_BYTE_BLOCKS_H
+
+#include <cstddef>
+#include <cstdint>
+
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
+namespace VARNEL_COMMON {
+
+/// Texts are looked at in blocks of 16 bytes. A mask tells of each byte of a block whether it is of a kind, the first
+/// byte in the lowest bit.
+constexpr size_t BLOCK = 16;
+constexpr uint32_t WHOLE_BLOCK = 0xFFFF;
+
+/// Which bytes of a block are white space (see IsBlank()), and which of them are no plain blanks.
+struct BlankMasks {
+  uint32_t blank;
+  uint32_t unusual;
+};
+
+inline BlankMasks FindBlanks(const char* block) {
+#ifdef __SSE2__
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
+  const __m128i plain = _mm_cmpeq_epi8(bytes, _mm_set1_epi8(' '));
+  // Tab to carriage return are the bytes that a shift down by a tab takes to 0 ... 4.
+  const __m128i shifted = _mm_sub_epi8(bytes, _mm_set1_epi8('\t'));
+  const __m128i unusual = _mm_cmpeq_epi8(_mm_min_epu8(shifted, _mm_set1_epi8('\r' - '\t')), shifted);
+  const auto unusualMask = static_cast<uint32_t>(_mm_movemask_epi8(unusual));
+  return {static_cast<uint32_t>(_mm_movemask_epi8(plain)) | unusualMask, unusualMask};
+#else
+  BlankMasks masks{};
+  for (size_t i = 0; i < BLOCK; ++i) {
+    const bool unusual = block[i] >= '\t' && block[i] <= '\r';
+    masks.unusual |= static_cast<uint32_t>(unusual) << i;
+    masks.blank |= static_cast<uint32_t>(unusual || block[i] == ' ') << i;
+  }
+  return masks;
+#endif
+}
+
+/// Position of the lowest bit of a mask that is not 0.
+inline size_t LowestBit(uint32_t mask) {
+  return static_cast<size_t>(__builtin_ctz(mask));
+}
+
+/// Position of the highest bit of a mask that is not 0.
+inline size_t HighestBit(uint32_t mask) {
+  return static_cast<size_t>(31 - __builtin_clz(mask));
+}
+
+}  // namespace VARNEL_COMMON
+
+#endif
