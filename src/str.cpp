@@ -25,28 +25,39 @@ namespace {
 // Part of the module by convention; no operation takes it.
 [[maybe_unused]] ACE_Recursive_Thread_Mutex g_mutex;
 
-// Writes a collapsed text over the text that it is read from.
+// Writes a collapsed text over the text that it is read from, a block at a time.
 class Collapser {
  public:
   explicit Collapser(char* text) : m_start(text), m_end(text) {}
 
-  // Most blocks hold single blanks only and stay as they are.
-  void AddBlock(const char* block) {
+  // Packs the stretches that stay, each with a copy of known size, so that more than the stretch is copied.
+  void AddBlock(const char* text) {
+    char block[2 * BLOCK];
+    std::memcpy(block, text, BLOCK);
     const BlankMasks masks = FindBlanks(block);
-    const uint32_t dropped = masks.blank & (masks.blank << 1 | static_cast<uint32_t>(m_blankBefore));
-    if ((dropped | masks.unusual) != 0) return Add(block, block + BLOCK);
-    std::memmove(m_end, block, BLOCK);
-    m_end += BLOCK;
+    for (uint32_t unusual = masks.unusual; unusual != 0; unusual &= unusual - 1)
+      block[LowestBit(unusual)] = ' ';
+    uint32_t kept = WHOLE_BLOCK & ~(masks.blank & (masks.blank << 1 | static_cast<uint32_t>(m_blankBefore)));
     m_blankBefore = (masks.blank >> (BLOCK - 1)) != 0;
+    // Written in place where that overwrites nothing but what has been read, which is soon so.
+    char aside[2 * BLOCK];
+    char* packed = text - m_end >= std::ptrdiff_t{BLOCK} ? m_end : aside;
+    size_t size = 0;
+    while (kept != 0) {
+      const size_t start = LowestBit(kept);
+      std::memcpy(packed + size, block + start, BLOCK);
+      size += LowestBit(~(kept >> start));
+      kept &= kept + (uint32_t{1} << start);  // takes the lowest stretch away
+    }
+    if (packed == aside) std::memcpy(m_end, aside, BLOCK);
+    m_end += size;
   }
 
-  void Add(const char* next, const char* end) {
-    for (; next != end; ++next) {
-      const bool blank = IsBlank(*next);
-      *m_end = blank ? ' ' : *next;
-      m_end += !(blank && m_blankBefore);
-      m_blankBefore = blank;
-    }
+  void Add(char c) {
+    const bool blank = IsBlank(c);
+    *m_end = blank ? ' ' : c;
+    m_end += blank && m_blankBefore ? 0 : 1;
+    m_blankBefore = blank;
   }
 
   size_t Size() const { return static_cast<size_t>(m_end - m_start); }
@@ -116,7 +127,8 @@ void StrCollapse(std::string& s) {
   const char* end = next + s.size();
   for (; static_cast<size_t>(end - next) >= BLOCK; next += BLOCK)
     collapser.AddBlock(next);
-  collapser.Add(next, end);
+  while (next != end)
+    collapser.Add(*next++);
   s.resize(LengthWithoutTrailingBlanks({s.data(), collapser.Size()}));
 }
 
