@@ -7,7 +7,7 @@ set(VARNEL_WARNINGS
 
 function(varnel_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_17)
-  target_compile_options(${target} PRIVATE ${VARNEL_WARNINGS})
+  target_compile_options(${target} PRIVATE ${VARNEL_WARNINGS} $<$<NOT:$<CONFIG:Debug>>:-O3>)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
 endfunction()
 

@@ -1,13 +1,15 @@
 #include "pkgfile.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <memory>
-#include <vector>
+#include <string_view>
 
+#include "chars.h"
 #include "common.h"
 #include "publicdata.h"
-#include "str.h"
+#include "stream_reader.h"
 
 namespace VARNEL_COMMON {
 
@@ -20,7 +22,7 @@ constexpr size_t COLUMNS = 8;
 constexpr size_t MAX_COLUMN_LENGTH = 255;
 constexpr char WIDE_NUMBER_SIGN[] = "\xA3\xA3";  // the full-width "#" in GB2312
 
-using Columns = std::vector<std::string>;
+using Columns = std::array<std::string_view, COLUMNS>;
 
 // The lines of a package description; a line lives until the next one is read.
 class Lines {
@@ -46,30 +48,37 @@ bool EndsSection(const char* line) {
 }
 
 bool IsComment(const Columns& columns) {
-  const std::string& first = columns.front();
-  return first.rfind('#', 0) == 0 || first.find(WIDE_NUMBER_SIGN) != std::string::npos;
+  const std::string_view first = columns.front();
+  return first.substr(0, 1) == "#" || first.find(WIDE_NUMBER_SIGN) != std::string_view::npos;
+}
+
+// Cuts the next column off a line, without the blanks around it.
+std::string_view TakeColumn(std::string_view& line) {
+  const size_t end = std::min(line.find(':'), line.size());
+  std::string_view column = line.substr(0, end);
+  line.remove_prefix(std::min(end + 1, line.size()));
+  column.remove_prefix(LeadingBlanks(column));
+  return column.substr(0, LengthWithoutTrailingBlanks(column));
 }
 
 // Reads the columns of an entry line; false for a line that is none.
-bool ReadColumns(const char* line, Columns& columns) {
-  columns.clear();
-  if (*line == '\0') return false;
-  SplitStringByChar(line, ':', columns);
-  if (columns.size() != COLUMNS) return false;
-  std::for_each(columns.begin(), columns.end(), StrTrim);
+bool ReadColumns(std::string_view line, Columns& columns) {
+  if (std::count(line.begin(), line.end(), ':') != COLUMNS - 1) return false;
+  for (std::string_view& column : columns)
+    column = TakeColumn(line);
   return !IsComment(columns);
 }
 
 bool HasLongColumn(const Columns& columns) {
   return std::any_of(columns.begin(), columns.end(),
-                     [](const std::string& column) { return column.size() > MAX_COLUMN_LENGTH; });
+                     [](std::string_view column) { return column.size() > MAX_COLUMN_LENGTH; });
 }
 
 std::unique_ptr<SOFT_INFO> MakeEntry(const Columns& columns) {
   auto entry = std::make_unique<SOFT_INFO>();
   entry->strColumn1 = columns[0];
   entry->strColumn2 = columns[1];
-  ConvertFromString(columns[4].c_str(), entry->uiColumn5);
+  StreamReader(columns[4]).Read(entry->uiColumn5);
   return entry;
 }
 

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <utility>
 
 #include <ace/Recursive_Thread_Mutex.h>
 
@@ -68,15 +69,16 @@ class Collapser {
   bool m_blankBefore = true;  // also in front of the text, which so loses its leading blanks
 };
 
-// Appends the fields of a text that belongs to no element of `fields`.
-void AppendFields(std::string_view text, char sep, std::vector<std::string>& fields) {
-  text.remove_prefix(LeadingBlanks(text));
-  for (size_t end; (end = text.find(sep)) != std::string_view::npos;) {
-    fields.emplace_back(text.substr(0, end));
+std::vector<std::string> Split(std::string_view text, char sep) {
+  std::vector<std::string> fields;
+  fields.reserve(static_cast<size_t>(std::count(text.begin(), text.end(), sep)) + 1);
+  while (true) {
+    if (!text.empty() && IsBlank(text.front())) text.remove_prefix(LeadingBlanks(text));
+    const size_t end = text.find(sep);
+    fields.emplace_back(text.data(), std::min(end, text.size()));
+    if (end == std::string_view::npos) return fields;
     text.remove_prefix(end + 1);
-    text.remove_prefix(LeadingBlanks(text));
   }
-  fields.emplace_back(text);
 }
 
 }  // namespace
@@ -174,10 +176,9 @@ void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fie
   if (text == nullptr) return;
   // Growing the vector itself would move the text away where it belongs to one of the elements, and memory that runs
   // out half-way would leave some of the fields in it.
-  std::vector<std::string> added;
-  AppendFields(text, sep, added);
+  std::vector<std::string> added = Split(text, sep);
   if (fields.empty()) {
-    fields.swap(added);
+    fields = std::move(added);
     return;
   }
   fields.insert(fields.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
