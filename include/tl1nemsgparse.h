@@ -1,7 +1,6 @@
 #ifndef VARNEL_TL1NEMSGPARSE_H
 #define VARNEL_TL1NEMSGPARSE_H
 
-#include <cstddef>
 #include <string>
 
 #include "varnel_export.h"
@@ -62,22 +61,10 @@ class VARNEL_API CTL1NEMsgParse {
   unsigned int m_nMsgStartPos;  ///< see GetMsgStartPos()
 
  private:
-  // Each reads from the cursor on and moves it behind what it read.
-  bool ParseSID(size_t& cursor);
-  bool ParseDate(size_t& cursor);
-  bool ParseTime(size_t& cursor);
-  bool ParseVerb(size_t& cursor);
-  bool ParseTextBlock(size_t& cursor);
-
-  bool ParseInPlaceOfThis(CTL1NEMsgParse message);
-  bool Parse();
-  bool ParseFromHeader(size_t header);
-  bool ParseAck();
-  bool ParseOutputAndAuto(size_t mPos, size_t lineEnd);
-  bool ParseOutput(size_t mPos);
-  bool ParseAuto(size_t lineEnd);
-  bool Refuse();
-  bool Refuse(int line, const char* why);
+  struct Findings;
+  void Reserve(const Findings& found);
+  void Take(const Findings& found);
+  void ClearParts();
 };
 
 }  // namespace VARNEL_COMMON
