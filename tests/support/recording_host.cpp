@@ -180,6 +180,7 @@ int strncpy_s(char* dest, size_t destMax, const char* src, size_t count) {
 }
 
 int snprintf_s(char* dest, size_t destMax, size_t count, const char* format, ...) {
+  if (Host().formats.Next()) return -1;
   va_list arguments;
   va_start(arguments, format);
   const int length = std::vsnprintf(dest, destMax, format, arguments);

@@ -54,6 +54,7 @@ struct RecordingHost {
 
   CallFailure boundedCopies;   ///< memcpy_s and strncpy_s
   int boundedCopyResult = 34;  ///< what a failing one returns; nothing is copied
+  CallFailure formats;         ///< snprintf_s; a failing one returns -1 and writes nothing
   CallFailure stats;
   CallFailure opens;
   int fileError = 5;        ///< errno of a failing file call
