@@ -63,7 +63,7 @@ VARNEL_API std::string convertSlot2strDC(unsigned int neid, int bdid);
 /// 105. From slot 100 on the DC form is ambiguous: "10100" is shelf 101, slot 0.
 ///
 /// A bounded copy that fails is logged; its part is then read from what the buffer holds. An overflow of the sum of
-/// both parts, which takes such a failure, ends the process.
+/// both parts ends the process. It takes such a failure, or a negative slot behind a NUL.
 ///
 /// @param text  a NUL ends what is read of it, but not what its length is taken from.
 /// @return shelf * 256 + slot, in 32 bits; 0 for an empty text.
