@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <locale>
 
 #include "allocation.h"
+#include "foreign_locale.h"
 #include "recording_test.h"
 
 namespace VARNEL_TEST {
@@ -71,16 +71,10 @@ TEST_F(Report, NulEndsAnErrorButNotAWarning) {
   EXPECT_EQ(host.lines, (Lines{Warning(text, "str", "f"), Error("ErrorCode:0x7, a", "str", "f")}));
 }
 
-struct Grouping : std::numpunct<char> {
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
-
 TEST_F(Report, NumbersDoNotFollowTheGlobalLocale) {
-  const std::locale before = std::locale::global(std::locale(std::locale(), new Grouping));
+  const GroupingLocale locale;
   ReportWarning({"str", "f", 1}, Compose("n:", 10485760U));
   ReportError({"str", "f", 1}, 0x3B001400, Compose("n:", 4294967295U));
-  std::locale::global(before);
   EXPECT_EQ(host.lines,
             (Lines{Warning("n:10485760", "str", "f"), Error("ErrorCode:0x3b001400, n:4294967295", "str", "f")}));
 }

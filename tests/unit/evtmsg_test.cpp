@@ -4,7 +4,6 @@
 
 #include <clocale>
 #include <cstring>
-#include <locale>
 #include <memory>
 #include <new>
 #include <sstream>
@@ -17,6 +16,7 @@
 
 #include "allocation.h"
 #include "exact_text.h"
+#include "foreign_locale.h"
 #include "growth.h"
 #include "recording_test.h"
 
@@ -957,14 +957,9 @@ TEST_F(HugeReports, AreReadToTheirEnd) {
             (End{true, "FAIL", 5, "item", "old text " + word + ' '}));
 }
 
-struct Grouping : std::numpunct<char> {
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
-
 TEST_F(Event, NumbersDoNotFollowTheLocaleOfTheProgram) {
   ASSERT_NE(std::setlocale(LC_ALL, "C.utf8"), nullptr);
-  const std::locale before = std::locale::global(std::locale(std::locale::classic(), new Grouping));
+  const GroupingLocale locale;
   unsigned int read = 0;
   std::stringstream("1.234") >> read;
   EXPECT_EQ(read, 1234U) << "a stream does follow it";
@@ -974,7 +969,6 @@ TEST_F(Event, NumbersDoNotFollowTheLocaleOfTheProgram) {
   EXPECT_EQ(ReadScript("EVENT CAM RUN PROGRESS TOTAL_COMMANDS=1234 5.678 x"), (Counts{true, 5, 1234}));
   EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP SUCCESS 1.234"), (End{true, "SUCCESS", 1, "old item", "old text "}));
   EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP FAIL 1.234 a b"), (End{true, "FAIL", 1, "a", "old text b "}));
-  std::locale::global(before);
   std::setlocale(LC_ALL, "C");
 }
 

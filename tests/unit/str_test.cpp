@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <cctype>
-#include <clocale>
 #include <cstdlib>
 #include <cstring>
 #include <locale>
@@ -13,11 +12,11 @@
 
 #include "allocation.h"
 #include "chars.h"
+#include "foreign_locale.h"
 #include "growth.h"
 #include "literal_automaton.h"
 #include "recording_test.h"
 #include "stream_reader.h"
-#include "temp_folder.h"
 
 namespace VARNEL_TEST {
 namespace {
@@ -740,11 +739,6 @@ TEST_F(Str, ReaderTakesANulAsAnOrdinaryCharacter) {
   EXPECT_TRUE(reader.Failed());
 }
 
-struct Grouping : std::numpunct<char> {
-  char do_thousands_sep() const override { return '.'; }
-  std::string do_grouping() const override { return "\3"; }
-};
-
 // Takes A0 for a blank and E1 for the small letter of C1, as the ISO 8859 locales do.
 class ForeignCharacters : public std::ctype<char> {
  public:
@@ -795,29 +789,6 @@ TEST_F(Str, ResultsDoNotFollowTheGlobalStreamLocale) {
   ExpectResultsOfTheCLocale();
   std::locale::global(before);
 }
-
-// Compiles a Turkish ISO 8859 locale for the test, where the system can. There "i" has no "I" for its capital.
-class TurkishLocale {
- public:
-  TurkishLocale() {
-    const std::string command = "localedef -i tr_TR -f ISO-8859-9 " + m_folder.Path("iso8859-9") + " >/dev/null 2>&1";
-    if (std::system(command.c_str()) != 0) return;
-    setenv("LOCPATH", m_folder.Path().c_str(), 1);
-    m_isSet = std::setlocale(LC_ALL, "iso8859-9") != nullptr;
-  }
-  ~TurkishLocale() {
-    std::setlocale(LC_ALL, "C");
-    unsetenv("LOCPATH");
-  }
-  TurkishLocale(const TurkishLocale&) = delete;
-  TurkishLocale& operator=(const TurkishLocale&) = delete;
-
-  bool IsSet() const { return m_isSet; }
-
- private:
-  TempFolder m_folder;
-  bool m_isSet = false;
-};
 
 TEST_F(Str, ResultsDoNotFollowTheLocaleOfTheProcess) {
   const TurkishLocale locale;
