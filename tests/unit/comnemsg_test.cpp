@@ -136,6 +136,12 @@ class ComNEMsg : public RecordingTest {
     message.m_pMsg = nullptr;
   }
 
+  // Leaves memory for a block of this size that is not zero.
+  static void DirtyHeap(size_t size) {
+    const std::unique_ptr<char[]> block(new char[size]);
+    std::memset(block.get(), 'x', size);
+  }
+
   Lines CopyFailed(const std::string& text, const std::string& function) const {
     return {Error("ErrorCode:0x22, " + text, "comnemsg", function)};
   }
@@ -278,6 +284,7 @@ TEST_F(ComNEMsg, SetMsgWhoseCopyFailsShowsNoOldMemoryInANewBuffer) {
   CComNEMsg message(0);
   host.boundedCopies.FailAt(1);
   host.boundedCopyResult = -1;
+  DirtyHeap(4024);
   Set(message, Pattern(3000));
   ExpectBody(message, std::string(3000, '\0'), 4024);
   EXPECT_EQ(host.lines, Lines{Error("ErrorCode:0xffffffff, SetMsg:memcpy_s failed", "comnemsg", "SetMsg")});
@@ -288,6 +295,7 @@ TEST_F(ComNEMsg, SetBufLenOnlyEnlarges) {
   Set(message, Pattern(1000));
   FillHead(message);
   message.usMsgLen = 1000;
+  DirtyHeap(2001);
   message.SetBufLen(2000);
   ExpectBody(message, Pattern(1000), 2000);
   ExpectHead(message, 1000);
@@ -448,6 +456,7 @@ TEST_F(ComNEMsg, AddMsgWhoseCopyOfTheDataFailsClaimsTheLength) {
 TEST_F(ComNEMsg, AddMsgWhoseCopyOfTheDataFailsAfterGrowingClaimsTheLength) {
   CComNEMsg message(0);
   Set(message, Pattern(1000));
+  DirtyHeap(2124);
   host.boundedCopies.FailAt(2);
   Add(message, Pattern(100));
   ExpectBody(message, Pattern(1000) + std::string(100, '\0'), 2124);
