@@ -30,6 +30,9 @@ constexpr Subcommand SUBCOMMANDS[] = {
      "varnel report --connect 192.0.2.7:1400 --ne 0x1000001 --timeout 600", AddReport},
     {"tl1", "Cut a stream of bytes into TL1 messages and show their parts",
      "varnel tl1 --json --type autonomous --code '*C,**' capture.log", AddTl1},
+    {"slot", "Show a slot in every form it is written in", "varnel slot 3-5 305 0x0305 FAC-1-SLOT-3-5", AddSlot},
+    {"board", "Tell whether boards are system-control boards, and whether an element is of the Korvane family",
+     "varnel board --ne KVA-4210 --generation 50000 vcua", AddBoard},
 };
 
 constexpr char EXIT_STATUSES[] =

@@ -90,6 +90,10 @@ std::string Hex32(uint32_t number) {
   return text.str();
 }
 
+std::string Hex16(uint16_t number) {
+  return "0x" + Hex32(number).substr(6);
+}
+
 void Complain(std::string_view subject, std::string_view what) {
   std::cout.flush();
   std::cerr << "varnel: " << Escaped(subject) << ": " << what << '\n';

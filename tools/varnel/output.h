@@ -23,6 +23,9 @@ void PrintJson(const Json& object);
 /// Text that is safe on a terminal: control characters and bytes that are not UTF-8 become "\xNN".
 std::string Escaped(std::string_view text);
 
+/// "0x" and four digits.
+std::string Hex16(uint16_t number);
+
 /// "0x" and eight digits.
 std::string Hex32(uint32_t number);
 

@@ -19,5 +19,7 @@ std::function<int()> AddMakePackage(CLI::App& command);
 std::function<int()> AddColdPatch(CLI::App& command);
 std::function<int()> AddReport(CLI::App& command);
 std::function<int()> AddTl1(CLI::App& command);
+std::function<int()> AddSlot(CLI::App& command);
+std::function<int()> AddBoard(CLI::App& command);
 
 #endif
