@@ -103,7 +103,7 @@ void SetDcWord(SlotReading& reading, std::string_view digits, unsigned int numbe
     reading.notes.push_back("read plainly it is slot " + std::to_string(number) + ": " +
                             DescribeSlot(static_cast<uint16_t>(number)));
   if (const auto other = ThreeDigitSlot(digits))
-    reading.notes.push_back("elements of old generations write so " + DescribeSlot(*other));
+    reading.notes.push_back("it is also how old generations write " + DescribeSlot(*other));
 }
 
 void SetNumber(SlotReading& reading, const Position& position) {
