@@ -51,7 +51,8 @@ class SlotCommand {
 
  private:
   bool Show(const std::string& text) const {
-    const SlotReading reading = ReadSlotText(text);
+    SlotReading reading = ReadSlotText(text);
+    if (reading.word) NoteDcReadBack(reading);
     if (!reading.error.empty()) Complain(text, reading.error);
     if (m_json || !reading.word) {
       for (const std::string& note : reading.notes)
@@ -66,6 +67,15 @@ class SlotCommand {
   }
 
   std::optional<std::string> Dc(uint16_t word) const { return DcText(m_generation.value_or(OLD_GENERATION), word); }
+
+  // From slot 100 on the DC form has three digits of slot, and would be read as another slot.
+  void NoteDcReadBack(SlotReading& reading) const {
+    const auto text = Dc(*reading.word);
+    const unsigned int readBack = text ? VARNEL_COMMON::convertSlotDC(*text) : *reading.word;
+    if (readBack == *reading.word) return;
+    reading.notes.push_back("its DC form reads back as shelf " + std::to_string(readBack >> 8) + ", slot " +
+                            std::to_string(readBack & 0xFF));
+  }
 
   void PrintAsJson(const std::string& text, const SlotReading& reading) const {
     Json object = {{"text", text},      {"word", nullptr}, {"shelf", nullptr}, {"slot", nullptr},

@@ -183,22 +183,11 @@ SlotReading ReadAnyForm(std::string_view text) {
   return ReadParameter(text);
 }
 
-// Where the DC form of the slot, which elements write, would be read as another slot.
-void NoteDcReadBack(SlotReading& reading) {
-  const auto text = DcText(OLD_GENERATION, *reading.word);
-  if (!text) return;
-  const unsigned int readBack = VARNEL_COMMON::convertSlotDC(*text);
-  if (readBack == *reading.word) return;
-  reading.notes.push_back("its DC form reads back as shelf " + std::to_string(readBack >> 8) + ", slot " +
-                          std::to_string(readBack & 0xFF));
-}
-
 }  // namespace
 
 SlotReading ReadSlotText(std::string_view text) {
   SlotReading reading = ReadAnyForm(Trimmed(text));
   if (reading.word == 0) reading.notes.emplace_back("the word 0 means no slot");
-  if (reading.word) NoteDcReadBack(reading);
   return reading;
 }
 
