@@ -1,3 +1,5 @@
+#include <spdlog/spdlog.h>
+
 #include "row.h"
 #include "services.h"
 
@@ -23,7 +25,12 @@ const char* NameOf(Kind kind) {
 
 int main(int argc, char** argv) {
   using namespace VARNEL_BENCH;
+  // Without a sink: what is refused is part of a measurement, writing about it is not.
+  spdlog::register_logger(std::make_shared<spdlog::logger>("transcommon_log"));
   AddStrings();
+  AddCmdStr();
+  AddComNEMsg();
+  AddFiles();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return EXIT_FAILURE;
   benchmark::RunSpecifiedBenchmarks();

@@ -5,6 +5,11 @@ namespace VARNEL_BENCH {
 
 /// Each registers the rows of one service.
 void AddStrings();
+void AddCmdStr();
+void AddComNEMsg();
+void AddFiles();
+void AddCommand();
+void AddScaling();
 
 }  // namespace VARNEL_BENCH
 

@@ -1,0 +1,91 @@
+#ifndef VARNEL_BENCH_FILE_PEERS_H
+#define VARNEL_BENCH_FILE_PEERS_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// What the file services are measured beside: the same work as others would do it.
+namespace VARNEL_BENCH {
+
+/// An open file that closes itself.
+class Descriptor {
+ public:
+  explicit Descriptor(const std::string& path);
+  ~Descriptor();
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  int get() const { return m_descriptor; }
+
+ private:
+  int m_descriptor;
+};
+
+/// A whole file mapped for reading.
+class Mapped {
+ public:
+  explicit Mapped(const std::string& path);
+  ~Mapped();
+  Mapped(const Mapped&) = delete;
+  Mapped& operator=(const Mapped&) = delete;
+
+  std::string_view Bytes() const { return m_bytes; }
+
+  /// Takes the next line, without its line feed; false at the end.
+  bool NextLine(std::string_view& line);
+
+ private:
+  std::string_view m_bytes;
+  std::string_view m_rest;
+};
+
+/// The lines of getline(3).
+class CLines {
+ public:
+  explicit CLines(const std::string& path);
+  ~CLines();
+  CLines(const CLines&) = delete;
+  CLines& operator=(const CLines&) = delete;
+
+  /// As Mapped::NextLine(); the line lives until the next one is read.
+  bool NextLine(std::string_view& line);
+
+ private:
+  FILE* m_file;
+  char* m_line = nullptr;
+  size_t m_size = 0;
+};
+
+/// What is read from the heads of a software file.
+struct Heads {
+  bool valid = false;
+  unsigned int type = 0, extension = 0, payload = 0;
+  std::string link, version;
+};
+
+bool operator==(const Heads& a, const Heads& b);
+
+Heads ReadHeadsByPread(const std::string& path);
+Heads ReadHeadsByStream(const std::string& path);
+
+struct Entry {
+  std::string name, kind;
+  unsigned int size;
+};
+
+/// What is read from a package description.
+struct Description {
+  std::string version;
+  std::vector<Entry> entries;
+};
+
+Description DescribeMapped(const std::string& path);
+Description DescribeByCLines(const std::string& path);
+Description DescribeByBoost(const std::string& path);
+Description DescribeByStreams(const std::string& path);
+Description DescribeByCsv(const std::string& path);
+
+}  // namespace VARNEL_BENCH
+
+#endif
