@@ -37,11 +37,12 @@ class Vector {
  public:
   explicit Vector(size_t buffer) { m_body.reserve(buffer); }
   void Set(std::string_view data) {
-    m_body.assign(data.begin(), data.end());
-    m_length = static_cast<uint16_t>(m_body.size());
+    m_body.clear();
+    Add(data);
   }
   void Add(std::string_view data) {
-    m_body.insert(m_body.end(), data.begin(), data.end());
+    const auto* bytes = reinterpret_cast<const uint8_t*>(data.data());
+    m_body.insert(m_body.end(), bytes, bytes + data.size());
     m_length = static_cast<uint16_t>(m_body.size());
   }
   std::string_view Body() const { return {reinterpret_cast<const char*>(m_body.data()), m_length}; }

@@ -61,7 +61,8 @@ bool TakeTexts(std::string_view link, std::string_view version, Heads& heads) {
   const size_t marker = link.find("-> ");
   if (marker == std::string_view::npos) return false;
   heads.link = link.substr(marker + 3);
-  heads.version = version.substr(0, version.find_first_of(std::string_view("T\0", 2)));
+  version = version.substr(0, version.find('T'));
+  heads.version = version.substr(0, version.find('\0'));
   return true;
 }
 
@@ -92,11 +93,16 @@ class Rest {
   std::string m_long;
 };
 
+bool IsBlank(char c) {
+  return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 std::string_view Trimmed(std::string_view text) {
-  constexpr std::string_view BLANKS = " \t\n\v\f\r";
-  const size_t start = text.find_first_not_of(BLANKS);
-  if (start == std::string_view::npos) return {};
-  return text.substr(start, text.find_last_not_of(BLANKS) - start + 1);
+  while (!text.empty() && IsBlank(text.front()))
+    text.remove_prefix(1);
+  while (!text.empty() && IsBlank(text.back()))
+    text.remove_suffix(1);
+  return text;
 }
 
 std::string_view Visible(std::string_view line) {

@@ -31,6 +31,8 @@ int main(int argc, char** argv) {
   AddCmdStr();
   AddComNEMsg();
   AddFiles();
+  AddCommand();
+  AddScaling();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return EXIT_FAILURE;
   benchmark::RunSpecifiedBenchmarks();
