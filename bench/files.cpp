@@ -217,7 +217,7 @@ void AddFiles() {
   for (const size_t size : GROWTH_SIZES) {
     size_t bytes = 0;
     const std::string path = Package(size / 48, bytes);
-    if (size / 48 > 0) Growth("CPkgFile", bytes, Describing(path));
+    Growth("CPkgFile", bytes, Describing(path));
     Growth("isColdPatch", bytes, [path] { return isColdPatch(path); });
   }
 }
