@@ -25,13 +25,14 @@ def warn(text):
 class Measurement:
     """What all repetitions of one benchmark gave, in nanoseconds."""
 
-    def __init__(self, name):
+    def __init__(self, name, order):
         parts = re.sub(r"(/(real_time|threads:\d+|repeats:\d+|min_time:[^/]*))+$", "", name).split("/")
         self.service, self.case, self.kind = parts[:3]
         self.against = "/".join(parts[3:])
         self.clock = "real_time" if "/real_time" in name else "cpu_time"
         self.times = []
         self.bytes = 0
+        self.order = order
 
     def add(self, run):
         time = run[self.clock] * NANOSECONDS[run["time_unit"]]
@@ -54,7 +55,7 @@ class Row:
 
     def goal_for(self, size):
         limit = 0.67 if size >= LARGE_INPUT else 0.5
-        return {"peer": 1, "obvious": 3, "other": None}.get(self.kind, limit)
+        return {"peer": 1, "obvious": 3, "other": None, "limit": limit, "linear": 0.67}[self.kind]
 
     @property
     def missed(self):
@@ -77,10 +78,11 @@ def read_runs(paths):
             if run.get("error_occurred"):
                 failures.append(f'{run["name"]}: {run["error_message"]}')
             else:
-                measurements.setdefault(run["name"], Measurement(run["run_name"])).add(run)
+                measurement = Measurement(run["run_name"], run["family_index"])
+                measurements.setdefault(run["name"], measurement).add(run)
     if failures or not measurements:
         sys.exit("\n".join(failures) or "report.py: nothing was measured")
-    return list(measurements.values()), context
+    return sorted(measurements.values(), key=lambda m: m.order), context
 
 
 def compared_rows(measurements):
@@ -93,8 +95,8 @@ def compared_rows(measurements):
             rows.append(Row(ours[m.service, m.case], m.service, m.case, m.against, m.kind, m.time))
         else:
             warn(f"{m.service}, {m.case}: there is no measurement of ours beside {m.against}")
-    order = {service: i for i, service in enumerate(dict.fromkeys(m.service for m in measurements))}
-    return sorted(rows, key=lambda row: order[row.service])
+    order = {case: i for i, case in enumerate(dict.fromkeys((m.service, m.case) for m in measurements))}
+    return sorted(rows, key=lambda row: (row.service.lower(), order[row.service, row.case]))
 
 
 def scaling_rows(measurements):
@@ -250,7 +252,7 @@ def sizing_text(measurements):
     report = event.time + message.time
     every = (("second", 1), ("minute", 60), ("hour", 3600))
     elements = table(["One report a", "Elements that one core can follow"],
-                     [[name, f"{int(seconds * SECOND / report):,}"] for name, seconds in every])
+                     [[name, f"{float(f'{seconds * SECOND / report:.3g}'):,.0f}"] for name, seconds in every])
     million = 10**6
     files = table(["A check of a million files", "Takes"], [
         ["their heads, `readZEPFileHead`", duration(heads.time * million)],
@@ -312,14 +314,14 @@ def write_plot(path, points):
 set terminal svg noenhanced size 900,560 font 'sans-serif,13' background 'white'
 set output '{path}'
 set logscale xy
-set format x '10^%T'
+set format '1e%T'
 set xlabel 'input size in bytes'
 set ylabel 'time in ns'
 set key left top
 set grid
 plot {curves}
 """
-    subprocess.run(["gnuplot"], input=script.replace("10^%T", "1e%T"), text=True, check=True)
+    subprocess.run(["gnuplot"], input=script, text=True, check=True)
 
 
 def write_page(path, measurements, context, rows, scaling, build):
