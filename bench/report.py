@@ -311,13 +311,13 @@ def write_plot(path, points):
               for i, series in enumerate(points.values())]
     curves = ", ".join(f"$series{i} with linespoints title '{name}'" for i, name in enumerate(points))
     script = "".join(blocks) + f"""
-set terminal svg noenhanced size 900,560 font 'sans-serif,13' background 'white'
+set terminal svg noenhanced size 1000,560 font 'sans-serif,13' background 'white'
 set output '{path}'
 set logscale xy
 set format '1e%T'
 set xlabel 'input size in bytes'
 set ylabel 'time in ns'
-set key left top
+set key outside right
 set grid
 plot {curves}
 """
