@@ -142,7 +142,9 @@ def duration(nanoseconds):
 def significant(number):
     if number >= 100:
         return f"{number:.0f}"
-    return f"{number:.2f}" if number < 10 else f"{number:.1f}"
+    if number >= 10:
+        return f"{number:.1f}"
+    return f"{number:.2f}" if number >= 0.1 else f"{number:.2g}"
 
 
 def cell(text):
@@ -300,7 +302,7 @@ def write_csv(path, rows):
     with open(path, "w", newline="", encoding="utf-8") as file:
         writer = csv.writer(file, lineterminator="\n")
         writer.writerow(["service", "case", "against", "kind", "ratio"])
-        writer.writerows([r.service, r.case, r.against, r.csv_kind, f"{r.ratio:.3f}"] for r in rows)
+        writer.writerows([r.service, r.case, r.against, r.csv_kind, f"{r.ratio:.4g}"] for r in rows)
 
 
 def write_plot(path, points):
