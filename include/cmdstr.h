@@ -1,7 +1,7 @@
 #ifndef VARNEL_CMDSTR_H
 #define VARNEL_CMDSTR_H
 
-#include <list>
+#include <vector>
 
 #include "varnel_export.h"
 
@@ -11,6 +11,8 @@ namespace VARNEL_COMMON {
 struct CmdStrPiece {
   char* pData;        ///< the characters, without a terminator; owned by the CCmdStr
   unsigned int nLen;  ///< number of characters
+  unsigned int
+      nBlockLen;  ///< size of the memory block that begins with this piece; 0 where it lies further back in one
 };
 
 /// A command or report text that is put together piece by piece and read as one NUL-terminated text.
@@ -61,9 +63,12 @@ class VARNEL_API CCmdStr {
   int AddSnMML(unsigned short usSn);
 
  private:
+  char* NewPiece(unsigned int length);
+
   char* m_pCmdBuf;
-  std::list<CmdStrPiece> m_lstAddBuf;
+  std::vector<CmdStrPiece> m_lstAddBuf;
   unsigned int m_nBufLen;
+  unsigned int m_nBlockRoom;  ///< free bytes behind the last piece
 };
 
 }  // namespace VARNEL_COMMON

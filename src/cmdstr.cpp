@@ -14,6 +14,8 @@ namespace {
 
 constexpr char MODULE[] = "cmdstr";
 constexpr unsigned int MAX_LENGTH = 10485760;  // 10 MiB; callers rely on it, it never changes
+constexpr unsigned int SMALLEST_BLOCK = 128;
+constexpr unsigned int LARGEST_BLOCK = 65536;
 
 void WipeAndFree(char* text, size_t length) {
   if (text == nullptr) return;
@@ -40,7 +42,7 @@ void MergeCopy(char* dest, size_t destMax, const char* src, size_t count) {
 
 }  // namespace
 
-CCmdStr::CCmdStr() : m_pCmdBuf(nullptr), m_nBufLen(0) {}
+CCmdStr::CCmdStr() : m_pCmdBuf(nullptr), m_nBufLen(0), m_nBlockRoom(0) {}
 
 CCmdStr::CCmdStr(const CCmdStr& other) : CCmdStr() {
   SetMsg(const_cast<CCmdStr&>(other).GetMsg());
@@ -81,10 +83,24 @@ void CCmdStr::AddMsg(const char* pszMsg) {
     length = room;
   }
   if (length == 0) return;
-  auto data = std::make_unique<char[]>(length);
-  m_lstAddBuf.push_back({data.get(), static_cast<unsigned int>(length)});
-  CopyOrClear(data.release(), length, pszMsg, length);
+  CopyOrClear(NewPiece(static_cast<unsigned int>(length)), length, pszMsg, length);
   m_nBufLen += static_cast<unsigned int>(length);
+}
+
+// Pieces share blocks of memory, which grow with the text.
+char* CCmdStr::NewPiece(unsigned int length) {
+  if (length <= m_nBlockRoom) {
+    const CmdStrPiece& last = m_lstAddBuf.back();
+    m_lstAddBuf.push_back({last.pData + last.nLen, length, 0});
+    m_nBlockRoom -= length;
+  } else {
+    const unsigned int size = std::max(length, std::clamp(m_nBufLen, SMALLEST_BLOCK, LARGEST_BLOCK));
+    auto block = std::make_unique<char[]>(size);
+    m_lstAddBuf.push_back({block.get(), length, size});
+    static_cast<void>(block.release());
+    m_nBlockRoom = size - length;
+  }
+  return m_lstAddBuf.back().pData;
 }
 
 const char* CCmdStr::GetMsg() {
@@ -124,12 +140,13 @@ void CCmdStr::EmptyMsg() {
   size_t merged = m_nBufLen;  // without the pieces: the text that m_pCmdBuf holds, also what is behind a NUL in it
   for (const CmdStrPiece& piece : m_lstAddBuf) {
     merged -= piece.nLen;
-    WipeAndFree(piece.pData, piece.nLen);
+    if (piece.nBlockLen > 0) WipeAndFree(piece.pData, piece.nBlockLen);
   }
   WipeAndFree(m_pCmdBuf, merged);
   m_pCmdBuf = nullptr;
-  m_lstAddBuf.clear();
+  std::vector<CmdStrPiece>().swap(m_lstAddBuf);
   m_nBufLen = 0;
+  m_nBlockRoom = 0;
 }
 
 int CCmdStr::AddSnMML(unsigned short usSn) {
