@@ -1,9 +1,11 @@
 #include "publicdata.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
 #include <string_view>
+#include <utility>
 
 #include "big_endian.h"
 #include "common.h"
@@ -74,8 +76,8 @@ bool ReadVersionText(const FileHandle& file, unsigned short length, std::string&
   if (length == 0 || length == NO_VERSION) return true;
   std::string text(length, '\0');
   if (!Read(file, text.data(), length)) return false;
-  constexpr std::string_view ENDS("T\0", 2);
-  versionText = text.substr(0, text.find_first_of(ENDS));
+  text.resize(std::min({text.find('T'), text.find('\0'), text.size()}));
+  versionText = std::move(text);
   return true;
 }
 
@@ -114,6 +116,7 @@ unsigned int GetUCCheckSum(const char* data, int len) {
 
 unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::string& linkTarget,
                              std::string& versionText, unsigned int& extWord, unsigned int& payloadOffset) {
+  char buffer[1024];  // outlives the file, which would get memory of its own for much more than the heads
   const FileHandle file = OpenForReading(path);
   if (file == nullptr) {
     const int error = errno;
@@ -121,6 +124,7 @@ unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::
                   Compose("readZEPFileHead(): KELP_OS::fopen failed! filename:", path, ". errno:", error));
     return CANNOT_OPEN;
   }
+  std::setvbuf(file.get(), buffer, _IOFBF, sizeof buffer);
   ZEP_DIR_HEAD dirHead;
   if (!ReadHead(file, DIR_MAGIC, dirHead)) return INVALID_HEAD;
   const uint32_t gap = uint32_t{dirHead.usGapLen26} + dirHead.usGapLen32 + dirHead.usGapLen34 + dirHead.usGapLen36;

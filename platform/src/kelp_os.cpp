@@ -29,6 +29,8 @@ int OpenFlags(const char* mode) {
 }
 
 bool WouldBlock(int descriptor) {
+  // Asking for the position tells usual files from the others faster than fstat() does.
+  if (lseek(descriptor, 0, SEEK_CUR) != -1) return false;
   struct ::stat status;
   return fstat(descriptor, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
 }
