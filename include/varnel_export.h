@@ -1,11 +1,14 @@
 #ifndef VARNEL_EXPORT_H
 #define VARNEL_EXPORT_H
 
-/// Marks what the shared library exports; everything else in it is hidden.
+/// VARNEL_API marks what the shared library exports; everything else in it is hidden. VARNEL_INTERNAL hides single
+/// members of an exported class.
 #ifdef __GNUC__
 #define VARNEL_API __attribute__((visibility("default")))
+#define VARNEL_INTERNAL __attribute__((visibility("hidden")))
 #else
 #define VARNEL_API
+#define VARNEL_INTERNAL
 #endif
 
 #endif
