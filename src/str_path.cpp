@@ -34,7 +34,8 @@ void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath
   const bool isBareName = !path.empty() && nameStart == 0;
   std::string name = path.substr(nameStart);
   path.resize(nameStart);
-  filePath = isBareName ? "/" : std::move(path);
+  if (isBareName) path = "/";
+  filePath = std::move(path);
   fileName = std::move(name);
 }
 

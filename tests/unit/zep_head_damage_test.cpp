@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <cstring>
 #include <filesystem>
@@ -70,6 +72,41 @@ TEST_F(DamagedZepHead, ReadErrorBehindEveryByteIsReported) {
     EXPECT_EQ(host.lines, size < tail ? Lines{ShortRead(5)} : Lines{}) << size;
     EXPECT_EQ(OpenDescriptors(), descriptors) << size;
   }
+}
+
+// The reading end of a pipe that holds some bytes: a file that can be read, but has no positions.
+class Unseekable {
+ public:
+  explicit Unseekable(const std::string& bytes) {
+    EXPECT_EQ(pipe(m_ends.data()), 0);
+    EXPECT_EQ(write(m_ends[1], bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    close(m_ends[1]);
+  }
+  ~Unseekable() { close(m_ends[0]); }
+  Unseekable(const Unseekable&) = delete;
+  Unseekable& operator=(const Unseekable&) = delete;
+  std::string Path() const { return "/proc/self/fd/" + std::to_string(m_ends[0]); }
+
+ private:
+  std::array<int, 2> m_ends{-1, -1};
+};
+
+TEST_F(DamagedZepHead, GapThatCannotBeSkippedIsRefused) {
+  EXPECT_EQ(ReadPath(Unseekable(full.Bytes()).Path()), Outcome{INVALID_HEAD});
+  EXPECT_EQ(host.lines, Lines{});
+}
+
+TEST_F(DamagedZepHead, AreaThatCannotBeSkippedIsRefused) {
+  SoftwareFile file;
+  file.skipped = "skipped";
+  Outcome outcome{INVALID_HEAD};
+  outcome.payloadOffset = static_cast<unsigned int>(128 + 7 + file.link.size() + file.version.size());
+  EXPECT_EQ(ReadPath(Unseekable(file.Bytes()).Path()), outcome);
+  EXPECT_EQ(host.lines, Lines{});
+}
+
+TEST_F(DamagedZepHead, FileWithoutPositionsIsReadWhereNothingIsSkipped) {
+  EXPECT_EQ(ReadPath(Unseekable(SoftwareFile().Bytes()).Path()).result, 0U);
 }
 
 TEST_F(DamagedZepHead, FormerErrorsDoNotGetIntoTheReport) {
