@@ -1,16 +1,13 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spdlog/sinks/base_sink.h>
 #include <spdlog/spdlog.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <memory>
-#include <mutex>
 #include <string>
-#include <vector>
 
 #include "cmdstr.h"
+#include "logged_test.h"
 #include "pkgfile.h"
 #include "publicdata.h"
 #include "software_file.h"
@@ -25,42 +22,14 @@ using namespace VARNEL_COMMON;
 constexpr unsigned int CANNOT_OPEN = 0x3BA00013;
 constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
 
-class Recorder : public spdlog::sinks::base_sink<std::mutex> {
- public:
-  std::vector<std::string> lines;
-
+class LibraryOnPlatform : public LoggedTest {
  protected:
-  void sink_it_(const spdlog::details::log_msg& message) override {
-    const auto level = spdlog::level::to_string_view(message.level);
-    lines.push_back(std::string(level.data(), level.size()) + ' ' + message.source.filename +
-                    "::" + message.source.funcname + ' ' + std::string(message.payload.data(), message.payload.size()));
-  }
-  void flush_() override {}
-};
-
-using Lines = std::vector<std::string>;
-
-// The library over the bundled platform, with a logger of the program's own. A call that waits ends the process.
-class LibraryOnPlatform : public ::testing::Test {
- protected:
-  LibraryOnPlatform() {
-    spdlog::register_logger(std::make_shared<spdlog::logger>("transcommon_log", recorder));
-    alarm(20);
-  }
-  ~LibraryOnPlatform() override {
-    alarm(0);
-    spdlog::drop_all();
-  }
-
-  const Lines& Log() const { return recorder->lines; }
-
   std::string MakeFifo() const {
     const std::string path = folder.Path("fifo");
     EXPECT_EQ(mkfifo(path.c_str(), 0666), 0);
     return path;
   }
 
-  const std::shared_ptr<Recorder> recorder = std::make_shared<Recorder>();
   const TempFolder folder;
 };
 
