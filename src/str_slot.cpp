@@ -1,8 +1,8 @@
 #include <cstring>
 #include <string_view>
 
+#include "slot_reader.h"
 #include "str.h"
-#include "stream_reader.h"
 
 namespace VARNEL_COMMON {
 
@@ -14,13 +14,7 @@ bool ParseTL1SlotID(const char* text, unsigned short& shelf, unsigned short& slo
 
 bool ParseMMLSlotID(const char* text, unsigned short& shelf, unsigned short& slot) {
   if (text == nullptr) return false;
-  StreamReader reader(text);
-  if (std::strchr(text, '-') != nullptr) {
-    char separator;
-    reader.Read(shelf);
-    reader.Read(separator);
-  }
-  reader.Read(slot);
+  ReadShelfAndSlot(text, shelf, slot);
   return true;
 }
 

@@ -9,6 +9,7 @@
 #include "checked_math.h"
 #include "common.h"
 #include "platform/annex_k.h"
+#include "slot_reader.h"
 #include "stream_reader.h"
 
 namespace VARNEL_COMMON {
@@ -99,13 +100,7 @@ std::string WSlotIDi2Hexstr(unsigned short slotId) {
 unsigned short WSlotIDstr2i(const std::string& text) {
   unsigned short shelf = 0;
   unsigned short slot = 0;
-  StreamReader reader(text);
-  if (text.find('-') != std::string::npos) {
-    char separator;
-    reader.Read(shelf);
-    reader.Read(separator);
-  }
-  reader.Read(slot);
+  ReadShelfAndSlot(text, shelf, slot);
   return static_cast<unsigned short>((shelf << 8) + slot);
 }
 
