@@ -81,14 +81,7 @@ std::string Repeated(const std::string& unit, size_t count) {
   return text;
 }
 
-template <typename Class, typename Member>
-size_t Offset(const Class& object, const Member& member) {
-  return static_cast<size_t>(reinterpret_cast<const char*>(&member) - reinterpret_cast<const char*>(&object));
-}
-
 TEST_F(Event, ClassesAreOneFamily) {
-  EXPECT_TRUE(std::is_polymorphic_v<CEvtMsg>);
-  EXPECT_TRUE(std::has_virtual_destructor_v<CEvtMsg>);
   EXPECT_TRUE((std::is_convertible_v<CVNPackGuageEvt*, CEvtMsg*>));
   EXPECT_TRUE((std::is_convertible_v<CVNScriptFileGuageEvt*, CEvtMsg*>));
   EXPECT_TRUE((std::is_convertible_v<CVNScriptFileEndEvt*, CEvtMsg*>));
@@ -103,82 +96,6 @@ TEST_F(Event, IsCopiedByDuplicateOnly) {
   EXPECT_FALSE(IS_COPYABLE<CVNPackGuageEvt>);
   EXPECT_FALSE(IS_COPYABLE<CVNScriptFileGuageEvt>);
   EXPECT_FALSE(IS_COPYABLE<CVNScriptFileEndEvt>);
-}
-
-TEST_F(Event, MembersFollowTheTableOfFunctionsInOrder) {
-  const CEvtMsg event;
-  EXPECT_EQ(Offset(event, event.m_strEvtKey), sizeof(void*));
-  EXPECT_EQ(Offset(event, event.m_dwUserData1), sizeof(void*) + sizeof(std::string));
-  EXPECT_EQ(Offset(event, event.m_dwUserData2), Offset(event, event.m_dwUserData1) + 4);
-  EXPECT_EQ(Offset(event, event.m_dwNEID), Offset(event, event.m_dwUserData2) + 4);
-  EXPECT_GE(Offset(event, event.m_cmd), Offset(event, event.m_dwNEID) + 4);
-  EXPECT_EQ(Offset(event, event.m_cmd) + sizeof event.m_cmd, sizeof event);
-}
-
-TEST_F(Event, MembersOfDerivedClassesFollowInOrder) {
-  const CVNPackGuageEvt package;
-  EXPECT_EQ(Offset(package, package.m_dwDoneNum), sizeof(CEvtMsg));
-  EXPECT_EQ(Offset(package, package.m_dwTotalNum), sizeof(CEvtMsg) + 4);
-  const CVNScriptFileGuageEvt script;
-  EXPECT_EQ(Offset(script, script.m_dwDoneNum), sizeof(CEvtMsg));
-  EXPECT_EQ(Offset(script, script.m_dwTotalNum), sizeof(CEvtMsg) + 4);
-  const CVNScriptFileEndEvt end;
-  EXPECT_EQ(Offset(end, end.m_strResult), sizeof(CEvtMsg));
-  EXPECT_EQ(Offset(end, end.m_strResultItem), sizeof(CEvtMsg) + sizeof(std::string));
-  EXPECT_EQ(Offset(end, end.m_strResultText), sizeof(CEvtMsg) + 2 * sizeof(std::string));
-  EXPECT_EQ(Offset(end, end.m_dwResultCode), sizeof(CEvtMsg) + 3 * sizeof(std::string));
-  EXPECT_EQ(Offset(end, end.m_dwExtra), sizeof(CEvtMsg) + 3 * sizeof(std::string) + 4);
-}
-
-// Leaves a trace of each call, so that a slot called by its number tells which function it holds.
-class Traced : public CEvtMsg {
- public:
-  explicit Traced(std::string& trace) : m_trace(trace) {}
-  ~Traced() override { m_trace += "destructor "; }
-  bool IsMyEvt(const char* report) override {
-    m_trace += "IsMyEvt "s + report + ' ';
-    return true;
-  }
-  bool HandleReport(const char* report) override {
-    m_trace += "HandleReport "s + report + ' ';
-    return false;
-  }
-  CEvtMsg* Duplicate() override {
-    m_trace += "Duplicate ";
-    return this;
-  }
-
- private:
-  std::string& m_trace;
-};
-
-template <typename Function>
-Function Slot(const CEvtMsg& event, size_t number) {
-  const Function* table;
-  std::memcpy(&table, static_cast<const void*>(&event), sizeof table);
-  return table[number];
-}
-
-TEST_F(Event, VirtualFunctionsStandInOrder) {
-  using Destructor = void (*)(CEvtMsg*);
-  using Question = bool (*)(CEvtMsg*, const char*);
-  using Copy = CEvtMsg* (*)(CEvtMsg*);
-  std::string trace;
-  const size_t live = LiveAllocations();
-  CEvtMsg* event = new Traced(trace);
-  EXPECT_TRUE(Slot<Question>(*event, 2)(event, "a"));
-  EXPECT_FALSE(Slot<Question>(*event, 3)(event, "b"));
-  EXPECT_EQ(Slot<Copy>(*event, 4)(event), event);
-  Slot<Destructor>(*event, 1)(event);
-  EXPECT_EQ(trace, "IsMyEvt a HandleReport b Duplicate destructor ");
-  trace = {};
-  trace.shrink_to_fit();
-  EXPECT_EQ(LiveAllocations(), live) << "the second slot also frees";
-
-  alignas(Traced) unsigned char memory[sizeof(Traced)];
-  CEvtMsg* placed = new (memory) Traced(trace);
-  Slot<Destructor>(*placed, 0)(placed);
-  EXPECT_EQ(trace, "destructor ");
 }
 
 void ExpectDefaults(CEvtMsg& event) {

@@ -6,10 +6,12 @@
 #include <cstdint>
 #include <cstring>
 #include <list>
+#include <new>
 #include <string>
 #include <type_traits>
 #include <vector>
 
+#include "allocation.h"
 #include "private_access.h"
 #include "varnel_common.h"
 
@@ -17,6 +19,7 @@ namespace VARNEL_TEST {
 namespace {
 
 using namespace VARNEL_COMMON;
+using namespace std::string_literals;
 
 VARNEL_PRIVATE_MEMBER(CommandBuffer, CCmdStr, m_pCmdBuf, char*)
 VARNEL_PRIVATE_MEMBER(CommandPieces, CCmdStr, m_lstAddBuf, std::list<CmdStrPiece>)
@@ -135,6 +138,7 @@ TEST(Layout, Tl1ParserIsElevenTextsTypeAndPosition) {
 
 TEST(Layout, LineReaderIsBufferSizeAndPosition) {
   const Vnifstream reader("");
+  EXPECT_TRUE(std::is_standard_layout_v<Vnifstream>);
   EXPECT_EQ(Offsets(reader, LineBuffer(), LineBufferSize(), LinePosition()), (Sizes{0, POINTER, POINTER + 4}));
   EXPECT_EQ(sizeof(Vnifstream), POINTER + 8);
 }
@@ -210,20 +214,53 @@ TEST(Layout, EventsOverrideAllButIsMyEvt) {
   ExpectOverrides<CVNScriptFileEndEvt>();
 }
 
-// As a caller that knows the table only.
-TEST(Layout, SlotsDoWhatTheirPlaceSays) {
-  CVNPackGuageEvt event;
-  event.m_strEvtKey = "done=";
-  const char* report = "status=completed done=1 total=4 ";
-  using Predicate = bool (*)(CEvtMsg*, const char*);
-  using Copier = CEvtMsg* (*)(CEvtMsg*);
-  using Deleter = void (*)(CEvtMsg*);
-  EXPECT_TRUE(reinterpret_cast<Predicate>(SlotAt(&event, IS_MY_EVT))(&event, report));
-  EXPECT_TRUE(reinterpret_cast<Predicate>(SlotAt(&event, HANDLE_REPORT))(&event, report));
-  EXPECT_EQ(event.GetGuage(), 25U);
-  CEvtMsg* copy = reinterpret_cast<Copier>(SlotAt(&event, DUPLICATE))(&event);
-  EXPECT_EQ(copy->m_strEvtKey, "done=");
-  reinterpret_cast<Deleter>(SlotAt(copy, DELETE))(copy);
+// Leaves a trace of each call, so that a slot called by its number tells which function it holds.
+class Traced : public CEvtMsg {
+ public:
+  explicit Traced(std::string& trace) : m_trace(trace) {}
+  ~Traced() override { m_trace += "destructor "; }
+  bool IsMyEvt(const char* report) override {
+    m_trace += "IsMyEvt "s + report + ' ';
+    return true;
+  }
+  bool HandleReport(const char* report) override {
+    m_trace += "HandleReport "s + report + ' ';
+    return false;
+  }
+  CEvtMsg* Duplicate() override {
+    m_trace += "Duplicate ";
+    return this;
+  }
+
+ private:
+  std::string& m_trace;
+};
+
+template <typename Function>
+Function CallOf(const CEvtMsg& event, size_t slot) {
+  return reinterpret_cast<Function>(SlotAt(&event, slot));
+}
+
+TEST(Layout, SlotsHoldWhatTheirPlaceSays) {
+  using Destructor = void (*)(CEvtMsg*);
+  using Question = bool (*)(CEvtMsg*, const char*);
+  using Copy = CEvtMsg* (*)(CEvtMsg*);
+  std::string trace;
+  const size_t live = LiveAllocations();
+  CEvtMsg* event = new Traced(trace);
+  EXPECT_TRUE(CallOf<Question>(*event, IS_MY_EVT)(event, "a"));
+  EXPECT_FALSE(CallOf<Question>(*event, HANDLE_REPORT)(event, "b"));
+  EXPECT_EQ(CallOf<Copy>(*event, DUPLICATE)(event), event);
+  CallOf<Destructor>(*event, DELETE)(event);
+  EXPECT_EQ(trace, "IsMyEvt a HandleReport b Duplicate destructor ");
+  trace = {};
+  trace.shrink_to_fit();
+  EXPECT_EQ(LiveAllocations(), live) << "the second slot also frees";
+
+  alignas(Traced) unsigned char memory[sizeof(Traced)];
+  CEvtMsg* placed = new (memory) Traced(trace);
+  CallOf<Destructor>(*placed, DESTROY)(placed);
+  EXPECT_EQ(trace, "destructor ");
 }
 
 TEST(Layout, PackageHasNoOperationButItsDestructor) {

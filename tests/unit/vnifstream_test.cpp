@@ -8,7 +8,6 @@
 #include <memory>
 #include <new>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include "allocation.h"
@@ -74,12 +73,6 @@ class LineReader : public RecordingTest {
 
   TempFolder folder;
 };
-
-TEST_F(LineReader, HasNoVirtualOperations) {
-  EXPECT_FALSE(std::is_polymorphic_v<Vnifstream>);
-  EXPECT_TRUE(std::is_standard_layout_v<Vnifstream>);
-  EXPECT_EQ(sizeof(Vnifstream), sizeof(char*) + 2 * sizeof(unsigned int));
-}
 
 TEST_F(LineReader, SplitsAtLineFeedsOnly) {
   const std::pair<std::string, Texts> files[] = {
