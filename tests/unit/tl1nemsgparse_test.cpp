@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
 #include <stdexcept>
 #include <string>
 #include <type_traits>
