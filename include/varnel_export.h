@@ -1,14 +1,14 @@
 #ifndef VARNEL_EXPORT_H
 #define VARNEL_EXPORT_H
 
-/// VARNEL_API marks what the shared library exports; everything else in it is hidden. VARNEL_INTERNAL hides single
+/// VARNEL_API marks what the shared library exports; everything else in it is hidden. VARNEL_HIDDEN hides single
 /// members of an exported class.
 #ifdef __GNUC__
 #define VARNEL_API __attribute__((visibility("default")))
-#define VARNEL_INTERNAL __attribute__((visibility("hidden")))
+#define VARNEL_HIDDEN __attribute__((visibility("hidden")))
 #else
 #define VARNEL_API
-#define VARNEL_INTERNAL
+#define VARNEL_HIDDEN
 #endif
 
 #endif
