@@ -118,6 +118,7 @@ std::string convertSlot2strDC(unsigned int neid, int bdid) {
 }
 
 unsigned int convertSlotDC(const std::string& text) {
+  // Only what stands in front of a NUL is read. NOLINTNEXTLINE(readability-redundant-string-cstr)
   const unsigned short plainSlot = WSlotIDstr2i(text.c_str());
   if (!IsDcText(text, plainSlot)) return plainSlot;
 
