@@ -63,7 +63,7 @@ class VARNEL_API CCmdStr {
   int AddSnMML(unsigned short usSn);
 
  private:
-  char* NewPiece(unsigned int length);
+  VARNEL_HIDDEN char* NewPiece(unsigned int length);
 
   char* m_pCmdBuf;
   std::vector<CmdStrPiece> m_lstAddBuf;

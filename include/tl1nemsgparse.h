@@ -62,9 +62,9 @@ class VARNEL_API CTL1NEMsgParse {
 
  private:
   struct Findings;
-  void Reserve(const Findings& found);
-  void Take(const Findings& found);
-  void ClearParts();
+  VARNEL_HIDDEN void Reserve(const Findings& found);
+  VARNEL_HIDDEN void Take(const Findings& found);
+  VARNEL_HIDDEN void ClearParts();
 };
 
 }  // namespace VARNEL_COMMON

@@ -22,7 +22,7 @@ using namespace VARNEL_COMMON;
 using namespace std::string_literals;
 
 VARNEL_PRIVATE_MEMBER(CommandBuffer, CCmdStr, m_pCmdBuf, char*)
-VARNEL_PRIVATE_MEMBER(CommandPieces, CCmdStr, m_lstAddBuf, std::list<CmdStrPiece>)
+VARNEL_PRIVATE_MEMBER(CommandPieces, CCmdStr, m_lstAddBuf, std::vector<CmdStrPiece>)
 VARNEL_PRIVATE_MEMBER(CommandLength, CCmdStr, m_nBufLen, unsigned int)
 VARNEL_PRIVATE_MEMBER(LineBuffer, Vnifstream, m_pBuffer, char*)
 VARNEL_PRIVATE_MEMBER(LineBufferSize, Vnifstream, m_uiSize, unsigned int)
@@ -77,7 +77,7 @@ TEST(Layout, MessageIsItsHeadThenBufferAndSize) {
 
 TEST(Layout, CommandTextIsBufferPiecesAndLength) {
   const CCmdStr text;
-  const size_t list = sizeof(std::list<CmdStrPiece>);
+  const size_t list = sizeof(std::vector<CmdStrPiece>);
   EXPECT_EQ(Offsets(text, CommandBuffer(), CommandPieces(), CommandLength()), (Sizes{0, POINTER, POINTER + list}));
   EXPECT_EQ(sizeof(CCmdStr), POINTER + list + POINTER);
   EXPECT_EQ((Sizes{offsetof(CmdStrPiece, pData), offsetof(CmdStrPiece, nLen), sizeof(CmdStrPiece)}),
