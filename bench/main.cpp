@@ -28,6 +28,11 @@ int main(int argc, char** argv) {
   // Without a sink: what is refused is part of a measurement, writing about it is not.
   spdlog::register_logger(std::make_shared<spdlog::logger>("transcommon_log"));
   AddStrings();
+  AddMatching();
+  AddNumbers();
+  AddTime();
+  AddEvents();
+  AddTl1();
   AddCmdStr();
   AddComNEMsg();
   AddFiles();

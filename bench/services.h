@@ -5,6 +5,11 @@ namespace VARNEL_BENCH {
 
 /// Each registers the rows of one service.
 void AddStrings();
+void AddMatching();
+void AddNumbers();
+void AddTime();
+void AddEvents();
+void AddTl1();
 void AddCmdStr();
 void AddComNEMsg();
 void AddFiles();

@@ -1,6 +1,7 @@
 #ifndef VARNEL_INTERNAL_FIND_H
 #define VARNEL_INTERNAL_FIND_H
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 #include <string_view>
@@ -17,14 +18,15 @@ constexpr std::array<unsigned char, 256> Commonness() {
   return common;
 }
 
-/// Position of the rarest byte of a text that is not empty.
+/// Position of the rarest among the first bytes of a text that is not empty.
 inline size_t RarestByte(std::string_view text) {
   static constexpr std::array<unsigned char, 256> COMMON = Commonness();
-  size_t rarest = 0;
-  for (size_t i = 1; i < text.size(); ++i) {
-    if (COMMON[static_cast<unsigned char>(text[i])] < COMMON[static_cast<unsigned char>(text[rarest])]) rarest = i;
-  }
-  return rarest;
+  constexpr size_t LOOKED_AT = 12;
+  constexpr unsigned int POSITION_BITS = 8;
+  unsigned int rarest = ~0U;
+  for (unsigned int i = 0; i < std::min(text.size(), LOOKED_AT); ++i)
+    rarest = std::min(rarest, unsigned{COMMON[static_cast<unsigned char>(text[i])]} << POSITION_BITS | i);
+  return rarest & ((1U << POSITION_BITS) - 1);
 }
 
 /// What a search for a rare byte may waste on places that turn out wrong, before it is to give up for a search that is

@@ -11,6 +11,7 @@
 #include "publicdata.h"
 #include "str.h"
 #include "stream_reader.h"
+#include "tl1_attribute.h"
 
 namespace VARNEL_COMMON {
 
@@ -49,10 +50,10 @@ bool ReadUnsigned(const char* text, unsigned int& number) {
   return !reader.Failed() || wide != 0;  // an overflow fails too, but has digits
 }
 
-void ReadAttribute(const char* report, const char* name, unsigned int& number) {
-  std::string value;
-  GetTL1AttrbuteString(report, name, value);
-  ConvertFromString(value.c_str(), number);
+// `behind` is where the attribute's name ends.
+void ReadAttribute(const char* report, const char* behind, unsigned int& number) {
+  const auto value = AttributeValue(report, static_cast<size_t>(behind - report), 0);
+  StreamReader(value.value_or(std::string_view())).Read(number);
 }
 
 unsigned int Percent(unsigned int done, unsigned int total) {
@@ -80,8 +81,7 @@ CEvtMsg::~CEvtMsg() = default;
 
 bool CEvtMsg::IsMyEvt(const char* report) {
   if (report == nullptr) return false;
-  const char* key = m_strEvtKey.c_str();
-  return Matches(report, key) || std::strstr(report, key) != nullptr;
+  return Matches(report, m_strEvtKey.c_str()) || std::strstr(report, m_strEvtKey.c_str()) != nullptr;
 }
 
 bool CEvtMsg::HandleReport(const char* /*report*/) {
@@ -136,14 +136,12 @@ bool CVNPackGuageEvt::HandleMMLReport(const char* report) {
 bool CVNPackGuageEvt::HandleTL1LReport(const char* report) {
   if (report == nullptr) return false;
   for (const Tl1Shape& shape : TL1_SHAPES) {
-    if (!Matches(report, shape.pattern)) continue;
-    unsigned int done = m_dwDoneNum;
-    unsigned int total = m_dwTotalNum;
-    ReadAttribute(report, shape.done, done);
-    ReadAttribute(report, shape.total, total);
-    m_dwDoneNum = done;
-    m_dwTotalNum = total;
-    return total != 0;
+    const char* done = Behind(report, shape.done);
+    const char* total = done == nullptr ? nullptr : Behind(report, shape.total);
+    if (total == nullptr || !Matches(report, shape.pattern)) continue;
+    ReadAttribute(report, done, m_dwDoneNum);
+    ReadAttribute(report, total, m_dwTotalNum);
+    return m_dwTotalNum != 0;
   }
   return false;
 }

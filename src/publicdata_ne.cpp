@@ -1,7 +1,9 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <string_view>
 
+#include "chars.h"
 #include "common.h"
 #include "platform/annex_k.h"
 #include "productdata.h"
@@ -24,6 +26,14 @@ unsigned char FirstDigitCode(char (&buffer)[NUMBER_SIZE], const char* digits, si
   char digit = '\0';
   ConvertFromString(buffer, digit);
   return static_cast<unsigned char>(digit);
+}
+
+// What strmcmpnocase() tells of a lower-case pattern that has no "*", or one at each end and none between.
+bool IsNamedBy(std::string_view name, std::string_view pattern) {
+  const auto same = [](char inName, char inPattern) { return ToLower(inName) == inPattern; };
+  if (pattern.front() != '*') return std::equal(name.begin(), name.end(), pattern.begin(), pattern.end(), same);
+  pattern = pattern.substr(1, pattern.size() - 2);
+  return std::search(name.begin(), name.end(), pattern.begin(), pattern.end(), same) != name.end();
 }
 
 }  // namespace
@@ -49,8 +59,9 @@ bool IsKorvaneNE(int generation, const std::string& name) {
 }
 
 bool IsSccBdName(const std::string& name) {
+  const std::string_view text = name.c_str();
   return std::any_of(std::begin(SCC_BOARD_NAMES), std::end(SCC_BOARD_NAMES),
-                     [&name](const char* pattern) { return strmcmpnocase(name.c_str(), pattern) != 0; });
+                     [text](std::string_view pattern) { return IsNamedBy(text, pattern); });
 }
 
 }  // namespace VARNEL_COMMON

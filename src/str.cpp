@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <iterator>
+#include <optional>
 #include <utility>
 
 #include <ace/Recursive_Thread_Mutex.h>
@@ -14,6 +15,7 @@
 #include "platform/ns_util.h"
 #include "replace.h"
 #include "stream_reader.h"
+#include "tl1_attribute.h"
 #include "wildcard.h"
 
 namespace VARNEL_COMMON {
@@ -160,16 +162,9 @@ std::string replaceEnterWithBlank(const char* text) {
 bool GetTL1AttrbuteString(const char* text, const std::string& name, std::string& value) {
   const std::string_view all = text == nullptr ? "" : text;
   const size_t found = name.empty() ? std::string_view::npos : FindLinear(all, name);
-  if (found == std::string_view::npos) {
-    value.clear();
-    return false;
-  }
-  size_t end = all.find(',', found);
-  if (end == std::string_view::npos) end = all.find('"', found);
-  const size_t start = found + name.size();
-  const bool isThere = end != std::string_view::npos || start < all.size();
-  value.assign(all.substr(start, std::max(end, start) - start));
-  return isThere;
+  const auto part = found == std::string_view::npos ? std::nullopt : AttributeValue(all, found, name.size());
+  value.assign(part.value_or(std::string_view()));
+  return part.has_value();
 }
 
 void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields) {

@@ -1,5 +1,6 @@
 #include <sys/time.h>
 
+#include <algorithm>
 #include <charconv>
 #include <ctime>
 
@@ -19,20 +20,33 @@ std::tm LocalTime(time_t seconds) {
   return local;
 }
 
-// Appends a number as a stream of width `width` and fill character "0" writes it: a sign comes behind the zeros.
-void AppendPadded(std::string& text, int number, size_t width) {
-  char digits[11];
-  const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
-  const auto length = static_cast<size_t>(end - digits);
-  if (length < width) text.append(width - length, '0');
-  text.append(digits, length);
-}
+// A stamp while it is written.
+class Stamp {
+ public:
+  // Adds a number as a stream of that width and fill character "0" writes it: a sign comes behind the zeros.
+  Stamp& Number(int number, size_t width) {
+    char digits[11];
+    const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    for (auto length = static_cast<size_t>(end - digits); length < width; ++length)
+      *m_end++ = '0';
+    m_end = std::copy(static_cast<const char*>(digits), end, m_end);
+    return *this;
+  }
 
-void AppendDate(std::string& text, const std::tm& local, const char* separator) {
-  AppendPadded(text, CheckedAdd(local.tm_year, 1900), 4);
-  AppendPadded(text.append(separator), CheckedAdd(local.tm_mon, 1), 2);
-  AppendPadded(text.append(separator), local.tm_mday, 2);
-}
+  Stamp& Separator(char c) {
+    *m_end++ = c;
+    return *this;
+  }
+
+  Stamp& Year(const std::tm& local) { return Number(CheckedAdd(local.tm_year, 1900), 4); }
+  Stamp& Month(const std::tm& local) { return Number(CheckedAdd(local.tm_mon, 1), 2); }
+
+  std::string Text() const { return {m_text, static_cast<size_t>(m_end - m_text)}; }
+
+ private:
+  char m_text[6 * 11 + 5];  // six numbers of any size and what stands between them
+  char* m_end = m_text;
+};
 
 }  // namespace
 
@@ -48,19 +62,16 @@ bool IsTimerReach(unsigned int last, unsigned int now, unsigned int period) {
 }
 
 std::string GetCurDateFormated() {
-  std::string text;
-  AppendDate(text, LocalTime(std::time(nullptr)), "");
-  return text;
+  const std::tm local = LocalTime(std::time(nullptr));
+  return Stamp().Year(local).Month(local).Number(local.tm_mday, 2).Text();
 }
 
 std::string MakeTimeFormated(long seconds) {
   const std::tm local = LocalTime(seconds);
-  std::string text;
-  AppendDate(text, local, "-");
-  AppendPadded(text.append(" "), local.tm_hour, 2);
-  AppendPadded(text.append(":"), local.tm_min, 2);
-  AppendPadded(text.append(":"), local.tm_sec, 2);
-  return text;
+  Stamp stamp;
+  stamp.Year(local).Separator('-').Month(local).Separator('-').Number(local.tm_mday, 2).Separator(' ');
+  stamp.Number(local.tm_hour, 2).Separator(':').Number(local.tm_min, 2).Separator(':').Number(local.tm_sec, 2);
+  return stamp.Text();
 }
 
 std::string GetCurTimeFormated() {

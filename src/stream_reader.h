@@ -1,6 +1,8 @@
 #ifndef VARNEL_SRC_STREAM_READER_H
 #define VARNEL_SRC_STREAM_READER_H
 
+#include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <string_view>
 #include <type_traits>
@@ -29,17 +31,16 @@ class StreamReader {
     const bool negative = m_rest.front() == '-';
     if (negative || m_rest.front() == '+') m_rest.remove_prefix(1);
 
-    using Magnitude = std::make_unsigned_t<Number>;
     constexpr bool SIGNED = std::is_signed_v<Number>;
-    const auto largest = static_cast<Magnitude>(Magnitude{std::numeric_limits<Number>::max()} + (SIGNED && negative));
-    Magnitude number = 0;
+    const uint64_t largest = uint64_t{std::numeric_limits<Number>::max()} + (SIGNED && negative ? 1 : 0);
+    uint64_t number = 0;
     const Digits digits = TakeDigits(number);
     const bool overflow = digits == Digits::TooMany || number > largest;
     m_failed = digits == Digits::None || overflow;
     m_atEnd = m_rest.empty();
     if (overflow) number = largest;
     const bool negate = negative && (SIGNED || !overflow);
-    value = static_cast<Number>(negate ? Magnitude{0} - number : number);
+    value = static_cast<Number>(negate ? 0 - number : number);
   }
 
   /// Reads the next character that is not white space; `value` stays as it was where there is none.
@@ -63,17 +64,23 @@ class StreamReader {
 
   enum class Digits { None, Some, TooMany };
 
-  template <typename Magnitude>
-  Digits TakeDigits(Magnitude& number) {
+  // As many digits as 64 bits can hold in any case are taken without a look at overflow.
+  Digits TakeDigits(uint64_t& number) {
+    constexpr size_t SAFE = std::numeric_limits<uint64_t>::digits10;
     size_t count = 0;
+    for (; count < std::min(m_rest.size(), SAFE) && IsDigit(m_rest[count]); ++count)
+      number = number * 10 + ValueOf(m_rest[count]);
     bool overflow = false;
-    for (; count < m_rest.size() && m_rest[count] >= '0' && m_rest[count] <= '9'; ++count) {
+    for (; count < m_rest.size() && IsDigit(m_rest[count]); ++count) {
       overflow |= __builtin_mul_overflow(number, 10U, &number);
-      overflow |= __builtin_add_overflow(number, static_cast<unsigned int>(m_rest[count] - '0'), &number);
+      overflow |= __builtin_add_overflow(number, ValueOf(m_rest[count]), &number);
     }
     m_rest.remove_prefix(count);
     return count == 0 ? Digits::None : overflow ? Digits::TooMany : Digits::Some;
   }
+
+  static bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+  static unsigned int ValueOf(char digit) { return static_cast<unsigned int>(digit - '0'); }
 
   std::string_view m_rest;
   bool m_failed = false;

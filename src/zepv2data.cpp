@@ -41,11 +41,22 @@ int DigitValue(char c) {
 }
 
 std::string SlotText(unsigned short slotId, int radix) {
-  char part[DC_BUFFER];
-  std::string text;
+  char text[DC_BUFFER];
+  char* slot = text;
   const int shelf = slotId >> 8;
-  if (shelf != 0) text.append(ACE_OS::itoa_emulation(shelf, part, radix)).append(1, '-');
-  return text.append(ACE_OS::itoa_emulation(slotId & 0xFF, part, radix));
+  if (shelf != 0) {
+    slot += std::strlen(ACE_OS::itoa_emulation(shelf, text, radix));
+    *slot++ = '-';
+  }
+  ACE_OS::itoa_emulation(slotId & 0xFF, slot, radix);
+  return text;
+}
+
+unsigned short ReadSlotText(std::string_view text) {
+  unsigned short shelf = 0;
+  unsigned short slot = 0;
+  ReadShelfAndSlot(text, shelf, slot);
+  return static_cast<unsigned short>((shelf << 8) + slot);
 }
 
 bool IsDcText(const std::string& text, unsigned short plainSlot) {
@@ -98,10 +109,7 @@ std::string WSlotIDi2Hexstr(unsigned short slotId) {
 }
 
 unsigned short WSlotIDstr2i(const std::string& text) {
-  unsigned short shelf = 0;
-  unsigned short slot = 0;
-  ReadShelfAndSlot(text, shelf, slot);
-  return static_cast<unsigned short>((shelf << 8) + slot);
+  return ReadSlotText(text);
 }
 
 std::string convertSlot2strDC(unsigned int neid, int bdid) {
@@ -118,8 +126,7 @@ std::string convertSlot2strDC(unsigned int neid, int bdid) {
 }
 
 unsigned int convertSlotDC(const std::string& text) {
-  // Only what stands in front of a NUL is read. NOLINTNEXTLINE(readability-redundant-string-cstr)
-  const unsigned short plainSlot = WSlotIDstr2i(text.c_str());
+  const unsigned short plainSlot = ReadSlotText(text.c_str());  // what stands in front of a NUL
   if (!IsDcText(text, plainSlot)) return plainSlot;
 
   char part[DC_BUFFER] = {};
