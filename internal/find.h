@@ -18,14 +18,15 @@ constexpr std::array<unsigned char, 256> Commonness() {
   return common;
 }
 
+inline constexpr std::array<unsigned char, 256> COMMONNESS = Commonness();
+
 /// Position of the rarest among the first bytes of a text that is not empty.
-inline size_t RarestByte(std::string_view text) {
-  static constexpr std::array<unsigned char, 256> COMMON = Commonness();
+constexpr size_t RarestByte(std::string_view text) {
   constexpr size_t LOOKED_AT = 12;
   constexpr unsigned int POSITION_BITS = 8;
   unsigned int rarest = ~0U;
   for (unsigned int i = 0; i < std::min(text.size(), LOOKED_AT); ++i)
-    rarest = std::min(rarest, unsigned{COMMON[static_cast<unsigned char>(text[i])]} << POSITION_BITS | i);
+    rarest = std::min(rarest, unsigned{COMMONNESS[static_cast<unsigned char>(text[i])]} << POSITION_BITS | i);
   return rarest & ((1U << POSITION_BITS) - 1);
 }
 
@@ -50,7 +51,7 @@ class SearchBudget {
 class Finder {
  public:
   /// @param piece  must outlive the finder's use.
-  explicit Finder(std::string_view piece) : m_piece(piece), m_rare(piece.empty() ? 0 : RarestByte(piece)) {}
+  constexpr explicit Finder(std::string_view piece) : m_piece(piece), m_rare(piece.empty() ? 0 : RarestByte(piece)) {}
 
   /// Position of the first occurrence at or behind `from`, which is not behind the end, or std::string_view::npos.
   size_t Find(std::string_view text, size_t from = 0) const {

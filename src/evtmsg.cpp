@@ -121,13 +121,14 @@ CEvtMsg* CVNPackGuageEvt::Duplicate() {
 
 bool CVNPackGuageEvt::HandleMMLReport(const char* report) {
   if (report == nullptr) return false;
+  // A plain search for what a shape holds is cheaper than a match that fails.
   const char* counts = Behind(report, "TOTAL_NUM");
   if (counts != nullptr && Matches(report, "*EVT_SFTM_CPYFILE_PROGRESS*DONE_NUM*TOTAL_NUM*")) {
     return ReadTwoNumbers(counts, m_dwDoneNum, m_dwTotalNum);
   }
   const char* done = Behind(report, "done=");
-  const char* total = Behind(report, "total=");
-  if (done == nullptr || total == nullptr || !Matches(report, "*status=completed*done=*total=*")) return false;
+  const char* total = done == nullptr ? nullptr : Behind(report, "total=");
+  if (total == nullptr || !Matches(report, "*status=completed*done=*total=*")) return false;
   const bool hasDone = ReadUnsigned(done, m_dwDoneNum);
   const bool hasTotal = ReadUnsigned(total, m_dwTotalNum);
   return hasDone && hasTotal;
@@ -167,9 +168,8 @@ CEvtMsg* CVNScriptFileGuageEvt::Duplicate() {
 }
 
 bool CVNScriptFileGuageEvt::HandleMMLReport(const char* report) {
-  if (report == nullptr || !Matches(report, "*EVENT*CAM*RUN*PROGRESS*")) return false;
-  const char* found = std::strstr(report, "TOTAL");
-  if (found == nullptr) return false;
+  const char* found = report == nullptr ? nullptr : std::strstr(report, "TOTAL");
+  if (found == nullptr || !Matches(report, "*EVENT*CAM*RUN*PROGRESS*")) return false;
   const std::string_view counts = found;
   if (counts.size() < SCRIPT_COUNTS_OFFSET) return false;
   return ReadTwoNumbers(counts.substr(SCRIPT_COUNTS_OFFSET), m_dwTotalNum, m_dwDoneNum);
@@ -199,9 +199,8 @@ CEvtMsg* CVNScriptFileEndEvt::Duplicate() {
 }
 
 bool CVNScriptFileEndEvt::HandleMMLReport(const char* report) {
-  if (report == nullptr || !Matches(report, "*EVENT*CAM*RUN*END*")) return false;
-  const char* result = Behind(report, "RSP");
-  if (result == nullptr) return false;
+  const char* result = report == nullptr ? nullptr : Behind(report, "RSP");
+  if (result == nullptr || !Matches(report, "*EVENT*CAM*RUN*END*")) return false;
   const bool success = std::strstr(result, "SUCCESS") != nullptr;
   if (!success && std::strstr(result, "FAIL") == nullptr) return false;
 

@@ -52,20 +52,23 @@ bool IsComment(const Columns& columns) {
   return first.substr(0, 1) == "#" || first.find(WIDE_NUMBER_SIGN) != std::string_view::npos;
 }
 
-// Cuts the next column off a line, without the blanks around it.
-std::string_view TakeColumn(std::string_view& line) {
-  const size_t end = std::min(line.find(':'), line.size());
-  std::string_view column = line.substr(0, end);
-  line.remove_prefix(std::min(end + 1, line.size()));
+std::string_view Trimmed(std::string_view column) {
   column.remove_prefix(LeadingBlanks(column));
   return column.substr(0, LengthWithoutTrailingBlanks(column));
 }
 
 // Reads the columns of an entry line; false for a line that is none.
 bool ReadColumns(std::string_view line, Columns& columns) {
-  if (std::count(line.begin(), line.end(), ':') != COLUMNS - 1) return false;
-  for (std::string_view& column : columns)
-    column = TakeColumn(line);
+  size_t count = 0;
+  size_t start = 0;
+  for (size_t i = 0; i < line.size(); ++i) {
+    if (line[i] != ':') continue;
+    if (count == COLUMNS - 1) return false;
+    columns[count++] = Trimmed(line.substr(start, i - start));
+    start = i + 1;
+  }
+  if (count != COLUMNS - 1) return false;
+  columns[count] = Trimmed(line.substr(start));
   return !IsComment(columns);
 }
 

@@ -10,24 +10,26 @@ namespace VARNEL_COMMON {
 
 namespace {
 
+using VARNEL_INTERNAL::Finder;
+
 constexpr char MODULE[] = "tl1nemsgparse";
 constexpr size_t NPOS = std::string::npos;
 
 enum MessageType : int { NONE = -1, ACKNOWLEDGEMENT = 2, RESPONSE = 3, AUTONOMOUS = 4 };
 
-constexpr std::string_view HEADER_START = "\r\n\n   ";
-constexpr std::string_view LINE_END = "\r\n";
-constexpr std::string_view ACK_END = "\r\n<";
-constexpr std::string_view CONTINUATION = "\r\n>";
-constexpr std::string_view VERB_END = "\r\n   ";
-constexpr std::string_view RESPONSE_END = "\r\n;";
+constexpr Finder HEADER_START("\r\n\n   ");
+constexpr Finder LINE_END("\r\n");
+constexpr Finder ACK_END("\r\n<");
+constexpr Finder CONTINUATION("\r\n>");
+constexpr Finder VERB_END("\r\n   ");
+constexpr Finder RESPONSE_END("\r\n;");
 constexpr std::string_view RSP_LINE_START = "\r\nM  ";
 constexpr size_t INDENT = 3;      // blanks in front of the SID
 constexpr size_t CTAG_START = 3;  // "M" and two blanks
 
 // As std::string::find, which gives npos for a search that would begin behind the end, but always linear.
-size_t Find(std::string_view text, std::string_view piece, size_t from) {
-  return from > text.size() ? NPOS : VARNEL_INTERNAL::FindLinear(text, piece, from);
+size_t Find(std::string_view text, const Finder& piece, size_t from) {
+  return from > text.size() ? NPOS : piece.Find(text, from);
 }
 
 bool HasHeader(int type) {
@@ -146,7 +148,7 @@ class Parser {
     const size_t blank = m_message.find(' ');
     if (blank == NPOS || !Cut(0, blank, m_found.code)) return Refuse();
     const size_t end = Find(m_message, ACK_END, blank);
-    if (end == NPOS || end + ACK_END.size() != m_message.size()) return Refuse();
+    if (end == NPOS || end + ACK_END.Piece().size() != m_message.size()) return Refuse();
     if (!Cut(blank + 1, end, m_found.ctag)) return Refuse();
     m_found.startPos = 0;
     m_found.type = ACKNOWLEDGEMENT;
