@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string_view>
 
 #ifdef __SSE2__
 #include <emmintrin.h>
@@ -41,6 +42,19 @@ inline BlankMasks FindBlanks(const char* block) {
 #endif
 }
 
+/// Which bytes of a block are `c`.
+inline uint32_t FindByte(const char* block, char c) {
+#ifdef __SSE2__
+  const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
+  return static_cast<uint32_t>(_mm_movemask_epi8(_mm_cmpeq_epi8(bytes, _mm_set1_epi8(c))));
+#else
+  uint32_t mask = 0;
+  for (size_t i = 0; i < BLOCK; ++i)
+    mask |= static_cast<uint32_t>(block[i] == c) << i;
+  return mask;
+#endif
+}
+
 /// Position of the lowest bit of a mask that is not 0.
 inline size_t LowestBit(uint32_t mask) {
   return static_cast<size_t>(__builtin_ctz(mask));
@@ -49,6 +63,19 @@ inline size_t LowestBit(uint32_t mask) {
 /// Position of the highest bit of a mask that is not 0.
 inline size_t HighestBit(uint32_t mask) {
   return static_cast<size_t>(31 - __builtin_clz(mask));
+}
+
+/// Calls `visit` with each position at which `c` stands, in order.
+template <typename Visit>
+void ForEachPlace(std::string_view text, char c, Visit visit) {
+  size_t at = 0;
+  for (; text.size() - at >= BLOCK; at += BLOCK) {
+    for (uint32_t places = FindByte(text.data() + at, c); places != 0; places &= places - 1)
+      visit(at + LowestBit(places));
+  }
+  for (; at < text.size(); ++at) {
+    if (text[at] == c) visit(at);
+  }
 }
 
 }  // namespace VARNEL_COMMON

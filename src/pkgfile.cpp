@@ -53,20 +53,20 @@ bool IsComment(const Columns& columns) {
 }
 
 std::string_view Trimmed(std::string_view column) {
-  column.remove_prefix(LeadingBlanks(column));
-  return column.substr(0, LengthWithoutTrailingBlanks(column));
+  if (!column.empty() && IsBlank(column.front())) column.remove_prefix(LeadingBlanks(column));
+  if (!column.empty() && IsBlank(column.back())) column = column.substr(0, LengthWithoutTrailingBlanks(column));
+  return column;
 }
 
 // Reads the columns of an entry line; false for a line that is none.
 bool ReadColumns(std::string_view line, Columns& columns) {
   size_t count = 0;
   size_t start = 0;
-  for (size_t i = 0; i < line.size(); ++i) {
-    if (line[i] != ':') continue;
-    if (count == COLUMNS - 1) return false;
-    columns[count++] = Trimmed(line.substr(start, i - start));
-    start = i + 1;
-  }
+  ForEachPlace(line, ':', [&](size_t end) {
+    if (count < COLUMNS) columns[count] = Trimmed(line.substr(start, end - start));
+    ++count;
+    start = end + 1;
+  });
   if (count != COLUMNS - 1) return false;
   columns[count] = Trimmed(line.substr(start));
   return !IsComment(columns);

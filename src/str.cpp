@@ -74,13 +74,15 @@ class Collapser {
 std::vector<std::string> Split(std::string_view text, char sep) {
   std::vector<std::string> fields;
   fields.reserve(static_cast<size_t>(std::count(text.begin(), text.end(), sep)) + 1);
-  while (true) {
-    if (!text.empty() && IsBlank(text.front())) text.remove_prefix(LeadingBlanks(text));
-    const size_t end = text.find(sep);
-    fields.emplace_back(text.data(), std::min(end, text.size()));
-    if (end == std::string_view::npos) return fields;
-    text.remove_prefix(end + 1);
-  }
+  size_t start = LeadingBlanks(text);
+  ForEachPlace(text, sep, [&](size_t end) {
+    if (end < start) return;  // a separator that is white space is itself skipped in front of a field
+    fields.emplace_back(text.data() + start, end - start);
+    start = end + 1;
+    if (start < text.size() && IsBlank(text[start])) start += LeadingBlanks(text.substr(start));
+  });
+  fields.emplace_back(text.substr(start));
+  return fields;
 }
 
 }  // namespace

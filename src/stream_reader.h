@@ -67,20 +67,23 @@ class StreamReader {
   // As many digits as 64 bits can hold in any case are taken without a look at overflow.
   Digits TakeDigits(uint64_t& number) {
     constexpr size_t SAFE = std::numeric_limits<uint64_t>::digits10;
-    size_t count = 0;
-    for (; count < std::min(m_rest.size(), SAFE) && IsDigit(m_rest[count]); ++count)
-      number = number * 10 + ValueOf(m_rest[count]);
+    const char* const start = m_rest.data();
+    const char* const end = start + m_rest.size();
+    const char* const safeEnd = start + std::min(m_rest.size(), SAFE);
+    const char* next = start;
+    for (; next != safeEnd && IsDigit(*next); ++next)
+      number = number * 10 + ValueOf(*next);
     bool overflow = false;
-    for (; count < m_rest.size() && IsDigit(m_rest[count]); ++count) {
+    for (; next != end && IsDigit(*next); ++next) {
       overflow |= __builtin_mul_overflow(number, 10U, &number);
-      overflow |= __builtin_add_overflow(number, ValueOf(m_rest[count]), &number);
+      overflow |= __builtin_add_overflow(number, ValueOf(*next), &number);
     }
-    m_rest.remove_prefix(count);
-    return count == 0 ? Digits::None : overflow ? Digits::TooMany : Digits::Some;
+    m_rest.remove_prefix(static_cast<size_t>(next - start));
+    return next == start ? Digits::None : overflow ? Digits::TooMany : Digits::Some;
   }
 
-  static bool IsDigit(char c) { return c >= '0' && c <= '9'; }
-  static unsigned int ValueOf(char digit) { return static_cast<unsigned int>(digit - '0'); }
+  static unsigned int ValueOf(char digit) { return static_cast<unsigned char>(digit - '0'); }
+  static bool IsDigit(char c) { return ValueOf(c) <= 9; }
 
   std::string_view m_rest;
   bool m_failed = false;

@@ -59,11 +59,6 @@ unsigned short ReadSlotText(std::string_view text) {
   return static_cast<unsigned short>((shelf << 8) + slot);
 }
 
-bool IsDcText(const std::string& text, unsigned short plainSlot) {
-  return !IsExistShelfID(text.c_str()) && text.size() >= MIN_DC_LENGTH && text.size() <= MAX_DC_LENGTH &&
-         plainSlot > LAST_PLAIN_SLOT;
-}
-
 // Reads a part of a DC text by way of `buffer`, which keeps its text where the copy fails.
 template <typename Number>
 Number ReadPart(char (&buffer)[DC_BUFFER], const char* part, size_t count, int line) {
@@ -126,8 +121,12 @@ std::string convertSlot2strDC(unsigned int neid, int bdid) {
 }
 
 unsigned int convertSlotDC(const std::string& text) {
-  const unsigned short plainSlot = ReadSlotText(text.c_str());  // what stands in front of a NUL
-  if (!IsDcText(text, plainSlot)) return plainSlot;
+  const std::string_view read = text.c_str();  // what stands in front of a NUL
+  const bool isDashed = read.find('-') != std::string_view::npos;
+  if (isDashed || text.size() < MIN_DC_LENGTH || text.size() > MAX_DC_LENGTH) return ReadSlotText(read);
+  unsigned short plainSlot = 0;
+  StreamReader(read).Read(plainSlot);
+  if (plainSlot <= LAST_PLAIN_SLOT) return plainSlot;
 
   char part[DC_BUFFER] = {};
   const size_t shelfLength = text.size() - DC_SLOT_LENGTH;

@@ -14,6 +14,15 @@ bool Overlap(const void* a, size_t aSize, const void* b, size_t bSize) {
   return aStart < bStart ? bStart - aStart < aSize : aStart - bStart < bSize;
 }
 
+// strnlen(), which for the usual few characters is not worth a call.
+size_t Length(const char* text, size_t limit) {
+  constexpr size_t FEW = 16;
+  for (size_t i = 0; i < FEW; ++i) {
+    if (i == limit || text[i] == '\0') return i;
+  }
+  return FEW + strnlen(text + FEW, limit - FEW);
+}
+
 void Fill(void* dest, int c, size_t count) {
   if (c == 0) {
     explicit_bzero(dest, count);
@@ -53,7 +62,7 @@ int strncpy_s(char* dest, size_t destMax, const char* src, size_t count) {
     return EINVAL;
   }
   // One more character than fits is all that needs to be seen of the text.
-  const size_t length = strnlen(src, count < destMax ? count : destMax);
+  const size_t length = Length(src, count < destMax ? count : destMax);
   if (length >= destMax || Overlap(dest, length + 1, src, length)) {
     dest[0] = '\0';
     return length >= destMax ? ERANGE : EINVAL;
