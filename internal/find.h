@@ -20,14 +20,21 @@ constexpr std::array<unsigned char, 256> Commonness() {
 
 inline constexpr std::array<unsigned char, 256> COMMONNESS = Commonness();
 
-/// Position of the rarest among the first bytes of a text that is not empty.
+/// Position of the rarest among the first and the last few bytes of a text that is not empty.
 constexpr size_t RarestByte(std::string_view text) {
-  constexpr size_t LOOKED_AT = 12;
-  constexpr unsigned int POSITION_BITS = 8;
-  unsigned int rarest = ~0U;
-  for (unsigned int i = 0; i < std::min(text.size(), LOOKED_AT); ++i)
-    rarest = std::min(rarest, unsigned{COMMONNESS[static_cast<unsigned char>(text[i])]} << POSITION_BITS | i);
-  return rarest & ((1U << POSITION_BITS) - 1);
+  constexpr size_t LOOKED_AT = 4;  // on each side: looking at more costs more than it saves
+  size_t rarest = 0;
+  unsigned int commonness = ~0U;
+  const auto look = [&](size_t from, size_t to) {
+    for (size_t i = from; i < to; ++i) {
+      const unsigned int own = COMMONNESS[static_cast<unsigned char>(text[i])];
+      rarest = own < commonness ? i : rarest;
+      commonness = own < commonness ? own : commonness;
+    }
+  };
+  look(0, std::min(text.size(), LOOKED_AT));
+  look(std::max(text.size(), 2 * LOOKED_AT) - LOOKED_AT, text.size());
+  return rarest;
 }
 
 /// What a search for a rare byte may waste on places that turn out wrong, before it is to give up for a search that is
@@ -90,6 +97,22 @@ class Finder {
 /// std::string_view::npos.
 inline size_t FindLinear(std::string_view text, std::string_view piece, size_t from = 0) {
   return Finder(piece).Find(text, from);
+}
+
+/// strstr(), by way of the rarest byte as well.
+inline const char* FindInString(const char* text, const char* piece) {
+  if (*piece == '\0') return text;
+  const std::string_view wanted = piece;
+  const size_t rare = RarestByte(wanted);
+  SearchBudget budget;
+  for (const char* found = text; (found = std::strchr(found, wanted[rare])) != nullptr; ++found) {
+    const auto scanned = static_cast<size_t>(found - text);
+    if (scanned < rare) continue;
+    const char* at = found - rare;
+    if (std::strncmp(at, piece, wanted.size()) == 0) return at;
+    if (budget.IsSpentBy(scanned, wanted.size())) return std::strstr(at + 1, piece);
+  }
+  return nullptr;
 }
 
 }  // namespace VARNEL_INTERNAL

@@ -8,12 +8,15 @@
 #include <vector>
 
 #include "chars.h"
+#include "find.h"
 #include "publicdata.h"
 #include "str.h"
 #include "stream_reader.h"
 #include "tl1_attribute.h"
 
 namespace VARNEL_COMMON {
+
+using VARNEL_INTERNAL::FindInString;
 
 namespace {
 
@@ -81,7 +84,7 @@ CEvtMsg::~CEvtMsg() = default;
 
 bool CEvtMsg::IsMyEvt(const char* report) {
   if (report == nullptr) return false;
-  return Matches(report, m_strEvtKey.c_str()) || std::strstr(report, m_strEvtKey.c_str()) != nullptr;
+  return Matches(report, m_strEvtKey.c_str()) || FindInString(report, m_strEvtKey.c_str()) != nullptr;
 }
 
 bool CEvtMsg::HandleReport(const char* /*report*/) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <string>
 
 #include "growth.h"
@@ -14,6 +15,7 @@ namespace {
 using namespace std::string_literals;
 using VARNEL_COMMON::NoCaseFinder;
 using VARNEL_INTERNAL::Finder;
+using VARNEL_INTERNAL::FindInString;
 using VARNEL_INTERNAL::FindLinear;
 
 constexpr size_t NPOS = std::string_view::npos;
@@ -60,6 +62,47 @@ TEST(Find, AgreesWithThePlainSearchWhereTheRarestByteIsEverywhere) {
     const size_t from = text.empty() ? 0 : random.Below(text.size());
     ASSERT_EQ(FindLinear(text, piece, from), text.find(piece, from)) << piece << " from " << from << " in " << text;
   }
+}
+
+TEST(FindInString, AgreesWithThePlainSearchOnAllShortTexts) {
+  const auto pieces = AllTexts("zq ", 3);
+  for (const std::string& text : AllTexts("zq ", 6)) {
+    for (const std::string& piece : pieces)
+      ASSERT_EQ(FindInString(text.c_str(), piece.c_str()), std::strstr(text.c_str(), piece.c_str())) << text << piece;
+  }
+}
+
+TEST(FindInString, AgreesWithThePlainSearchWhereTheRarestByteIsEverywhere) {
+  RandomTexts random(43);
+  for (int i = 0; i < 3000; ++i) {
+    const std::string text = random.Next(i % 2 == 0 ? "zqa" : "zzzzzzzq", 3000);
+    const std::string piece = random.Next(i % 2 == 0 ? "zqa" : "zzzzzzzq", 24);
+    ASSERT_EQ(FindInString(text.c_str(), piece.c_str()), std::strstr(text.c_str(), piece.c_str())) << text << piece;
+  }
+}
+
+TEST(FindInString, TextShorterThanThePlaceOfTheRarestByteHoldsNothing) {
+  EXPECT_EQ(FindInString("z", "aaaaaaz"), nullptr);
+  EXPECT_EQ(FindInString("", "z"), nullptr);
+}
+
+TEST(FindInString, IsLinearWhereThePieceNearlyOccursEverywhere) {
+  const auto text = [](size_t size) { return std::string(size, 'z'); };
+  const auto search = [](const std::string& all) {
+    ASSERT_EQ(FindInString(all.c_str(), (std::string(all.size() / 2, 'z') + "a").c_str()), nullptr);
+  };
+  EXPECT_LT(Growth(20000, text, search), LINEAR_GROWTH);
+}
+
+TEST(Find, RarestByteIsLookedForAtBothEnds) {
+  using VARNEL_INTERNAL::RarestByte;
+  EXPECT_EQ(RarestByte("a"), 0U);
+  EXPECT_EQ(RarestByte("eaZe"), 2U);
+  EXPECT_EQ(RarestByte("aaaaaaaZ"), 7U);
+  EXPECT_EQ(RarestByte("aaaaZ"), 4U);
+  EXPECT_EQ(RarestByte(std::string(100, 'a') + "Z"), 100U);
+  EXPECT_EQ(RarestByte("aaaZ" + std::string(100, 'a')), 3U);
+  EXPECT_EQ(RarestByte(std::string(20, 'a') + "Z" + std::string(20, 'a')), 0U) << "not in the middle";
 }
 
 TEST(Find, FinderServesSeveralTexts) {
