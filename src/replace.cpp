@@ -1,5 +1,6 @@
 #include "replace.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "find.h"
@@ -18,11 +19,13 @@ bool SameChar(char a, char b) {
 
 using Automaton = LiteralAutomaton<SameChar>;
 
-// Tells whether the end of `text` may be the start of `literal`; both are not empty.
+// Tells whether the end of `text` may be the start of `literal`; both are not empty, and `text` does not hold
+// `literal`.
 bool EndsInStartOf(std::string_view literal, std::string_view text) {
+  if (literal.find(text.back()) == std::string_view::npos) return false;
   const Automaton automaton(literal);
   size_t matched = 0;
-  for (const char c : text)
+  for (const char c : text.substr(text.size() - std::min(text.size(), literal.size())))
     matched = automaton.Advance(matched, c);
   return matched > 0;
 }
@@ -31,6 +34,12 @@ bool EndsInStartOf(std::string_view literal, std::string_view text) {
 // not hold `from`, which is not empty.
 bool CanBringAboutNew(std::string_view from, std::string_view to) {
   return FindLinear(from, to) != std::string_view::npos || EndsInStartOf(from, to) || EndsInStartOf(to, from);
+}
+
+// Does without a copy of the text. `from` may be the text itself, which is then replaced as a whole.
+void Overwrite(std::string& text, const Finder& from, std::string_view to, size_t firstHit) {
+  for (size_t hit = firstHit; hit != std::string_view::npos; hit = from.Find(text, hit + to.size()))
+    to.copy(text.data() + hit, to.size());
 }
 
 std::string ReplaceOnce(std::string_view text, const Finder& from, std::string_view to, size_t firstHit) {
@@ -87,9 +96,14 @@ class CascadingReplacer {
 
 }  // namespace
 
-std::string ReplaceRepeatedly(std::string_view text, const Finder& from, std::string_view to, size_t firstHit) {
-  return CanBringAboutNew(from.Piece(), to) ? CascadingReplacer(text, from.Piece(), to).Run()
-                                            : ReplaceOnce(text, from, to, firstHit);
+void ReplaceRepeatedly(std::string& text, const Finder& from, std::string_view to, size_t firstHit) {
+  if (CanBringAboutNew(from.Piece(), to)) {
+    text = CascadingReplacer(text, from.Piece(), to).Run();
+  } else if (to.size() == from.Piece().size()) {
+    Overwrite(text, from, to, firstHit);
+  } else {
+    text = ReplaceOnce(text, from, to, firstHit);
+  }
 }
 
 }  // namespace VARNEL_COMMON

@@ -8,14 +8,13 @@
 
 namespace VARNEL_COMMON {
 
-/// The text that is left when the first occurrence of `from` is replaced by `to` again and again until none is left,
-/// in time linear in the text plus all replacement texts.
+/// Replaces the first occurrence of `from` by `to` again and again until none is left, in time linear in the text plus
+/// all replacement texts.
 ///
-/// @param from      finder of a text that is not empty.
+/// @param from      finder of a text that is not empty, which may be `text` itself.
 /// @param to        does not contain `from`.
 /// @param firstHit  where `from` first occurs.
-std::string ReplaceRepeatedly(std::string_view text, const VARNEL_INTERNAL::Finder& from, std::string_view to,
-                              size_t firstHit);
+void ReplaceRepeatedly(std::string& text, const VARNEL_INTERNAL::Finder& from, std::string_view to, size_t firstHit);
 
 }  // namespace VARNEL_COMMON
 

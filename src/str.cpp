@@ -123,7 +123,7 @@ void ReplaceString(std::string& s, const std::string& from, const std::string& t
   const size_t firstHit = finder.Find(s);
   // A `to` that holds `from` would go on for ever.
   if (firstHit != std::string::npos && finder.Find(to) == std::string::npos) {
-    s = ReplaceRepeatedly(s, finder, to, firstHit);
+    ReplaceRepeatedly(s, finder, to, firstHit);
   }
 }
 
