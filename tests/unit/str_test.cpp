@@ -391,6 +391,10 @@ TEST_F(Str, ReplaceOfTheWholeTextByAnother) {
     ReplaceString(s, s, "x");
     EXPECT_EQ(s, "x");
     s = text;
+    const std::string sameLength(s.size(), 'z');
+    ReplaceString(s, s, sameLength);
+    EXPECT_EQ(s, sameLength);
+    s = text;
     ReplaceString(s, s, "another text that lives on the heap because it is long");
     EXPECT_EQ(s, "another text that lives on the heap because it is long");
   }
