@@ -46,14 +46,7 @@ class Source {
 
 CComNEHead::CComNEHead() : ulHeadWord0(0), ulHeadWord1(0), usHeadShort(0), usMsgLen(0), ulHeadWord2(0) {}
 
-CComNEHead& CComNEHead::operator=(CComNEHead& other) {
-  ulHeadWord0 = other.ulHeadWord0;
-  ulHeadWord1 = other.ulHeadWord1;
-  usHeadShort = other.usHeadShort;
-  usMsgLen = other.usMsgLen;
-  ulHeadWord2 = other.ulHeadWord2;
-  return *this;
-}
+CComNEHead& CComNEHead::operator=(CComNEHead& other) = default;
 
 void CComNEHead::ToHostOrder() {
   for (uint32_t* word : {&ulHeadWord0, &ulHeadWord1, &ulHeadWord2})
