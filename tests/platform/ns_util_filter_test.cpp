@@ -142,6 +142,17 @@ TEST(LogFilter, KeyInTheValueOfAKey) {
   });
 }
 
+TEST(LogFilter, QuotedKeyInThePlaceOfAValue) {
+  ExpectMasked({
+      {R"(PWD= "PASSWORD"="hunter 2" x)", R"(PWD= "******" x)"},
+      {R"(pwd: 'user_token' : 'hunter 2' x)", R"(pwd: '******' x)"},
+      {R"(pwd:\"token\":\"hunter 2\" x)", R"(pwd:\"******\" x)"},
+      {R"(pwd="token"="secret":hunter2 x)", R"(pwd=****** x)"},
+      {R"(pwd="a token=b c" x)", R"(pwd="******" x)"},
+      {R"(pwd="token\"=b c" x)", R"(pwd="******" x)"},
+  });
+}
+
 TEST(LogFilter, SeveralInOneText) {
   ExpectMasked({
       {"PWD=a TOKEN:b SECRET='c d',PASSWD=\"e f\";PSWD=g",
@@ -194,6 +205,14 @@ TEST(LogFilter, SeveralTl1Commands) {
        "ACT-USER:NE1:bob:1::******;ED-PID:NE1:bob:2::******;RTRV-HDR:NE1::3;"},
       {"ACT-USER:NE1:bob:1::;ACT-USER:NE1:bob:1::a;", "ACT-USER:NE1:bob:1::;ACT-USER:NE1:bob:1::******;"},
       {"ACT-USER:ACT-USER:NE1:bob:1::a;", "ACT-USER:ACT-USER:NE1:bob:1::******;"},
+  });
+}
+
+TEST(LogFilter, Tl1NameInFrontOfTheCommand) {
+  ExpectMasked({
+      {"ED-PID: ED-PID:NE1:bob:7:g:hunter2;", "ED-PID: ED-PID:NE1:bob:7:******:******;"},
+      {"PWD=\"ED-PID:x\" ED-PID::::g:\"hunter2\"; y", "PWD=\"******\" ED-PID::::******:******; y"},
+      {"ACT-USER:NE1:bob:7::\"a ED-PID:b\"; ED-PID:::::c;", "ACT-USER:NE1:bob:7::******; ED-PID:::::******;"},
   });
 }
 
