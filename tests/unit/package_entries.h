@@ -1,34 +1,15 @@
 #ifndef VARNEL_TESTS_PACKAGE_ENTRIES_H
 #define VARNEL_TESTS_PACKAGE_ENTRIES_H
 
-#include <ostream>
 #include <string>
-#include <tuple>
-#include <vector>
 
+#include "description_reference.h"
 #include "pkgfile.h"
 #include "recording_host.h"
 
 namespace VARNEL_TEST {
 
 constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
-
-/// What the list of a package file holds, by value.
-struct Entry {
-  std::string name;
-  std::string kind;
-  unsigned int size;
-};
-
-inline bool operator==(const Entry& a, const Entry& b) {
-  return std::tie(a.name, a.kind, a.size) == std::tie(b.name, b.kind, b.size);
-}
-
-inline std::ostream& operator<<(std::ostream& out, const Entry& entry) {
-  return out << "(\"" << entry.name << "\", \"" << entry.kind << "\", " << entry.size << ')';
-}
-
-using Entries = std::vector<Entry>;
 
 inline Entries EntriesIn(const VARNEL_COMMON::CPkgFile& package) {
   Entries entries;

@@ -2,13 +2,11 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <optional>
 #include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
+#include "description_reference.h"
 #include "package_entries.h"
 #include "recording_test.h"
 #include "software_file.h"
@@ -19,68 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using VARNEL_COMMON::CPkgFile;
-
-enum class Ending { Entries, SectionMissing, LineNotCorrect, ListEmpty };
-
-struct Description {
-  Ending ending;
-  Entries entries;
-};
-
-std::string Trimmed(const std::string& text) {
-  constexpr char BLANKS[] = " \t\n\v\f\r";
-  const size_t first = text.find_first_not_of(BLANKS);
-  return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(BLANKS) - first + 1);
-}
-
-bool Contains(const std::string& text, const std::string& part) {
-  return text.find(part) != std::string::npos;
-}
-
-// A description read in the plainest way, with streams only.
-class PlainParse {
- public:
-  explicit PlainParse(const std::string& text) : m_text(text) {}
-
-  Description Result() {
-    Description description{Ending::SectionMissing, {}};
-    std::optional<std::string> line = Next();
-    while (line && !Contains(*line, "[File Description]"))
-      line = Next();
-    if (!line) return description;
-
-    while ((line = Next()) && line->substr(0, 1) != "[" && !Contains(*line, "[END]")) {
-      const std::vector<std::string> columns = Columns(*line);
-      if (columns.size() != 8 || columns[0][0] == '#' || Contains(columns[0], "\xA3\xA3")) continue;
-      description.ending = Ending::LineNotCorrect;
-      for (const std::string& column : columns) {
-        if (column.size() > 255) return description;
-      }
-      unsigned int size = 0;
-      std::istringstream(columns[4]) >> size;
-      description.entries.push_back({columns[0], columns[1], size});
-    }
-    description.ending = description.entries.empty() ? Ending::ListEmpty : Ending::Entries;
-    return description;
-  }
-
- private:
-  std::optional<std::string> Next() {
-    std::string line;
-    if (!std::getline(m_text, line)) return std::nullopt;
-    return std::string(line.substr(0, 1023).c_str());
-  }
-
-  static std::vector<std::string> Columns(const std::string& line) {
-    std::vector<std::string> columns;
-    std::istringstream stream(line + ":");
-    for (std::string column; std::getline(stream, column, ':');)
-      columns.push_back(Trimmed(column));
-    return columns;
-  }
-
-  std::istringstream m_text;
-};
 
 // Pieces that descriptions are thrown together from.
 const std::vector<std::string> COMMON_PIECES{":",
@@ -150,7 +86,7 @@ class DescriptionAgainstPlainParse : public RecordingTest {
         return {LineNotCorrect(path)};
       case Ending::ListEmpty:
         return {ListEmpty(path)};
-      case Ending::Entries:
+      case Ending::Complete:
         break;
     }
     return {};
@@ -166,11 +102,11 @@ TEST_F(DescriptionAgainstPlainParse, GeneratedDescriptions) {
   size_t entries = 0;
   for (int i = 0; i < 5000; ++i) {
     const std::string text = descriptions.Next();
-    const Description expected = PlainParse(text).Result();
+    const Description expected = Reference::ReadDescription(text);
     folder.Write("package.txt", text);
     host.Reset();
     CPkgFile package(path);
-    ASSERT_EQ(package.ParsePkgSoftInfo(path), expected.ending == Ending::Entries ? 0U : INVALID_DESCRIPTION) << text;
+    ASSERT_EQ(package.ParsePkgSoftInfo(path), expected.ending == Ending::Complete ? 0U : INVALID_DESCRIPTION) << text;
     ASSERT_EQ(EntriesIn(package), expected.entries) << text;
     ASSERT_EQ(host.lines, LinesOf(expected.ending)) << text;
     ++endings[static_cast<size_t>(expected.ending)];
@@ -201,10 +137,10 @@ TEST_F(DescriptionAgainstPlainParse, EveryPrefixOfAPackage) {
 
   for (size_t size = bytes.size() + 1; size-- > 0;) {
     fs::resize_file(path, size);
-    const Description expected = PlainParse(bytes.substr(0, size)).Result();
+    const Description expected = Reference::ReadDescription(bytes.substr(0, size));
     host.Reset();
     CPkgFile package(path);
-    ASSERT_EQ(package.ParsePkgFile(), expected.ending == Ending::Entries ? 0U : INVALID_DESCRIPTION) << size;
+    ASSERT_EQ(package.ParsePkgFile(), expected.ending == Ending::Complete ? 0U : INVALID_DESCRIPTION) << size;
     ASSERT_EQ(EntriesIn(package), expected.entries) << size;
     ASSERT_EQ(package.m_strVersion, size < versionEnd ? "" : "2.10") << size;
     Lines lines = LinesOf(expected.ending);

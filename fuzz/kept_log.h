@@ -1,0 +1,20 @@
+#ifndef VARNEL_FUZZ_KEPT_LOG_H
+#define VARNEL_FUZZ_KEPT_LOG_H
+
+#include <string>
+#include <vector>
+
+/// Takes the place of the platform's log service: lines are kept instead of written. All else of the platform stays.
+namespace VARNEL_FUZZ {
+
+struct KeptLine {
+  std::string function;
+  std::string text;
+};
+
+/// The lines of the current input; a target that looks at them clears them first.
+std::vector<KeptLine>& KeptLog();
+
+}  // namespace VARNEL_FUZZ
+
+#endif
