@@ -159,6 +159,21 @@ TEST(Tl1Framer, AMessageBeyondTheLimitIsAnError) {
   EXPECT_FALSE(framer.Next(message));
 }
 
+// The line that would decide about the stray quote may be what does not fit.
+TEST(Tl1Framer, AMessageBeyondTheLimitIsNotGivenOutAsWell) {
+  const std::string start = "   NE1 26-01-15 12:00:07\r\nM  7 COMPLD\r\n   \"a\r\n;\r\n";
+  const std::string stream = start + "   NE1 26-01-15 12:00:08\r\nM  8 DENY\r\n;";
+  for (size_t limit = 1; limit < stream.size(); ++limit) {
+    Framer framer(limit);
+    framer.Feed(stream);
+    framer.Finish();
+    uint64_t end = 0;
+    for (Message message; framer.Next(message);)
+      end = message.offset + message.length;
+    EXPECT_EQ(framer.TooLong(), end == 0) << limit;
+  }
+}
+
 TEST(Tl1Framer, TheLimitCountsTheSameInAnyCut) {
   for (size_t limit = 1; limit < RESPONSE.size() + 2; ++limit) {
     Framer whole(limit), bytes(limit);

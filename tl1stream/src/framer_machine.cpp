@@ -191,7 +191,7 @@ void FramerMachine::EndLine(char c, uint64_t offset) {
   if (m_state == State::Acknowledgement && m_buffer.size() > MAX_LINE) Abandon();
   if (m_state == State::Between) return;
   Append(c);
-  if (m_state == State::Body) EndLineOfBody(c);
+  if (m_state == State::Body && !tooLong) EndLineOfBody(c);
 }
 
 void FramerMachine::EndLineOfBody(char c) {
