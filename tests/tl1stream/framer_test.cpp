@@ -174,6 +174,19 @@ TEST(Tl1Framer, AMessageBeyondTheLimitIsNotGivenOutAsWell) {
   }
 }
 
+// A line is held until its end before it counts as the beginning of a message.
+TEST(Tl1Framer, ALastLineBeyondTheLimitIsAnError) {
+  const std::string header = "   NE1 26-01-15 12:00:07";
+  for (const size_t limit : {header.size() - 1, header.size()}) {
+    Framer framer(limit);
+    EXPECT_TRUE(framer.Feed(header)) << limit;
+    framer.Finish();
+    Message message;
+    EXPECT_EQ(framer.TooLong(), limit < header.size()) << limit;
+    EXPECT_EQ(framer.Next(message), limit == header.size()) << limit;
+  }
+}
+
 TEST(Tl1Framer, TheLimitCountsTheSameInAnyCut) {
   for (size_t limit = 1; limit < RESPONSE.size() + 2; ++limit) {
     Framer whole(limit), bytes(limit);

@@ -69,8 +69,8 @@ class VARNEL_API Framer {
   ///         more is read. So does every further call.
   bool Feed(std::string_view bytes);
 
-  /// Ends the stream. What a message without an end holds becomes the last one, `complete` false. Nothing is to be fed
-  /// afterwards.
+  /// Ends the stream. What a message without an end holds becomes the last one, `complete` false; where it is
+  /// beyond the limit, TooLong() tells so. Nothing is to be fed afterwards.
   void Finish();
 
   /// Takes the oldest message that was not taken yet.

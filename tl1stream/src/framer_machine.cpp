@@ -366,6 +366,7 @@ void FramerMachine::Finish() {
   }
   if (m_telnet.HoldsByte()) TakeData(TelnetFilter::IAC, m_offset - 1);
   if (m_state == State::Between) FinishBetween();
+  if (tooLong) return;
   if (m_state != State::Between) FinishMessage();
   skipped.bytes += m_offset - m_lastEnd;
   m_lastEnd = m_offset;

@@ -54,17 +54,23 @@ class Tl1Run {
 
  private:
   void Take(const std::string& bytes) {
-    const bool fits = m_framer.Feed(bytes);
+    m_framer.Feed(bytes);
     TakeMessages();
-    if (!fits) Fail(TooLong("the message at offset " + std::to_string(m_framer.TooLongOffset())));
+    TellTooLong();
     std::cout.flush();
   }
 
   void End() {
     m_framer.Finish();
     TakeMessages();
+    TellTooLong();
     m_joiner.Finish();
     PrintJoined();
+  }
+
+  void TellTooLong() {
+    if (m_failed || !m_framer.TooLong()) return;
+    Fail(TooLong("the message at offset " + std::to_string(m_framer.TooLongOffset())));
   }
 
   void Fail(const std::string& what) {
