@@ -5,7 +5,42 @@ set(VARNEL_WARNINGS
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-align -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wundef -Wunused -Wdouble-promotion)
 
+option(VARNEL_HARDEN "Let compiler and linker add what keeps a defect from being used by an attacker" ON)
+
+# A compiler that brings its own definition, or a user who gives one, keeps it.
+if(VARNEL_HARDEN)
+  include(CheckCXXCompilerFlag)
+  include(CheckCXXSourceCompiles)
+  include(CheckPIESupported)
+  check_pie_supported(LANGUAGES CXX)
+  check_cxx_compiler_flag(-fcf-protection=full VARNEL_HAS_CF_PROTECTION)
+  set(CMAKE_REQUIRED_FLAGS -O2)
+  check_cxx_source_compiles("
+    #if defined(_FORTIFY_SOURCE) || defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    #error taken
+    #endif
+    int main() {}" VARNEL_MAY_FORTIFY)
+  unset(CMAKE_REQUIRED_FLAGS)
+  if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    set(VARNEL_MAY_FORTIFY OFF)  # not every sanitizer has a macro
+  endif()
+endif()
+
+# Checked functions need an optimised build, and hide from the sanitizers what those are to see.
+function(varnel_harden target)
+  if(NOT VARNEL_HARDEN)
+    return()
+  endif()
+  target_compile_options(${target} PRIVATE
+    -fstack-protector-strong
+    $<$<BOOL:${VARNEL_HAS_CF_PROTECTION}>:-fcf-protection=full>
+    $<$<AND:$<NOT:$<CONFIG:Debug>>,$<BOOL:${VARNEL_MAY_FORTIFY}>>:-D_FORTIFY_SOURCE=2>)
+  target_link_options(${target} PRIVATE LINKER:-z,relro LINKER:-z,now LINKER:-z,noexecstack)
+  set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON)
+endfunction()
+
 function(varnel_compile_options target)
+  varnel_harden(${target})
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_options(${target} PRIVATE ${VARNEL_WARNINGS} -fno-semantic-interposition $<$<NOT:$<CONFIG:Debug>>:-O3>)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
