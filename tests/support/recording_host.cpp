@@ -55,7 +55,7 @@ void Record(const char* module, int level, Overload overload, const std::string&
   Host().lines.push_back({level, overload, text, location.Module(), location.Function(), module, location.Line()});
 }
 
-// A file whose reads fail behind its readable bytes.
+// A file whose reads fail behind its readable bytes, and whose seeks may fail.
 struct BrokenFile {
   FILE* file;
   long readable;
@@ -63,7 +63,7 @@ struct BrokenFile {
 
 ssize_t ReadBroken(void* cookie, char* buffer, size_t size) {
   const auto& broken = *static_cast<BrokenFile*>(cookie);
-  const long left = broken.readable - std::ftell(broken.file);
+  const long left = broken.readable < 0 ? static_cast<long>(size) : broken.readable - std::ftell(broken.file);
   if (left <= 0) {
     errno = Host().fileError;
     return -1;
@@ -73,6 +73,10 @@ ssize_t ReadBroken(void* cookie, char* buffer, size_t size) {
 
 int SeekBroken(void* cookie, off64_t* offset, int whence) {
   const auto& broken = *static_cast<BrokenFile*>(cookie);
+  if (Host().seeks.Next()) {
+    errno = Host().fileError;
+    return -1;
+  }
   if (fseeko(broken.file, *offset, whence) != 0) return -1;
   *offset = ftello(broken.file);
   return 0;
@@ -83,7 +87,7 @@ int CloseBroken(void* cookie) {
   return std::fclose(broken->file);
 }
 
-FILE* BreakReads(FILE* file, const char* mode) {
+FILE* Break(FILE* file, const char* mode) {
   auto broken = std::make_unique<BrokenFile>(BrokenFile{file, Host().readableBytes});
   return fopencookie(broken.release(), mode, {ReadBroken, nullptr, SeekBroken, CloseBroken});
 }
@@ -127,6 +131,7 @@ CDCLogFilter* CDCLogFilter::getInstance() {
 }
 
 void CDCLogFilter::replaceAllSensInfo(std::string& text) {
+  if (Host().filterThrows) throw std::runtime_error("the filter is down");
   Host().filtered.push_back(text);
   for (size_t at; (at = text.find("SECRET")) != std::string::npos;)
     text.replace(at, 6, "######");
@@ -142,8 +147,11 @@ FILE* fopen(const char* path, const char* mode, const char* encoding) {
     errno = Host().fileError;
     return nullptr;
   }
+  if (Host().aroundOpening) Host().aroundOpening(Host().moments++);
   FILE* file = std::fopen(path, mode);
-  return file == nullptr || Host().readableBytes < 0 ? file : VARNEL_TEST::BreakReads(file, mode);
+  if (Host().aroundOpening) Host().aroundOpening(Host().moments++);
+  const bool whole = Host().readableBytes < 0 && !Host().seeks.Armed();
+  return file == nullptr || whole ? file : VARNEL_TEST::Break(file, mode);
 }
 
 int stat(const char* path, struct ::stat* buffer, const char* encoding) {

@@ -2,6 +2,7 @@
 #define VARNEL_TESTS_RECORDING_HOST_H
 
 #include <cstddef>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -34,6 +35,7 @@ class CallFailure {
  public:
   void FailAt(size_t call) { m_failAt = call, m_calls = 0; }
   size_t Calls() const { return m_calls; }
+  bool Armed() const { return m_failAt != 0; }
   /// To be asked once a call.
   bool Next() { return ++m_calls == m_failAt; }
 
@@ -51,6 +53,7 @@ struct RecordingHost {
   std::vector<LogLine> lines;
   std::vector<std::string> filtered;   ///< each text as it came to the filter
   std::vector<std::string> encodings;  ///< the encoding of each file call
+  size_t moments = 0;                  ///< how often aroundOpening has been called
 
   CallFailure boundedCopies;   ///< memcpy_s and strncpy_s
   int boundedCopyResult = 34;  ///< what a failing one returns; nothing is copied
@@ -59,7 +62,10 @@ struct RecordingHost {
   CallFailure opens;
   int fileError = 5;        ///< errno of a failing file call
   long readableBytes = -1;  ///< reads of opened files fail with fileError behind this many bytes, unless negative
-  bool logThrows = false;   ///< ForceLog throws std::runtime_error
+  CallFailure seeks;       ///< of files opened while it is armed, and as they come to the system: past what is buffered
+  bool logThrows = false;  ///< ForceLog throws std::runtime_error
+  bool filterThrows = false;                  ///< the filter throws std::runtime_error
+  std::function<void(size_t)> aroundOpening;  ///< called with 0, 1, 2 … before and after each opening of a file
 };
 
 }  // namespace VARNEL_TEST
