@@ -54,7 +54,8 @@ class FramerMachine;
 /// is the data byte FF, and so is an FF in front of a smaller byte.
 ///
 /// Time grows with the bytes fed, memory with the largest message and the bytes of one Feed(). An object belongs to
-/// one thread at a time.
+/// one thread at a time. Memory exhaustion throws std::bad_alloc; from Feed() and Finish() it ends the stream as a
+/// message beyond the limit does: the messages before can still be taken, and nothing more is read.
 class VARNEL_API Framer {
  public:
   /// @param limit  the most bytes that a message may have.

@@ -17,7 +17,8 @@ class JoinerAnswers;
 /// reaches from the beginning of its first part to the end of its last one in the stream.
 ///
 /// A message that is no part of a longer answer passes at once, so it may overtake an answer that is not whole yet. An
-/// object belongs to one thread at a time.
+/// object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc; from Add() and Finish() it loses
+/// the answers that are not whole yet: what was ready before can still be taken, and nothing more is taken in.
 class VARNEL_API Joiner {
  public:
   /// @param limit  the most bytes that the answers which are not whole yet may have together.

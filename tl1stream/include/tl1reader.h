@@ -53,7 +53,7 @@ VARNEL_API std::optional<std::string> SidField(std::string_view text);
 
 /// Reads the parts of messages as a person would. One reader reads the messages of one stream in their order: bare
 /// text behind a part that ended in ">" gets the type, SID, tags, code and verb of that part. An object belongs to one
-/// thread at a time.
+/// thread at a time. Memory exhaustion throws std::bad_alloc and leaves the reader as it was or as after the call.
 class VARNEL_API Reader {
  public:
   Parts Read(const Message& message);

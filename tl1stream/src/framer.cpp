@@ -6,17 +6,30 @@
 
 namespace VARNEL_TL1 {
 
+namespace {
+
+// What is in hand when a step fails half-way belongs to no message that could be trusted.
+template <typename Step>
+void RunOrBreak(FramerMachine& machine, Step step) {
+  if (machine.broken) return;
+  machine.broken = true;
+  step();
+  machine.broken = false;
+}
+
+}  // namespace
+
 Framer::Framer(size_t limit) : m_machine(std::make_unique<FramerMachine>(limit)) {}
 
 Framer::~Framer() = default;
 
 bool Framer::Feed(std::string_view bytes) {
-  m_machine->Feed(bytes);
-  return !m_machine->tooLong;
+  RunOrBreak(*m_machine, [&] { m_machine->Feed(bytes); });
+  return !m_machine->tooLong && !m_machine->broken;
 }
 
 void Framer::Finish() {
-  m_machine->Finish();
+  RunOrBreak(*m_machine, [&] { m_machine->Finish(); });
 }
 
 bool Framer::Next(Message& message) {

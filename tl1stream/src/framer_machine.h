@@ -23,6 +23,7 @@ class FramerMachine {
   std::deque<Message> messages;
   Skipped skipped;
   bool tooLong = false;
+  bool broken = false;  ///< a step failed half-way
   uint64_t Start() const { return m_start; }
 
  private:

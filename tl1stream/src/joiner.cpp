@@ -30,22 +30,27 @@ class JoinerAnswers {
   explicit JoinerAnswers(size_t limit) : m_limit(limit) {}
 
   bool Add(Parts parts) {
-    if (m_tooLong) return false;
+    if (m_tooLong || m_broken) return false;
+    m_broken = true;  // unless all goes well: a part that was added half-way spoils the answer
     if (CanBeLong(parts)) {
       AddPart(std::move(parts));
     } else {
       ready.push_back(std::move(parts));
     }
+    m_broken = false;
     return !m_tooLong;
   }
 
   void Finish() {
+    if (m_broken) return;
+    m_broken = true;
     std::vector<Parts> rest;
     for (auto& [key, answer] : m_answers)
       rest.push_back(std::move(answer.whole));
     m_answers.clear();
     std::sort(rest.begin(), rest.end(), [](const Parts& a, const Parts& b) { return a.offset < b.offset; });
     std::move(rest.begin(), rest.end(), std::back_inserter(ready));
+    m_broken = false;
   }
 
   std::deque<Parts> ready;
@@ -116,6 +121,7 @@ class JoinerAnswers {
   const size_t m_limit;
   size_t m_bytes = 0;  // of all answers in hand
   bool m_tooLong = false;
+  bool m_broken = false;  // a step failed half-way
   std::map<Key, Answer> m_answers;
   std::map<Tag, std::string> m_latestSid;
 };

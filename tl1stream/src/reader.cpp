@@ -1,6 +1,7 @@
 #include "tl1reader.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "line_kinds.h"
 
@@ -139,7 +140,11 @@ Parts Reader::Read(const Message& message) {
   }
   parts.lines = TextLines(text);
   parts.continues = Continues(message.bytes, parts);
-  if (parts.continues) TakeOver(parts, m_previous);
+  if (parts.continues) {
+    Parts previous;
+    TakeOver(parts, previous);
+    m_previous = std::move(previous);  // at once: memory that runs out leaves all of it or nothing
+  }
   return parts;
 }
 
