@@ -1,13 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <functional>
 #include <random>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "growth.h"
+#include "password_spellings.h"
 #include "platform/ns_util.h"
 
 namespace VARNEL_TEST {
@@ -248,81 +248,6 @@ TEST(LogFilter, WhatIsNotSensitiveStays) {
                            "isColdPatch not find coldpatch, File: /opt/it's \"here\"",
                            "realpath failed. file:/opt/passwd. "})
     EXPECT_EQ(Filtered(text), text);
-}
-
-// A way to write a password into a text, and what the text must become.
-struct Spelling {
-  const char* name;
-  std::function<std::string(const std::string& password)> write;  // gives "" where it cannot be spelled so
-  std::string masked;
-};
-
-std::string Replaced(std::string text, char what, const std::string& by) {
-  for (size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += by.size())
-    text.replace(at, 1, by);
-  return text;
-}
-
-std::string Escaped(const std::string& text, char quote) {
-  return Replaced(Replaced(text, '\\', "\\\\"), quote, std::string{'\\', quote});
-}
-
-std::string Doubled(const std::string& text, char quote) {
-  return Replaced(text, quote, {quote, quote});
-}
-
-bool HoldsAny(const std::string& text, const char* characters) {
-  return text.find_first_of(characters) != std::string::npos;
-}
-
-const std::vector<Spelling>& Spellings() {
-  static const std::vector<Spelling> spellings{
-      {"without quotes",
-       [](const std::string& password) {
-         const bool possible = !HoldsAny(password, " \t\n,;") && !HoldsAny(password.substr(0, 1), "\"'\\");
-         return possible ? "a PWD=" + password + ",b=1" : "";
-       },
-       "a PWD=******,b=1"},
-      {"double quotes, escaped", [](const std::string& password) { return "PWD=\"" + Escaped(password, '"') + "\" b"; },
-       "PWD=\"******\" b"},
-      {"single quotes, escaped", [](const std::string& password) { return "pwd: '" + Escaped(password, '\'') + "' b"; },
-       "pwd: '******' b"},
-      {"double quotes, doubled",
-       [](const std::string& password) {
-         return HoldsAny(password, "\\") ? "" : "token=\"" + Doubled(password, '"') + "\" b";
-       },
-       "token=\"******\" b"},
-      {"single quotes, doubled",
-       [](const std::string& password) {
-         return HoldsAny(password, "\\") ? "" : "token='" + Doubled(password, '\'') + "' b";
-       },
-       "token='******' b"},
-      {"JSON", [](const std::string& password) { return "{\"secret\":\"" + Escaped(password, '"') + "\",\"b\":1}"; },
-       "{\"secret\":\"******\",\"b\":1}"},
-      {"JSON in a quoted text",
-       [](const std::string& password) {
-         return "\"" + Escaped("{\"secret\":\"" + Escaped(password, '"') + "\",\"b\":1}", '"') + "\"";
-       },
-       R"("{\"secret\":\"******\",\"b\":1}")"},
-      {"TL1",
-       [](const std::string& password) {
-         return HoldsAny(password, ":;\"") ? "" : "ACT-USER:NE1:bob:1::" + password + ";b";
-       },
-       "ACT-USER:NE1:bob:1::******;b"},
-      {"TL1 in quotes",
-       [](const std::string& password) { return "ED-PID:NE1:bob:1::x,\"" + Escaped(password, '"') + "\":b;"; },
-       "ED-PID:NE1:bob:1::******:b;"},
-  };
-  return spellings;
-}
-
-std::string GeneratePassword(std::mt19937& random) {
-  using namespace std::string_literals;
-  static const std::string alphabet = "aZ09:;,=\"'\\ \t\n{}[]()<>*?.#$%&/\0\x7F\x80\xA3\xFF"s;
-  std::string password;
-  for (size_t length = 1 + random() % 12; password.size() < length;)
-    password += alphabet[random() % alphabet.size()];
-  return password;
 }
 
 TEST(LogFilter, NoGeneratedPasswordSurvivesAnySpelling) {
