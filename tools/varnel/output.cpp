@@ -96,7 +96,7 @@ std::string Hex16(uint16_t number) {
 
 void Complain(std::string_view subject, std::string_view what) {
   std::cout.flush();
-  std::cerr << "varnel: " << Escaped(subject) << ": " << what << '\n';
+  std::cerr << "varnel: " << Escaped(subject) << ": " << Escaped(what) << '\n';
 }
 
 std::string Coloured(Colour colour, const std::string& word) {

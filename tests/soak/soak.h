@@ -1,0 +1,58 @@
+#ifndef VARNEL_TESTS_SOAK_H
+#define VARNEL_TESTS_SOAK_H
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace VARNEL_TEST {
+
+/// How much is done.
+struct SoakSize {
+  size_t objects = 10000;
+  size_t reports = 1000000;
+  size_t offers = 100;  ///< objects that each report is offered to
+  size_t packages = 100000;
+  double seconds = 5;         ///< that the command is kept busy by an element that never ends
+  size_t message = 16777216;  ///< bytes up to which it takes messages that take long to read
+};
+
+/// Whether memory is counted as the system sees it: not under sanitizers, which keep what is freed.
+constexpr bool MEMORY_COUNTS =
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    false;
+#else
+    true;
+#endif
+
+/// How a child process ended.
+struct Child {
+  int status;          ///< exit status, or -1 after a signal
+  double seconds;      ///< that it ran
+  size_t kibibytes;    ///< most memory that it had
+  std::string errors;  ///< what it wrote to standard error
+};
+
+/// First argument of this program where it only starts a command and tells what memory that needed.
+constexpr char MEASURE[] = "--measure ";
+int Measure(const std::vector<std::string>& command);
+
+/// Runs a command with its standard output thrown away.
+Child RunChild(const std::vector<std::string>& command);
+
+/// Prints a line of the report, and counts those that are wrong.
+void Expect(bool right, const std::string& what);
+size_t Wrong();
+
+/// Live events and parsers, each offered reports without end: memory and descriptors do not grow.
+void SoakObjects(const SoakSize& size);
+
+/// A folder with very many packages through `varnel package`.
+void SoakPackages(const SoakSize& size, const std::string& varnel);
+
+/// Elements that never end a message, send one byte after the other, or one that is too long.
+void SoakElements(const SoakSize& size, const std::string& varnel);
+
+}  // namespace VARNEL_TEST
+
+#endif
