@@ -797,8 +797,10 @@ TEST_F(Str, ResultsDoNotFollowTheGlobalStreamLocale) {
 TEST_F(Str, ResultsDoNotFollowTheLocaleOfTheProcess) {
   const TurkishLocale locale;
   if (!locale.IsSet()) GTEST_SKIP() << "no localedef here";
-  EXPECT_EQ(std::toupper('i'), 0xDD) << "the C library does follow it";
-  EXPECT_EQ(std::toupper(0xE1), 0xC1);
+  // The compiler knows toupper() of the "C" locale only, so it must not know the letters.
+  const volatile int i = 'i', letter = 0xE1;
+  EXPECT_EQ(std::toupper(i), 0xDD) << "the C library does follow it";
+  EXPECT_EQ(std::toupper(letter), 0xC1);
   ExpectResultsOfTheCLocale();
 }
 
