@@ -282,7 +282,7 @@ def cache_value(build, key):
 def flags_of(build):
     kind = cache_value(build, "CMAKE_BUILD_TYPE")
     flags = f'{cache_value(build, "CMAKE_CXX_FLAGS")} {cache_value(build, f"CMAKE_CXX_FLAGS_{kind.upper()}")}'
-    return f"`{flags.strip()}` ({kind})"
+    return f"`{flags.strip()} -O3` ({kind}), for the libraries and for what stands beside them here alike"
 
 
 def compiler_of(build):

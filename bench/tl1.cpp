@@ -176,6 +176,22 @@ void Parse(const std::string& name, const std::string& message) {
   if (message.size() < 4096) row.Obvious("std::regex", Parsing<std::string>(message, ParseByRegex));
 }
 
+// The parse alone, without making and freeing the object and its copy of the message.
+void ParseAgain(const std::string& name, const std::string& message) {
+  Row("NEMsgParse", name + ", object kept", message.size(),
+      [parser = std::make_shared<CTL1NEMsgParse>(message)] {
+        parser->NEMsgParse();
+        return All(*parser);
+      })
+      .Peer("RE2",
+            [&message, fields = std::make_shared<Fields<std::string>>()] {
+              fields->message = message;
+              ParseByRe2(message, *fields);
+              return std::as_const(*fields).All();
+            })
+      .Limit("one copy", Copying(message));
+}
+
 void ParseEnd(const std::string& name, const std::string& message) {
   auto row = Row("ParseMsgEndFlg", name, message.size(), [&message, parser = std::make_shared<CTL1NEMsgParse>("")] {
     const bool ends = parser->ParseMsgEndFlg(message);
@@ -324,6 +340,7 @@ void AddTl1() {
   for (const auto& [name, bytes] : messages) {
     const std::string& message = Keep(bytes);
     Parse(name, message);
+    ParseAgain(name, message);
     ParseEnd(name, message);
     Stream(name, message);
   }

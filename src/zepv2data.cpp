@@ -122,8 +122,8 @@ std::string convertSlot2strDC(unsigned int neid, int bdid) {
 
 unsigned int convertSlotDC(const std::string& text) {
   const std::string_view read = text.c_str();  // what stands in front of a NUL
-  const bool isDashed = read.find('-') != std::string_view::npos;
-  if (isDashed || text.size() < MIN_DC_LENGTH || text.size() > MAX_DC_LENGTH) return ReadSlotText(read);
+  if (text.size() < MIN_DC_LENGTH || text.size() > MAX_DC_LENGTH) return ReadSlotText(read);
+  if (std::find(read.begin(), read.end(), '-') != read.end()) return ReadSlotText(read);
   unsigned short plainSlot = 0;
   StreamReader(read).Read(plainSlot);
   if (plainSlot <= LAST_PLAIN_SLOT) return plainSlot;
