@@ -42,8 +42,13 @@ endfunction()
 function(varnel_compile_options target)
   varnel_harden(${target})
   target_compile_features(${target} PUBLIC cxx_std_17)
-  target_compile_options(${target} PRIVATE ${VARNEL_WARNINGS} -fno-semantic-interposition $<$<NOT:$<CONFIG:Debug>>:-O3>)
+  target_compile_options(${target} PRIVATE ${VARNEL_WARNINGS})
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+endfunction()
+
+# What is worth its time to the compiler where time counts: the libraries, and not the tests of them.
+function(varnel_optimise target)
+  target_compile_options(${target} PRIVATE -fno-semantic-interposition $<$<NOT:$<CONFIG:Debug>>:-O3>)
 endfunction()
 
 # Makes a library export only what the version script in the target's own folder names. Calls within the library go
