@@ -11,12 +11,14 @@
 #include "exact_text.h"
 #include "input.h"
 #include "kept_log.h"
+#include "message_model.h"
 
 using VARNEL_COMMON::CCmdStr;
 using VARNEL_COMMON::CComNEMsg;
 using VARNEL_FUZZ::Input;
 using VARNEL_FUZZ::KeptLog;
 using VARNEL_TEST::ExactText;
+using VARNEL_TEST::MessageModel;
 
 namespace {
 
@@ -156,34 +158,6 @@ class Command {
 
   std::unique_ptr<CCmdStr> m_command = std::make_unique<CCmdStr>();
   CommandModel m_model;
-};
-
-// The body as a string, the size as a number, and how many warnings there were.
-struct MessageModel {
-  static constexpr size_t LONGEST = 65534;
-
-  std::string body;
-  size_t size = 1024;
-  size_t warnings = 0;
-
-  void Set(const std::string& data) {
-    warnings += data.size() > LONGEST ? 1U : 0U;
-    body = data.substr(0, LONGEST);
-    if (size < body.size() + 1) size = body.size() + 1024;
-  }
-
-  void Add(const std::string& data) {
-    warnings += body.size() + data.size() > LONGEST ? 1U : 0U;
-    const std::string fitting = data.substr(0, LONGEST - body.size());
-    if (fitting.empty()) return;
-    body += fitting;
-    if (size < body.size() + 1) size = body.size() + 1024;
-  }
-
-  void SetBufLen(size_t length) {
-    warnings += length > LONGEST ? 1U : 0U;
-    size = std::max(size, std::min(length, LONGEST));
-  }
 };
 
 class Body {

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "comnemsg.h"
+#include "message_model.h"
 #include "recording_test.h"
 #include "string_references.h"
 
@@ -14,34 +15,6 @@ namespace VARNEL_TEST {
 namespace {
 
 using VARNEL_COMMON::CComNEMsg;
-
-constexpr size_t LONGEST = 65534;
-
-// The body as a string, the size as a number, and how many warnings there were.
-struct Model {
-  std::string body;
-  size_t size = 1024;
-  size_t warnings = 0;
-
-  void Set(const std::string& data) {
-    warnings += data.size() > LONGEST ? 1U : 0U;
-    body = data.substr(0, LONGEST);
-    if (size < body.size() + 1) size = body.size() + 1024;
-  }
-
-  void Add(const std::string& data) {
-    warnings += body.size() + data.size() > LONGEST ? 1U : 0U;
-    const std::string fitting = data.substr(0, LONGEST - body.size());
-    if (fitting.empty()) return;
-    body += fitting;
-    if (size < body.size() + 1) size = body.size() + 1024;
-  }
-
-  void SetBufLen(size_t length) {
-    warnings += length > LONGEST ? 1U : 0U;
-    size = std::max(size, std::min(length, LONGEST));
-  }
-};
 
 class MessageAndModel {
  public:
@@ -142,7 +115,7 @@ class MessageAndModel {
   }
 
   std::unique_ptr<CComNEMsg> m_message;
-  Model m_model;
+  MessageModel m_model;
 };
 
 class ComNEMsgReference : public RecordingTest {};
