@@ -99,11 +99,13 @@ void SetDcWord(SlotReading& reading, std::string_view digits, unsigned int numbe
   } else {
     reading.word = static_cast<uint16_t>(shelf * 256 + number % 100);
   }
-  if (number <= MAX_WORD)
+  if (number <= MAX_WORD) {
     reading.notes.push_back("read plainly it is slot " + std::to_string(number) + ": " +
                             DescribeSlot(static_cast<uint16_t>(number)));
-  if (const auto other = ThreeDigitSlot(digits))
+  }
+  if (const auto other = ThreeDigitSlot(digits)) {
     reading.notes.push_back("it is also how old generations write " + DescribeSlot(*other));
+  }
 }
 
 void SetNumber(SlotReading& reading, const Position& position) {
@@ -113,9 +115,10 @@ void SetNumber(SlotReading& reading, const Position& position) {
   } else {
     reading.form = "plain number";
     SetWord(reading, position);
-    if (position.slot.size() == 3 && number >= FIRST_OF_SHELF_1 && number <= LAST_OF_SHELF_1)
+    if (position.slot.size() == 3 && number >= FIRST_OF_SHELF_1 && number <= LAST_OF_SHELF_1) {
       reading.notes.push_back("not shelf 1, slot " + std::to_string(number % 100) +
                               ": the DC form begins with shelf 2");
+    }
   }
   if (reading.word && position.rest.empty()) reading.plainNumber = static_cast<unsigned short>(number);
 }
