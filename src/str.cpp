@@ -12,6 +12,7 @@
 #include "chars.h"
 #include "common.h"
 #include "find.h"
+#include "piece.h"
 #include "platform/ns_util.h"
 #include "replace.h"
 #include "stream_reader.h"
@@ -77,11 +78,11 @@ std::vector<std::string> Split(std::string_view text, char sep) {
   size_t start = LeadingBlanks(text);
   ForEachPlace(text, sep, [&](size_t end) {
     if (end < start) return;  // a separator that is white space is itself skipped in front of a field
-    fields.emplace_back(text.data() + start, end - start);
+    AppendPiece(fields, text, start, end - start);
     start = end + 1;
     if (start < text.size() && IsBlank(text[start])) start += LeadingBlanks(text.substr(start));
   });
-  fields.emplace_back(text.substr(start));
+  AppendPiece(fields, text, start, text.size() - start);
   return fields;
 }
 
@@ -175,7 +176,7 @@ void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fie
   // out half-way would leave some of the fields in it.
   std::vector<std::string> added = Split(text, sep);
   if (fields.empty()) {
-    fields = std::move(added);
+    fields.swap(added);
     return;
   }
   fields.insert(fields.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));

@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 
+#include "copy_short.h"
+
 namespace {
 
 bool Overlap(const void* a, size_t aSize, const void* b, size_t bSize) {
@@ -21,6 +23,14 @@ size_t Length(const char* text, size_t limit) {
     if (i == limit || text[i] == '\0') return i;
   }
   return FEW + strnlen(text + FEW, limit - FEW);
+}
+
+void Copy(void* dest, const void* src, size_t count) {
+  if (count <= VARNEL_INTERNAL::SHORT_COPY) {
+    VARNEL_INTERNAL::CopyShort(static_cast<char*>(dest), static_cast<const char*>(src), count);
+  } else {
+    std::memcpy(dest, src, count);
+  }
 }
 
 void Fill(void* dest, int c, size_t count) {
@@ -40,7 +50,7 @@ int memcpy_s(void* dest, size_t destMax, const void* src, size_t count) {
     explicit_bzero(dest, destMax);
     return tooLong ? ERANGE : EINVAL;
   }
-  std::memcpy(dest, src, count);
+  Copy(dest, src, count);
   return 0;
 }
 
@@ -67,7 +77,7 @@ int strncpy_s(char* dest, size_t destMax, const char* src, size_t count) {
     dest[0] = '\0';
     return length >= destMax ? ERANGE : EINVAL;
   }
-  std::memcpy(dest, src, length);
+  Copy(dest, src, length);
   dest[length] = '\0';
   return 0;
 }

@@ -2,21 +2,35 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
+#include <numeric>
 #include <string>
+#include <vector>
 
+#include "byte_blocks.h"
+#include "copy_short.h"
 #include "growth.h"
 #include "no_case_finder.h"
+#include "piece.h"
 #include "string_references.h"
 
 namespace VARNEL_TEST {
 namespace {
 
 using namespace std::string_literals;
+using VARNEL_COMMON::AppendPiece;
+using VARNEL_COMMON::BLOCK;
+using VARNEL_COMMON::CopyOf;
+using VARNEL_COMMON::FindNear;
+using VARNEL_COMMON::ForEachPlace;
 using VARNEL_COMMON::NoCaseFinder;
+using VARNEL_COMMON::SHORT_PIECE;
+using VARNEL_INTERNAL::CopyShort;
 using VARNEL_INTERNAL::Finder;
 using VARNEL_INTERNAL::FindInString;
 using VARNEL_INTERNAL::FindLinear;
+using VARNEL_INTERNAL::SHORT_COPY;
 
 constexpr size_t NPOS = std::string_view::npos;
 
@@ -180,6 +194,66 @@ TEST(FindNoCase, IsLinearWhereTheLiteralNearlyOccursEverywhere) {
     ASSERT_EQ(finder.FindEnd(all, 0), NPOS);
   };
   EXPECT_LT(Growth(20000, text, search), LINEAR_GROWTH);
+}
+
+TEST(FindNear, FindsAsAPlainSearchDoesWhateverTheDistance) {
+  for (size_t size = 0; size <= 3 * BLOCK; ++size) {
+    for (size_t place = 0; place <= size; ++place) {
+      std::string text(size, '.');
+      if (place < size) text[place] = 'x';
+      for (size_t from = 0; from <= size + 2; ++from) {
+        ASSERT_EQ(FindNear(text, 'x', from), text.find('x', from)) << "size " << size << ", from " << from;
+      }
+    }
+  }
+}
+
+TEST(FindNear, FarBehindTheEndIsNothing) {
+  EXPECT_EQ(FindNear("x", 'x', NPOS), NPOS);
+  EXPECT_EQ(FindNear(std::string(2 * BLOCK, 'x'), 'x', NPOS - 1), NPOS);
+}
+
+TEST(ForEachPlace, TellsEveryPlaceInOrder) {
+  for (size_t size = 0; size <= 3 * BLOCK; ++size) {
+    for (size_t step = 1; step <= BLOCK + 1; ++step) {
+      std::string text(size, '.');
+      std::vector<size_t> expected;
+      for (size_t at = step - 1; at < size; at += step) {
+        text[at] = ':';
+        expected.push_back(at);
+      }
+      std::vector<size_t> places;
+      ForEachPlace(text, ':', [&](size_t place) { places.push_back(place); });
+      ASSERT_EQ(places, expected) << "size " << size << ", step " << step;
+    }
+  }
+}
+
+// The buffers are exactly as large as the piece, so that a memory checker sees a byte too many.
+TEST(CopyShort, CopiesWhatItIsToldToAndNoMore) {
+  for (size_t size = 0; size <= SHORT_COPY; ++size) {
+    std::vector<char> source(size);
+    std::iota(source.begin(), source.end(), 'a');
+    std::vector<char> copy(size + 2, '.');
+    CopyShort(copy.data() + 1, source.data(), size);
+    ASSERT_EQ(copy.front(), '.');
+    ASSERT_EQ(copy.back(), '.');
+    ASSERT_TRUE(std::equal(source.begin(), source.end(), copy.begin() + 1)) << size;
+  }
+}
+
+TEST(Piece, IsCopiedWhereverItStands) {
+  const std::string text = "abcdefghijklmnopqrstuvwxyz0123456789";
+  for (size_t start = 0; start <= text.size(); ++start) {
+    for (size_t size = 0; size <= text.size() - start; ++size) {
+      std::vector<std::string> pieces;
+      AppendPiece(pieces, text, start, size);
+      ASSERT_EQ(pieces, std::vector{text.substr(start, size)});
+      if (text.size() - start >= SHORT_PIECE) {
+        ASSERT_EQ(CopyOf({text.data() + start, size}), text.substr(start, size));
+      }
+    }
+  }
 }
 
 }  // namespace
