@@ -3,6 +3,7 @@
 #include <optional>
 #include <string_view>
 
+#include "byte_blocks.h"
 #include "common.h"
 #include "find.h"
 
@@ -52,7 +53,7 @@ struct Part {
   size_t length = 0;
 
   void CopyTo(std::string& text, const std::string& message) const {
-    if (start != NPOS) text.assign(message, start, length);
+    if (start != NPOS) text.assign(message.data() + start, length);
   }
 };
 
@@ -60,8 +61,7 @@ struct Part {
 
 // What a parse found. Nothing of the object changes before all of it is known.
 struct CTL1NEMsgParse::Findings {
-  Part sid, date, time, echo, textBlock, verb, code, ctag, atag;
-  bool hasRspLine = false;
+  Part sid, date, time, echo, rspLine, textBlock, verb, code, ctag, atag;
   int type = NONE;
   std::optional<unsigned int> startPos;
   bool emptiesAll = false;
@@ -113,16 +113,16 @@ class Parser {
       return Warn("NEMsgParse", __LINE__, "CTL1NEMsgParse::ParseDate(): ParseDate failed;");
     }
     m_found.echo = {0, header};
-    const size_t lineEnd = m_message.find('\n', cursor);
+    const size_t lineEnd = FindNear(m_message, '\n', cursor);
     // An "M" must follow even where the message turns out to be an autonomous one.
-    const size_t mPos = lineEnd == NPOS ? NPOS : m_message.find('M', lineEnd + 1);
+    const size_t mPos = lineEnd == NPOS ? NPOS : FindNear(m_message, 'M', lineEnd + 1);
     return mPos != NPOS && ParseOutputAndAuto(mPos, lineEnd);
   }
 
   bool ParseSID(size_t& cursor) {
-    const size_t blank = m_message.find(' ', cursor);
+    const size_t blank = FindNear(m_message, ' ', cursor);
     const size_t start = blank + INDENT;
-    const size_t end = blank == NPOS ? NPOS : m_message.find(' ', start);
+    const size_t end = blank == NPOS ? NPOS : FindNear(m_message, ' ', start);
     if (end == NPOS) return false;
     cursor = end;
     return Cut(start, end, m_found.sid);
@@ -130,7 +130,7 @@ class Parser {
 
   bool ParseDate(size_t& cursor) {
     const size_t start = cursor + 1;
-    const size_t end = m_message.find(' ', start);
+    const size_t end = FindNear(m_message, ' ', start);
     if (end == NPOS) return false;
     cursor = end;
     return Cut(start, end, m_found.date);
@@ -138,14 +138,14 @@ class Parser {
 
   bool ParseTime(size_t& cursor) {
     const size_t start = cursor + 1;
-    const size_t end = m_message.find('\r', start);
+    const size_t end = FindNear(m_message, '\r', start);
     if (end == NPOS) return false;
     cursor = end;
     return Cut(start, end, m_found.time);
   }
 
   bool ParseAck() {
-    const size_t blank = m_message.find(' ');
+    const size_t blank = FindNear(m_message, ' ', 0);
     if (blank == NPOS || !Cut(0, blank, m_found.code)) return Refuse();
     const size_t end = Find(m_message, ACK_END, blank);
     if (end == NPOS || end + ACK_END.Piece().size() != m_message.size()) return Refuse();
@@ -161,7 +161,7 @@ class Parser {
 
   bool ParseOutput(size_t mPos) {
     const size_t ctag = mPos + CTAG_START;
-    const size_t blank = m_message.find(' ', ctag);
+    const size_t blank = FindNear(m_message, ' ', ctag);
     if (blank == NPOS) return Refuse(__LINE__, "CTL1NEMsgParse::ParseOutputAndAuto(): Not find ctag");
     if (!Cut(ctag, blank, m_found.ctag)) {
       return Refuse(__LINE__, "CTL1NEMsgParse::ParseOutputAndAuto(): ctag is empty");
@@ -171,15 +171,16 @@ class Parser {
     if (!Cut(blank + 1, end, m_found.code)) {
       return Refuse(__LINE__, "CTL1NEMsgParse::ParseOutputAndAuto(): m_strRetRspCode is empty");
     }
-    m_found.hasRspLine = true;
+    const size_t rspLine = ctag - RSP_LINE_START.size();
+    m_found.rspLine = {rspLine, end - rspLine};
     m_found.type = RESPONSE;
     return ParseTextBlock(end);
   }
 
   bool ParseAuto(size_t lineEnd) {
-    const size_t codeEnd = m_message.find(' ', lineEnd);
+    const size_t codeEnd = FindNear(m_message, ' ', lineEnd);
     if (codeEnd == NPOS || !Cut(lineEnd + 1, codeEnd, m_found.code)) return Refuse();
-    const size_t atagEnd = m_message.find(' ', codeEnd + 2);
+    const size_t atagEnd = FindNear(m_message, ' ', codeEnd + 2);
     if (atagEnd == NPOS || !Cut(codeEnd + 1, atagEnd, m_found.atag)) return Refuse();
     size_t cursor = atagEnd;
     if (!ParseVerb(cursor)) return Refuse();
@@ -252,12 +253,12 @@ void CTL1NEMsgParse::Reserve(const Findings& found) {
   ReserveFor(m_strDate, found.date.length);
   ReserveFor(m_strTime, found.time.length);
   ReserveFor(m_strEcho, found.echo.length);
+  ReserveFor(m_strRspLine, found.rspLine.length);
   ReserveFor(m_strTextBlock, found.textBlock.length);
   ReserveFor(m_strVerb, found.verb.length);
   ReserveFor(m_strRetRspCode, found.code.length);
   ReserveFor(m_strCtag, found.ctag.length);
   ReserveFor(m_strAtag, found.atag.length);
-  if (found.hasRspLine) ReserveFor(m_strRspLine, RSP_LINE_START.size() + found.ctag.length + 1 + found.code.length);
 }
 
 void CTL1NEMsgParse::Take(const Findings& found) {
@@ -266,12 +267,14 @@ void CTL1NEMsgParse::Take(const Findings& found) {
   found.date.CopyTo(m_strDate, m_strNEMsg);
   found.time.CopyTo(m_strTime, m_strNEMsg);
   found.echo.CopyTo(m_strEcho, m_strNEMsg);
+  found.rspLine.CopyTo(m_strRspLine, m_strNEMsg);
   found.textBlock.CopyTo(m_strTextBlock, m_strNEMsg);
   found.verb.CopyTo(m_strVerb, m_strNEMsg);
   found.code.CopyTo(m_strRetRspCode, m_strNEMsg);
   found.ctag.CopyTo(m_strCtag, m_strNEMsg);
   found.atag.CopyTo(m_strAtag, m_strNEMsg);
-  if (found.hasRspLine) m_strRspLine.assign(RSP_LINE_START).append(m_strCtag).append(1, ' ').append(m_strRetRspCode);
+  // Whatever stands around the "M" in the message.
+  if (found.rspLine.length > 0) RSP_LINE_START.copy(m_strRspLine.data(), RSP_LINE_START.size());
   if (found.type != NONE) m_nMsgType = found.type;
   m_nMsgStartPos = found.startPos.value_or(m_nMsgStartPos);
 }
