@@ -2,12 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <memory>
 #include <string_view>
 
 #include "chars.h"
 #include "common.h"
+#include "find.h"
+#include "piece.h"
 #include "publicdata.h"
 #include "stream_reader.h"
 
@@ -23,65 +24,73 @@ constexpr size_t MAX_COLUMN_LENGTH = 255;
 constexpr char WIDE_NUMBER_SIGN[] = "\xA3\xA3";  // the full-width "#" in GB2312
 
 using Columns = std::array<std::string_view, COLUMNS>;
+using VARNEL_INTERNAL::Finder;
+
+constexpr Finder SECTION_START("[File Description]");
+constexpr Finder SECTION_END("[END]");
+
+bool Holds(std::string_view line, const Finder& piece) {
+  return piece.Find(line) != std::string_view::npos;
+}
 
 // The lines of a package description; a line lives until the next one is read.
 class Lines {
  public:
   explicit Lines(const std::string& path) : m_file(path) {}
 
-  const char* Next() { return m_file.GetLine(m_line, LINE_SIZE) ? m_line : nullptr; }
+  bool Next(std::string_view& line) {
+    if (!m_file.GetLine(m_line, LINE_SIZE)) return false;
+    line = m_line;
+    return true;
+  }
 
-  bool SkipPast(const char* marker) {
-    const char* line = Next();
-    while (line != nullptr && std::strstr(line, marker) == nullptr)
-      line = Next();
-    return line != nullptr;
+  bool SkipPast(const Finder& marker) {
+    std::string_view line;
+    while (Next(line)) {
+      if (Holds(line, marker)) return true;
+    }
+    return false;
   }
 
  private:
   Vnifstream m_file;
-  char m_line[LINE_SIZE];
+  char m_line[LINE_SIZE + SHORT_PIECE] = {};
 };
 
-bool EndsSection(const char* line) {
-  return line[0] == '[' || std::strstr(line, "[END]") != nullptr;
-}
-
-bool IsComment(const Columns& columns) {
-  const std::string_view first = columns.front();
-  return first.substr(0, 1) == "#" || first.find(WIDE_NUMBER_SIGN) != std::string_view::npos;
+bool EndsSection(std::string_view line) {
+  return line.substr(0, 1) == "[" || Holds(line, SECTION_END);
 }
 
 std::string_view Trimmed(std::string_view column) {
-  if (!column.empty() && IsBlank(column.front())) column.remove_prefix(LeadingBlanks(column));
-  if (!column.empty() && IsBlank(column.back())) column = column.substr(0, LengthWithoutTrailingBlanks(column));
-  return column;
+  column.remove_prefix(LeadingBlanks(column));
+  return column.substr(0, LengthWithoutTrailingBlanks(column));
 }
 
-// Reads the columns of an entry line; false for a line that is none.
+// Cuts a line into columns, blanks around them included; false for a line of more or fewer.
 bool ReadColumns(std::string_view line, Columns& columns) {
   size_t count = 0;
   size_t start = 0;
   ForEachPlace(line, ':', [&](size_t end) {
-    if (count < COLUMNS) columns[count] = Trimmed(line.substr(start, end - start));
+    if (count < COLUMNS) columns[count] = line.substr(start, end - start);
     ++count;
     start = end + 1;
   });
   if (count != COLUMNS - 1) return false;
-  columns[count] = Trimmed(line.substr(start));
-  return !IsComment(columns);
+  columns[count] = line.substr(start);
+  return true;
 }
 
-bool HasLongColumn(const Columns& columns) {
-  return std::any_of(columns.begin(), columns.end(),
-                     [](std::string_view column) { return column.size() > MAX_COLUMN_LENGTH; });
+bool IsComment(std::string_view firstColumn) {
+  return firstColumn.substr(0, 1) == "#" || firstColumn.find(WIDE_NUMBER_SIGN) != std::string_view::npos;
+}
+
+bool IsLong(std::string_view column) {
+  return column.size() > MAX_COLUMN_LENGTH && Trimmed(column).size() > MAX_COLUMN_LENGTH;
 }
 
 std::unique_ptr<SOFT_INFO> MakeEntry(const Columns& columns) {
-  auto entry = std::make_unique<SOFT_INFO>();
-  entry->strColumn1 = columns[0];
-  entry->strColumn2 = columns[1];
-  StreamReader(columns[4]).Read(entry->uiColumn5);
+  std::unique_ptr<SOFT_INFO> entry(new SOFT_INFO{CopyOf(Trimmed(columns[0])), CopyOf(Trimmed(columns[1]))});
+  StreamReader(Trimmed(columns[4])).Read(entry->uiColumn5);
   return entry;
 }
 
@@ -110,13 +119,13 @@ unsigned int CPkgFile::ParsePkgFile() {
 
 unsigned int CPkgFile::ParsePkgSoftInfo(const std::string& path) {
   Lines lines(path);
-  if (!lines.SkipPast("[File Description]")) {
+  if (!lines.SkipPast(SECTION_START)) {
     return Fail(__LINE__, "CPkgFile::ParsePkgSoftInfo(): , not find [File Description], File: ", path);
   }
   Columns columns;
-  for (const char* line; (line = lines.Next()) != nullptr && !EndsSection(line);) {
-    if (!ReadColumns(line, columns)) continue;
-    if (HasLongColumn(columns)) {
+  for (std::string_view line; lines.Next(line) && !EndsSection(line);) {
+    if (!ReadColumns(line, columns) || IsComment(Trimmed(columns.front()))) continue;
+    if (std::any_of(columns.begin(), columns.end(), IsLong)) {
       return Fail(__LINE__, "CPkgFile::ParsePkgSoftInfo(): the line is not correct, File: ", path);
     }
     auto entry = MakeEntry(columns);

@@ -10,9 +10,12 @@
 #include "big_endian.h"
 #include "common.h"
 #include "file_handle.h"
+#include "find.h"
 #include "platform/annex_k.h"
 
 namespace VARNEL_COMMON {
+
+using VARNEL_INTERNAL::FindInString;
 
 namespace {
 
@@ -209,7 +212,7 @@ bool isColdPatch(const std::string& path) {
   Vnifstream file(path);
   char line[LINE_SIZE];
   while (file.GetLine(line, sizeof line)) {
-    if (std::strstr(line, "[COLDPATCH]") != nullptr) return true;
+    if (FindInString(line, "[COLDPATCH]") != nullptr) return true;
   }
   ReportWarning({MODULE, "isColdPatch", __LINE__}, Compose("isColdPatch not find coldpatch, File: ", path));
   return false;
