@@ -54,8 +54,8 @@ bool ReadUnsigned(const char* text, unsigned int& number) {
 }
 
 // `behind` is where the attribute's name ends.
-void ReadAttribute(const char* report, const char* behind, unsigned int& number) {
-  const auto value = AttributeValue(report, static_cast<size_t>(behind - report), 0);
+void ReadAttribute(const char* behind, unsigned int& number) {
+  const auto value = AttributeValue(behind, 0, 0);
   StreamReader(value.value_or(std::string_view())).Read(number);
 }
 
@@ -143,8 +143,8 @@ bool CVNPackGuageEvt::HandleTL1LReport(const char* report) {
     const char* done = Behind(report, shape.done);
     const char* total = done == nullptr ? nullptr : Behind(report, shape.total);
     if (total == nullptr || !Matches(report, shape.pattern)) continue;
-    ReadAttribute(report, done, m_dwDoneNum);
-    ReadAttribute(report, total, m_dwTotalNum);
+    ReadAttribute(done, m_dwDoneNum);
+    ReadAttribute(total, m_dwTotalNum);
     return m_dwTotalNum != 0;
   }
   return false;

@@ -59,13 +59,21 @@ unsigned short ReadSlotText(std::string_view text) {
   return static_cast<unsigned short>((shelf << 8) + slot);
 }
 
+// For a few characters that have just been written strlen() is slower.
+std::string_view UpToNul(const char* text, size_t size) {
+  size_t length = 0;
+  while (length < size && text[length] != '\0')
+    ++length;
+  return {text, length};
+}
+
 // Reads a part of a DC text by way of `buffer`, which keeps its text where the copy fails.
 template <typename Number>
 Number ReadPart(char (&buffer)[DC_BUFFER], const char* part, size_t count, int line) {
   const int result = strncpy_s(buffer, sizeof buffer, part, count);
   if (result != 0) ReportError({MODULE, "convertSlotDC", line}, result, "convertSlotDC.strncpy_s failed");
   Number number = 0;
-  StreamReader(buffer).Read(number);
+  StreamReader(UpToNul(buffer, sizeof buffer)).Read(number);
   return number;
 }
 
@@ -121,8 +129,8 @@ std::string convertSlot2strDC(unsigned int neid, int bdid) {
 }
 
 unsigned int convertSlotDC(const std::string& text) {
-  const std::string_view read = text.c_str();  // what stands in front of a NUL
-  if (text.size() < MIN_DC_LENGTH || text.size() > MAX_DC_LENGTH) return ReadSlotText(read);
+  if (text.size() < MIN_DC_LENGTH || text.size() > MAX_DC_LENGTH) return ReadSlotText(text.c_str());
+  const std::string_view read = UpToNul(text.data(), text.size());
   if (std::find(read.begin(), read.end(), '-') != read.end()) return ReadSlotText(read);
   unsigned short plainSlot = 0;
   StreamReader(read).Read(plainSlot);
