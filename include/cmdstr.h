@@ -5,9 +5,12 @@
 
 #include "varnel_export.h"
 
+/// @file
+/// Command and report texts.
+
 namespace VARNEL_COMMON {
 
-/// One text appended to a CCmdStr and not yet merged into it.
+/// One text appended to a CCmdStr and not yet merged into it. Of no use to callers; it is here for the layout only.
 struct CmdStrPiece {
   char* pData;        ///< the characters, without a terminator; owned by the CCmdStr
   unsigned int nLen;  ///< number of characters
@@ -17,49 +20,70 @@ struct CmdStrPiece {
 
 /// A command or report text that is put together piece by piece and read as one NUL-terminated text.
 ///
-/// A text holds at most 10485760 bytes; what does not fit is cut off and a warning logged. Whatever the object frees
-/// is overwritten with zeros first, except the old text that a merge replaces.
+/// A text holds at most 10485760 bytes; what does not fit is cut off and a warning logged, no result tells so.
+/// Whatever the object frees is overwritten with zeros first, except the old text that a merge replaces.
 ///
 /// One object must not be used by two threads at once, reading included: GetMsg() and copying rebuild the object.
 /// Memory exhaustion throws std::bad_alloc and leaves the text as it was.
 class VARNEL_API CCmdStr {
  public:
+  /// An empty text.
   CCmdStr();
 
-  /// Copies the text of `other` up to its first NUL; merges the pieces of `other` as a side effect.
+  /// Copies a text up to its first NUL, so without what AddSnMML() put behind it.
+  ///
+  /// @param other  its pieces are merged as a side effect, although it is const.
   CCmdStr(const CCmdStr& other);
 
-  /// Replaces the text by that of `other` up to its first NUL. An empty `other` leaves the text as it is: call
-  /// EmptyMsg() first where that matters.
+  /// Replaces the text by another up to its first NUL.
+  ///
+  /// @param other  its pieces are merged as a side effect. An empty one changes nothing: call EmptyMsg() first where
+  ///               that matters.
+  /// @return this object.
   CCmdStr& operator=(CCmdStr& other);
 
+  /// Wipes and frees everything.
   ~CCmdStr();
 
-  /// Replaces the text. A null or empty `pszMsg` changes nothing; a text longer than the maximum is cut to it and a
-  /// warning logged. `pszMsg` may point into this object's own text.
+  /// Replaces the text.
+  ///
+  /// A bounded copy that fails is not reported: as many NULs then stand in place of the text.
+  ///
+  /// @param pszMsg  may point into this object's own text. Null or empty changes nothing; what is longer than the
+  ///                maximum is cut to it and a warning logged.
   void SetMsg(const char* pszMsg);
 
-  /// Appends a text. A null or empty `pszMsg` changes nothing; one longer than the maximum is refused as a whole, one
-  /// that would take the total beyond the maximum is cut, each with a warning. `pszMsg` may point into this object's
-  /// own text.
+  /// Appends a text.
+  ///
+  /// A bounded copy that fails is not reported: as many NULs are then appended.
+  ///
+  /// @param pszMsg  may point into this object's own text. Null or empty changes nothing. One longer than the maximum
+  ///                is refused as a whole, one that would take the total beyond the maximum is cut, each with a
+  ///                warning.
   void AddMsg(const char* pszMsg);
 
-  /// Merges what was appended and gives the whole text, NUL-terminated; never null.
+  /// Merges what was appended and gives the whole text.
   ///
-  /// A bounded copy that fails is reported; its piece then reads as NULs. Valid until the next SetMsg(), EmptyMsg(),
-  /// AddMsg() followed by GetMsg(), or destruction.
+  /// A bounded copy that fails is reported; as many NULs then stand in place of its piece. Pieces follow what the text
+  /// reads up to its first NUL, so that they take the place of a serial number that AddSnMML() put behind one.
+  ///
+  /// @return the text, NUL-terminated, never null. Owned by the object and valid until its text is replaced, emptied,
+  ///         or merged again after AddMsg(); what reads it merges, copying and AddSnMML() too.
   const char* GetMsg();
 
-  /// Length of the whole text in bytes, appended pieces and what AddSnMML() put behind the ";" included.
+  /// Tells the length of the whole text.
+  ///
+  /// @return bytes, appended pieces and what stands behind a NUL included: see AddSnMML().
   unsigned int GetMsgLen() const;
 
   /// Wipes and frees everything; the text is empty afterwards.
   void EmptyMsg();
 
-  /// Puts a serial number behind an MML command: in a text that ends its command with ";\r\n" the "\r" becomes a NUL
-  /// and the "\n" the low byte of `usSn`. GetMsgLen() keeps counting both.
+  /// Puts a serial number behind an MML command: of the first `;\r\n` in the text `\r` becomes a NUL and `\n` the
+  /// low byte of the number. The text then reads up to the ";", GetMsgLen() keeps counting what stands behind it.
   ///
-  /// @return 1, or 0 with the text unchanged when it holds no ";\r\n" or a further ";" follows the first one found.
+  /// @param usSn  its high byte is dropped.
+  /// @return 1; 0 with the text unchanged when it holds no `;\r\n`, or another ";" follows the first one found.
   int AddSnMML(unsigned short usSn);
 
  private:

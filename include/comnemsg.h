@@ -5,25 +5,35 @@
 
 #include "varnel_export.h"
 
+/// @file
+/// Binary messages to and from network elements.
+
 namespace VARNEL_COMMON {
 
 /// Header of a binary message to or from a network element: 16 bytes without gaps, big-endian on the wire.
 ///
 /// Fill the fields in the machine's order, then call ToNetOrder() before the bytes are sent; call ToHostOrder() on
-/// bytes that were received. Thread-compatible like a plain structure.
+/// bytes that were received. Threads may use it like any plain structure.
 class VARNEL_API CComNEHead {
  public:
   /// All fields 0.
   CComNEHead();
+
+  /// Copies the five fields.
+  ///
+  /// @param other  the header to copy.
   CComNEHead(const CComNEHead& other) = default;
 
   /// Copies the five fields.
+  ///
+  /// @param other  the header to copy; only read, though not const, so a temporary does not do.
+  /// @return this object.
   CComNEHead& operator=(CComNEHead& other);
 
   /// Converts every field from network to host order, in place. Done twice it restores the fields.
   void ToHostOrder();
 
-  /// Converts every field from host to network order, in place.
+  /// Converts every field from host to network order, in place: the same conversion as ToHostOrder().
   void ToNetOrder();
 
   uint32_t ulHeadWord0;  ///< set by the caller
@@ -37,6 +47,8 @@ class VARNEL_API CComNEHead {
 ///
 /// Behind the body, at position `usMsgLen`, stands a NUL after every successful set or append, so that a text body can
 /// be read as a string. A body that does not fit is cut and a warning logged. Buffers are freed without being wiped.
+/// Behind ToNetOrder() `usMsgLen` is in network order: call ToHostOrder() before anything else is done with the
+/// message.
 ///
 /// The members are public for callers that send and receive the bytes. One who changes `usMsgLen`, `m_pMsg` or
 /// `m_nMsgBufSize` by hand keeps `usMsgLen` + 1 within the buffer, and `m_pMsg` from new[].
@@ -45,37 +57,53 @@ class VARNEL_API CComNEHead {
 /// was.
 class VARNEL_API CComNEMsg : public CComNEHead {
  public:
-  /// An empty message.
+  /// An empty message: all fields of the header 0, a NUL at the start of the buffer, the rest of it undefined.
   ///
-  /// @param nBufLen  size of its buffer in bytes: 0 for 1024; more than 65534 counts as 65534.
+  /// @param nBufLen  size of the buffer in bytes: 0 for 1024; more than 65534 counts as 65534.
   explicit CComNEMsg(unsigned int nBufLen);
 
   /// Copies header and body; the copy has a buffer of 1024 bytes, or of the body and 1024 where that does not do.
+  ///
+  /// @param other  the message to copy; only read, though not const, so a temporary does not do.
   CComNEMsg(CComNEMsg& other);
 
   /// Copies header and body into this message's buffer, as SetMsg() does.
+  ///
+  /// @param other  the message to copy; only read, though not const, so a temporary does not do.
+  /// @return this object.
   CComNEMsg& operator=(CComNEMsg& other);
 
+  /// Frees the buffer.
   ~CComNEMsg();
 
   /// Overwrites the whole buffer with zeros and sets the length to 0; the buffer and the other fields stay.
   void EmptyMsg();
 
-  /// Replaces the body. A null `pData` changes nothing, more than 65534 bytes are cut to that.
+  /// Replaces the body. A buffer that is too small for it and its NUL gives way to one of `nDataLen` + 1024 bytes.
   ///
   /// A bounded copy that fails is reported; length and NUL are then set all the same, over the bytes that the buffer
-  /// held before, or over zeros where it is new. `pData` may point into this message's own body.
+  /// held before, or over zeros where it is new. So is a buffer that is null though `m_nMsgBufSize` says otherwise;
+  /// the length is then 0.
+  ///
+  /// @param pData     may point into this message's own body. Null changes nothing.
+  /// @param nDataLen  bytes to take; 0 empties the body, more than 65534 are cut to that and a warning is logged.
   void SetMsg(const void* pData, unsigned int nDataLen);
 
-  /// Makes room for a body of `nBufLen` bytes (at most 65534) and keeps what the buffer holds; it never shrinks. A
-  /// bounded copy that fails is reported and leaves buffer and size as they were.
+  /// Makes the buffer larger and keeps what it holds; it never shrinks. What is added has no defined value. Body and
+  /// NUL share the `nBufLen` bytes, so that a body of `nBufLen` - 1 fits, and one of `nBufLen` moves to a new buffer.
+  ///
+  /// A bounded copy that fails is reported and leaves buffer and size as they were.
+  ///
+  /// @param nBufLen  the size wanted, in bytes; more than 65534 counts as that and a warning is logged.
   void SetBufLen(unsigned int nBufLen);
 
-  /// Appends to the body. A null `pData` changes nothing, what goes beyond 65534 bytes is cut off.
+  /// Appends to the body. A buffer that is too small gives way to one of the new length + 1024 bytes.
   ///
   /// A bounded copy that fails is reported: the message stays as it was when that happens while its buffer grows; a
-  /// failing copy of the data itself lengthens the body as if it had been copied. `pData` may point into this
-  /// message's own body.
+  /// failing copy of the data itself lengthens the body as if it had been copied.
+  ///
+  /// @param pData     may point into this message's own body. Null changes nothing.
+  /// @param nDataLen  bytes to append; what would take the body beyond 65534 bytes is cut off and a warning logged.
   void AddMsg(const void* pData, unsigned int nDataLen);
 
   char* m_pMsg;                ///< the body; owned

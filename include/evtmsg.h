@@ -6,6 +6,7 @@
 #include "cmdstr.h"
 #include "varnel_export.h"
 
+/// @file
 /// Events: each object stands for one kind of report that is awaited from a network element.
 ///
 /// Offer every incoming report to IsMyEvt() of each waiting object; the one that claims it is asked to HandleReport(),
@@ -14,25 +15,39 @@
 ///
 /// A report is a NUL-terminated text of any bytes. Nothing is logged, nothing throws but std::bad_alloc, and nothing
 /// is allocated until a shape is recognised. One object belongs to one thread at a time.
+
 namespace VARNEL_COMMON {
 
-/// Base of all events.
+/// Base of all events: offer it every report with IsMyEvt(), and the one that it claims to HandleReport().
+///
+/// The members are public: the owner sets what is awaited and reads what was found. A report is a NUL-terminated text
+/// of any bytes; a bad one gives false and is not logged. One object belongs to one thread at a time. Memory exhaustion
+/// throws std::bad_alloc, and the result members stay as they were.
 class VARNEL_API CEvtMsg {
  public:
+  /// All numbers 0, all texts empty.
   CEvtMsg();
-  CEvtMsg(const CEvtMsg&) = delete;
-  CEvtMsg& operator=(const CEvtMsg&) = delete;
-  virtual ~CEvtMsg();
+  CEvtMsg(const CEvtMsg&) = delete;             ///< Duplicate() copies
+  CEvtMsg& operator=(const CEvtMsg&) = delete;  ///< Duplicate() copies
+  virtual ~CEvtMsg();                           ///< wipes the text of m_cmd
 
-  /// @return true when m_strEvtKey, up to its first NUL, matches the whole report as a wildcard pattern (see
-  ///         strmcmp()) or occurs in it as it stands; so always with an empty key. False for a null report.
+  /// Tells whether a report is the one that is awaited, by m_strEvtKey up to its first NUL.
+  ///
+  /// @param report  may be null.
+  /// @return true when the key matches the whole report as a wildcard pattern (see strmcmp()) or occurs in it as it
+  ///         stands; so always with an empty key. False for a null report.
   virtual bool IsMyEvt(const char* report);
 
-  /// @return true; the report is not looked at and may be null.
+  /// Reads a report; here it is not looked at.
+  ///
+  /// @param report  may be null.
+  /// @return true.
   virtual bool HandleReport(const char* report);
 
+  /// Copies the object.
+  ///
   /// @return a new object of the same class with every member copied, of m_cmd its text up to the first NUL. The
-  ///         caller owns it.
+  ///         caller owns it and deletes it.
   virtual CEvtMsg* Duplicate();
 
   std::string m_strEvtKey;     ///< identifies the report: a pattern with "*", or a part of the text
@@ -43,34 +58,51 @@ class VARNEL_API CEvtMsg {
 
  protected:
   /// Copies the members of this class, for Duplicate().
+  ///
+  /// @param copy  a fresh object; its m_cmd keeps its text where this one's is empty.
   void CopyMembersTo(CEvtMsg& copy);
 };
 
 /// Progress of loading a software package.
+///
+/// Numbers are decimal and read as ConvertFromString() does, sign included; what follows their digits is ignored.
 class VARNEL_API CVNPackGuageEvt : public CEvtMsg {
  public:
+  /// Both numbers 0, the rest as CEvtMsg.
   CVNPackGuageEvt();
-  ~CVNPackGuageEvt() override;
+  ~CVNPackGuageEvt() override;  ///< see CEvtMsg
 
   /// Reads done and total from a progress report of the language that m_dwNEID tells.
   ///
-  /// @return true when the report is recognised and both numbers are there. After false the numbers may have been
-  ///         set in part; a null or unrecognised report leaves them as they are.
+  /// @param report  may be null.
+  /// @return as HandleTL1LReport() for a TL1 element, as HandleMMLReport() for others.
   bool HandleReport(const char* report) override;
   CEvtMsg* Duplicate() override;
 
-  /// Reads an MML progress report: the columns "DONE_NUM" and "TOTAL_NUM" of EVT_SFTM_CPYFILE_PROGRESS, or
-  /// "status=completed" with "done=" and "total=".
+  /// Reads an MML progress report: the columns "DONE_NUM" and "TOTAL_NUM" of EVT_SFTM_CPYFILE_PROGRESS, whose values
+  /// follow the first "TOTAL_NUM"; or "status=completed" with the first "done=" and the first "total=".
+  ///
+  /// @param report  may be null.
+  /// @return true when the report is recognised and both numbers are there, the columns with something else than white
+  ///         space behind them. False otherwise: a recognised report then leaves the numbers set in part (0 where
+  ///         another character than a digit stands, 4294967295 where it is too large in a column), any other leaves
+  ///         them as they were.
   bool HandleMMLReport(const char* report);
 
-  /// Reads a TL1 progress report: FILES_DONE and FILES_TOTAL, TRANSFEREDFILES and TOTALNUM, or SLOTSDONE and SLOTSTTL.
+  /// Reads a TL1 progress report: FILES_DONE and FILES_TOTAL, TRANSFEREDFILES and TOTALNUM of a REPT EVT PROGRESS, or
+  /// SLOTSDONE and SLOTSTTL.
   ///
-  /// @return true when the shape is recognised and the total is not 0. A value without a digit reads as 0, a missing
-  ///         one leaves its number as it was.
+  /// A value without a digit reads as 0, a missing one leaves its number as it was, so that of an earlier report.
+  ///
+  /// @param report  may be null.
+  /// @return true when the shape is recognised and the total is then not 0. A report that is not recognised leaves the
+  ///         numbers as they were.
   bool HandleTL1LReport(const char* report);
 
-  /// @return progress in percent, rounded down, not limited to 100; 0 when the total is 0. Computed modulo 2^32: wrong
-  ///         above 42949672 items done.
+  /// Gives the progress in percent.
+  ///
+  /// @return done * 100 / total, rounded down and not limited to 100; 0 when the total is 0. Computed modulo 2^32:
+  ///         wrong above 42949672 items done.
   unsigned int GetGuage() const;
 
   unsigned int m_dwDoneNum;   ///< files or slots done
@@ -80,20 +112,29 @@ class VARNEL_API CVNPackGuageEvt : public CEvtMsg {
 /// Progress of running a script file. TL1 elements do not report it.
 class VARNEL_API CVNScriptFileGuageEvt : public CEvtMsg {
  public:
+  /// Both numbers 0, the rest as CEvtMsg.
   CVNScriptFileGuageEvt();
-  ~CVNScriptFileGuageEvt() override;
+  ~CVNScriptFileGuageEvt() override;  ///< see CEvtMsg
 
-  /// @return HandleMMLReport(); false for a null report and for a TL1 element.
+  /// Reads total and done from a progress report of an MML element.
+  ///
+  /// @param report  may be null.
+  /// @return as HandleMMLReport(); false, with the report not looked at, for a TL1 element.
   bool HandleReport(const char* report) override;
   CEvtMsg* Duplicate() override;
 
-  /// Reads an MML script progress report: two numbers behind "TOTAL" and its separator, total and done.
+  /// Reads an MML script progress report, whatever m_dwNEID tells: two numbers from 15 characters behind the start of
+  /// the first "TOTAL" on, total and then done. So long are the heads of the columns and their separator.
   ///
-  /// @return true when the report is recognised, both numbers are there and something follows them. After false the
-  ///         numbers may have been set in part.
+  /// @param report  may be null.
+  /// @return true when the report is recognised, both numbers are there and something else than white space follows
+  ///         them. False otherwise: the numbers may then have been set in part as CVNPackGuageEvt::HandleMMLReport()
+  ///         does, but not by a report that is not recognised or ends within the 15 characters.
   bool HandleMMLReport(const char* report);
 
-  /// @return progress in percent as CVNPackGuageEvt::GetGuage(), but 100 for a script of fewer than ten commands.
+  /// Gives the progress in percent.
+  ///
+  /// @return as CVNPackGuageEvt::GetGuage(), but 100 for a total below ten, also before anything was read.
   unsigned int GetGuage() const;
 
   unsigned int m_dwDoneNum;   ///< commands done
@@ -103,25 +144,31 @@ class VARNEL_API CVNScriptFileGuageEvt : public CEvtMsg {
 /// End of a script file run. TL1 elements do not report it.
 class VARNEL_API CVNScriptFileEndEvt : public CEvtMsg {
  public:
+  /// All numbers 0, all texts empty.
   CVNScriptFileEndEvt();
-  ~CVNScriptFileEndEvt() override;
+  ~CVNScriptFileEndEvt() override;  ///< see CEvtMsg
 
-  /// @return HandleMMLReport(); false for a null report and for a TL1 element.
+  /// Reads the result from an end report of an MML element.
+  ///
+  /// @param report  may be null.
+  /// @return as HandleMMLReport(); false, with the report not looked at, for a TL1 element.
   bool HandleReport(const char* report) override;
   CEvtMsg* Duplicate() override;
 
-  /// Reads an MML end report: what stands behind its first "RSP".
+  /// Reads an MML end report, whatever m_dwNEID tells: the words behind its first "RSP".
   ///
-  /// A text that holds "SUCCESS" gives result and code. One that holds "FAIL" gives result, code, item and text; it
-  /// must have four words. The text is appended to what an earlier report left and ends with a blank.
+  /// One that holds "SUCCESS" gives result and code, and leaves item and text as they were; also when it holds "FAIL"
+  /// as well. One that holds "FAIL" gives result, code, item and text, and needs four words for that; its text is
+  /// appended to what an earlier report left.
   ///
-  /// @return true when the report is recognised; the members are unchanged otherwise.
+  /// @param report  may be null.
+  /// @return true when the report is recognised, a script that failed included; the members are unchanged otherwise.
   bool HandleMMLReport(const char* report);
 
   std::string m_strResult;      ///< first word behind "RSP"
   std::string m_strResultItem;  ///< third word of a failure
-  std::string m_strResultText;  ///< further words of failures, each with a blank behind it
-  unsigned int m_dwResultCode;  ///< the number behind the result
+  std::string m_strResultText;  ///< further words of all failures read, each with a blank behind it
+  unsigned int m_dwResultCode;  ///< second word as a number: 0 for one without, unchanged where it is missing
   unsigned int m_dwExtra;       ///< 0; free for the owner, only copied here
 };
 

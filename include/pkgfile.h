@@ -6,6 +6,9 @@
 
 #include "varnel_export.h"
 
+/// @file
+/// Package description files.
+
 namespace VARNEL_COMMON {
 
 /// One software entry of a package.
@@ -22,25 +25,32 @@ struct SOFT_INFO {
 /// throws std::bad_alloc, the entries read so far stay.
 class VARNEL_API CPkgFile {
  public:
+  /// Keeps the path; nothing is read yet.
+  ///
+  /// @param path  of the package description file.
   explicit CPkgFile(const std::string& path);
-  CPkgFile(const CPkgFile&) = delete;
-  CPkgFile& operator=(const CPkgFile&) = delete;
-  virtual ~CPkgFile();
+  CPkgFile(const CPkgFile&) = delete;             ///< not copied: it owns its entries
+  CPkgFile& operator=(const CPkgFile&) = delete;  ///< not copied: it owns its entries
+  virtual ~CPkgFile();                            ///< deletes all entries
 
   /// Reads version and entries of the file given at construction. Heads that are damaged or of a refused type are no
-  /// failure: use CheckZEPFileHead() where that matters. They leave m_strVersion empty or partial.
+  /// failure: use CheckZEPFileHead() where that matters. They are logged as readZEPFileHead() tells.
   ///
-  /// @return as ParsePkgSoftInfo().
+  /// m_strVersion becomes the version text, also of a file of a refused type; empty where none could be read.
+  ///
+  /// @return as ParsePkgSoftInfo(), whose rules hold for the entries.
   unsigned int ParsePkgFile();
 
   /// Appends the entries of a file to m_lstSoftInfo; call ClearSoftInfo() first for a fresh list.
   ///
-  /// The section ends at "[END]", at a line that begins with "[", and with the file. Lines without exactly eight
-  /// columns and comments (first column beginning with "#" or holding the bytes A3 A3) are skipped. Lines are cut at
-  /// 1023 bytes.
+  /// The section begins behind a line that holds "[File Description]" and ends at a line that holds "[END]", at one
+  /// that begins with "[", and with the file. Lines without exactly eight columns and comments (first column beginning
+  /// with "#" or holding the bytes A3 A3) are skipped without a word. Lines are cut at 1023 bytes and at a NUL.
   ///
+  /// @param path  of the file, which need not be the one given at construction. Its heads are not looked at.
   /// @return 0; 0x3BA0120F when there is no section (or no readable file), when a column of an entry is longer than
-  ///         255 bytes, or when m_lstSoftInfo is empty at the end. Each is logged; entries read before stay.
+  ///         255 bytes, or when m_lstSoftInfo is empty at the end, entries of earlier calls counted. Each is logged;
+  ///         entries read before stay.
   unsigned int ParsePkgSoftInfo(const std::string& path);
 
   /// Deletes all entries.
@@ -48,7 +58,7 @@ class VARNEL_API CPkgFile {
 
   std::string m_strFilePath;            ///< the path given at construction
   std::string m_strExtra;               ///< empty; free for the caller
-  std::string m_strVersion;             ///< version text of the heads, set by ParsePkgFile()
+  std::string m_strVersion;             ///< version text behind the heads, set by ParsePkgFile()
   std::list<SOFT_INFO*> m_lstSoftInfo;  ///< the entries in file order; owned by this object
 };
 

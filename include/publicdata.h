@@ -6,26 +6,29 @@
 
 #include "varnel_export.h"
 
+/// @file
+/// NE software files, their heads and lines; kinds of network elements and boards.
+
 namespace VARNEL_COMMON {
 
 /// First head of an NE software file: 64 bytes at the start of the file, all numbers big-endian. Read the bytes into
-/// the structure, then call ToHostOrder(). Fields that carry no comment are kept but not interpreted.
+/// the structure, then call ToHostOrder(). Fields called carried are kept but not interpreted.
 struct VARNEL_API ZEP_DIR_HEAD {
-  uint32_t ulMagic;     ///< 0x51584444, the bytes "QXDD"
-  uint32_t ulCheckSum;  ///< GetUCCheckSum() of bytes 8 to 59 of the head
-  uint16_t usValue08;
-  uint16_t usValue10;
-  uint32_t ulValue12;
-  unsigned char aucBytes16[6];
-  uint16_t usValue22;
-  uint16_t usValue24;
-  uint16_t usGapLen26;  ///< the file head follows this head after a gap, whose length is the sum of the four
-  uint32_t ulValue28;
-  uint16_t usGapLen32;  ///< see usGapLen26
-  uint16_t usGapLen34;  ///< see usGapLen26
-  uint16_t usGapLen36;  ///< see usGapLen26
-  unsigned char aucBytes38[22];
-  uint32_t ulValue60;  ///< outside the checksum
+  uint32_t ulMagic;              ///< 0x51584444, the bytes "QXDD"
+  uint32_t ulCheckSum;           ///< GetUCCheckSum() of bytes 8 to 59 of the head
+  uint16_t usValue08;            ///< carried
+  uint16_t usValue10;            ///< carried
+  uint32_t ulValue12;            ///< carried
+  unsigned char aucBytes16[6];   ///< carried
+  uint16_t usValue22;            ///< carried
+  uint16_t usValue24;            ///< carried
+  uint16_t usGapLen26;           ///< the file head follows this head after a gap, whose length is the sum of the four
+  uint32_t ulValue28;            ///< carried
+  uint16_t usGapLen32;           ///< see usGapLen26
+  uint16_t usGapLen34;           ///< see usGapLen26
+  uint16_t usGapLen36;           ///< see usGapLen26
+  unsigned char aucBytes38[22];  ///< carried
+  uint32_t ulValue60;            ///< carried; outside the checksum
 
   /// Converts all 16- and 32-bit fields between big-endian and the machine's order, in place.
   void ToHostOrder();
@@ -35,44 +38,51 @@ struct VARNEL_API ZEP_DIR_HEAD {
 /// order, the extension word (two bytes, for file type 2 only), a skipped area, the link text, the version text, a
 /// fourth area, and the payload.
 struct VARNEL_API ZEP_FILE_HEAD {
-  uint32_t ulMagic;     ///< 0x51584646, the bytes "QXFF"
-  uint32_t ulCheckSum;  ///< GetUCCheckSum() of bytes 8 to 59 of the head
-  uint16_t usValue08;
-  uint16_t usValue10;
-  unsigned char aucBytes12[12];
-  uint32_t ulValue24;
-  uint32_t ulValue28;
-  uint16_t usFileType;  ///< 2 means that a 16-bit extension word follows the head
-  uint16_t usValue34;
-  uint32_t ulValue36;
-  uint32_t ulValue40;
-  uint16_t usSkipLen;     ///< bytes skipped behind the head
-  uint16_t usLinkLen;     ///< bytes of the link text, at most 1023
-  uint16_t usVersionLen;  ///< bytes of the version text; 0 and 65535 mean that there is none
-  uint16_t usTailLen;     ///< bytes of the fourth area
-  unsigned char aucBytes52[8];
-  uint32_t ulValue60;  ///< outside the checksum
+  uint32_t ulMagic;              ///< 0x51584646, the bytes "QXFF"
+  uint32_t ulCheckSum;           ///< GetUCCheckSum() of bytes 8 to 59 of the head
+  uint16_t usValue08;            ///< carried
+  uint16_t usValue10;            ///< carried
+  unsigned char aucBytes12[12];  ///< carried
+  uint32_t ulValue24;            ///< carried
+  uint32_t ulValue28;            ///< carried
+  uint16_t usFileType;           ///< 2 means that a 16-bit extension word follows the head
+  uint16_t usValue34;            ///< carried
+  uint32_t ulValue36;            ///< carried
+  uint32_t ulValue40;            ///< carried
+  uint16_t usSkipLen;            ///< bytes skipped behind the head
+  uint16_t usLinkLen;            ///< bytes of the link text, at most 1023
+  uint16_t usVersionLen;         ///< bytes of the version text; 0 and 65535 mean that there is none
+  uint16_t usTailLen;            ///< bytes of the fourth area
+  unsigned char aucBytes52[8];   ///< carried
+  uint32_t ulValue60;            ///< carried; outside the checksum
 
   /// Converts all 16- and 32-bit fields between big-endian and the machine's order, in place.
   void ToHostOrder();
 };
 
-/// Sum of `len` bytes, each taken as 0 to 255, modulo 2^32.
+/// Sums bytes up, as the checksum of a head does.
 ///
-/// @return 0 when `data` is null or `len` is below 1.
+/// @param data  the bytes; may be null.
+/// @param len   how many.
+/// @return the sum of the bytes, each taken as 0 to 255, modulo 2^32; 0 when `data` is null or `len` is below 1.
 VARNEL_API unsigned int GetUCCheckSum(const char* data, int len);
 
 /// Reads and checks both heads of an NE software file and the texts behind them. The payload is not touched.
 ///
-/// @param head           the file head in the machine's order; after a failure whatever of it was read.
-/// @param linkTarget     what the link text holds behind its first "-> ".
-/// @param versionText    the version text up to its first "T"; unchanged where the file has none.
+/// Outputs keep what is written to them before a failure, and else their value.
+///
+/// @param path           of the file, up to its first NUL.
+/// @param head           the file head in the machine's order. After a failure: unchanged where the first head is bad,
+///                       the bytes as they stand in the file where it ends inside this head.
+/// @param linkTarget     what the link text holds behind its first "-> ", up to a NUL.
+/// @param versionText    the version text up to its first "T" or NUL; unchanged where the file has none.
 /// @param extWord        the extension word of a file of type 2, 0 where the file ends before it; else unchanged.
 /// @param payloadOffset  gap + 128 + the four lengths of the file head. The two bytes of an extension word are not
-///                       part of it. Set as soon as both heads are valid, also when a text then fails.
+///                       part of it: the payload of a file of type 2 begins 2 bytes further on. Set as soon as both
+///                       heads are valid, also when a text then fails.
 /// @return 0 on success; 0x3BA00013 when the file cannot be opened; 0x3BA00B02 when it ends too soon, a magic word or
 ///         checksum is wrong, or the link text is longer than 1023 bytes or without "-> ". Open failures and short
-///         reads are logged. Outputs that a failure leaves unset keep their value.
+///         reads are logged, nothing else is.
 ///
 /// Reentrant.
 VARNEL_API unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::string& linkTarget,
@@ -80,14 +90,23 @@ VARNEL_API unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& 
 
 /// readZEPFileHead() with the file type instead of the whole head, whatever the type is.
 ///
-/// @param fileType  set on success only.
+/// @param path           as there.
+/// @param extWord        as there.
+/// @param payloadOffset  as there.
+/// @param linkTarget     as there.
+/// @param fileType       the file type; unchanged after a failure.
+/// @param versionText    as there.
+/// @return as there. Reentrant.
 VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, unsigned int& extWord, unsigned int& payloadOffset,
                                          std::string& linkTarget, unsigned short& fileType, std::string& versionText);
 
 /// readZEPFileHead() for callers that handle the usual file types only.
 ///
-/// @param fileType  set whenever the heads are valid, also to a type that is then refused.
-/// @return as readZEPFileHead(); 0x3BA00B02 also for a file type other than 0 to 13, 15 and 513.
+/// @param path         as there.
+/// @param fileType     the file type, also one that is then refused; unchanged when readZEPFileHead() fails.
+/// @param linkTarget   as there; set for a file of a refused type too.
+/// @param versionText  as there; set for a file of a refused type too.
+/// @return as there; 0x3BA00B02 also for a file type other than 0 to 13, 15 and 513, which is not logged. Reentrant.
 VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, int& fileType, std::string& linkTarget,
                                          std::string& versionText);
 
@@ -100,22 +119,40 @@ VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, int& fileType,
 /// One object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc.
 class VARNEL_API Vnifstream {
  public:
+  /// Loads a file. No result tells whether that went well; ReadFile() would, on an object made with an empty path.
+  ///
+  /// @param path  of the file, up to its first NUL.
   explicit Vnifstream(const std::string& path);
+
+  /// Copies position and buffer, which is then shared: see the class.
+  ///
+  /// @param other  the reader to copy.
   Vnifstream(const Vnifstream& other);
+
+  /// Copies position and buffer, which is then shared: see the class.
+  ///
+  /// @param other  the reader to copy.
+  /// @return this object.
   Vnifstream& operator=(const Vnifstream& other);
+
+  /// Releases the buffer.
   ~Vnifstream();
 
-  /// Loads a file; of one of 4 GiB + n bytes its first n. What was loaded before is not released: the constructor is
-  /// the one to call this.
+  /// Loads a file; of one of 4 GiB + n bytes its first n. Where fewer bytes can be read than the file is said to have,
+  /// NULs stand in their place. What was loaded before is not released: the constructor is the one to call this.
   ///
-  /// @return false when the path is empty or the file cannot be sized or opened; the object is then unchanged.
+  /// @param path  of the file, up to its first NUL.
+  /// @return false when the path is empty or the file cannot be sized or opened; the object is then unchanged, and
+  ///         nothing is logged.
   bool ReadFile(const std::string& path);
 
-  /// Copies the next line into `buf`, without its line feed and NUL-terminated. Only a line feed ends a line. A line
-  /// of `size` bytes or more is cut to `size` - 1, the rest of it is skipped.
+  /// Gives the next line, without its line feed. Only a line feed ends a line: a `\r` stays, and a NUL too.
   ///
-  /// @return false at the end, when nothing is loaded, `buf` is null or `size` is 0, and when the bounded copy fails,
-  ///         which is logged; an empty line then stands in its place. `buf` holds no line after a false.
+  /// @param buf   gets the line and a NUL behind it; holds no line after false.
+  /// @param size  of `buf`, in bytes. A line of that length or more is cut to `size` - 1 bytes, the rest of it skipped.
+  /// @return false at the end, when nothing is loaded, when `buf` is null or `size` is 0; the position stays. False
+  ///         also when the bounded copy fails, which is logged: the line is then lost, and where a line feed ends it
+  ///         the next call gives an empty line.
   bool GetLine(char* buf, unsigned int size);
 
  private:
@@ -124,8 +161,11 @@ class VARNEL_API Vnifstream {
   unsigned int m_uiPos;
 };
 
-/// Tells whether a file is a cold patch: whether one of its lines holds "[COLDPATCH]" within its first 1023 bytes and
-/// before a NUL. "Not found" is logged, also for a file that cannot be read.
+/// Tells whether a file is a cold patch.
+///
+/// @param path  of the file, up to its first NUL.
+/// @return true when a line holds "[COLDPATCH]" within its first 1023 bytes and before a NUL. False is always logged;
+///         it is not told apart from a file that cannot be read. Reentrant.
 VARNEL_API bool isColdPatch(const std::string& path);
 
 /// Turns the three-digit slot number of an older element, first digit the shelf and two digits the slot, into the
@@ -134,24 +174,31 @@ VARNEL_API bool isColdPatch(const std::string& path);
 /// The identifier is (code of the first digit's character) * 32 OR (code of the second digit's character): 305 gives
 /// (51 << 5) | 48. The third digit does not count. Elements expect exactly that.
 ///
+/// @param slotNumber  a slot number, not a word slot identifier.
 /// @return the identifier; a number below 100 or above 999 as it is. A bounded copy or format that fails is logged, and
 ///         the result then made from what the buffers hold.
 ///
 /// Reentrant.
 VARNEL_API unsigned int GetNESlotID(unsigned short slotNumber);
 
-/// Tells whether an element's identifier is that of one that speaks TL1: above 0xFFFFFF. Others speak MML. Reentrant.
+/// Tells by its identifier whether an element speaks TL1; others speak MML.
+///
+/// @param neId  the identifier.
+/// @return true above 0xFFFFFF. Reentrant.
 VARNEL_API bool IsTL1NeID(unsigned int neId);
 
 /// Tells whether an element belongs to the Korvane family: by its name, and never when its generation code is that of a
-/// second-generation element (see IsZepv2()). Reentrant.
+/// second-generation element.
 ///
-/// @param name  matched by strmcmpnocase(); a NUL ends it.
+/// @param generation  its generation code, see IsZepv2().
+/// @param name        matched by strmcmpnocase(); a NUL ends it.
+/// @return whether it does; false for an empty name. Reentrant.
 VARNEL_API bool IsKorvaneNE(int generation, const std::string& name);
 
-/// Tells by its name whether a board is a system-control board, whatever the case of its letters. Reentrant.
+/// Tells by its name whether a board is a system-control board.
 ///
-/// @param name  matched by strmcmpnocase(); a NUL ends it.
+/// @param name  matched by strmcmpnocase(), so in any case of letters; a NUL ends it.
+/// @return whether it is; false for an empty name. Reentrant.
 VARNEL_API bool IsSccBdName(const std::string& name);
 
 }  // namespace VARNEL_COMMON

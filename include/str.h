@@ -6,6 +6,7 @@
 
 #include "varnel_export.h"
 
+/// @file
 /// String, path and time services, and the slots in TL1 and MML parameters.
 ///
 /// White space is what isspace() accepts in the "C" locale: blank, tab, line feed, vertical tab, form feed and
@@ -13,15 +14,22 @@
 /// above 0x7F are ordinary characters, and every function takes time linear in the size of its arguments.
 ///
 /// All functions are reentrant and keep no state. Memory exhaustion throws std::bad_alloc.
+
 namespace VARNEL_COMMON {
 
 /// Removes leading white space.
+///
+/// @param s  the text, changed in place.
 VARNEL_API void StrTrimLeft(std::string& s);
 
 /// Removes trailing white space.
+///
+/// @param s  the text, changed in place.
 VARNEL_API void StrTrimRight(std::string& s);
 
 /// Removes leading and trailing white space.
+///
+/// @param s  the text, changed in place.
 VARNEL_API void StrTrim(std::string& s);
 
 /// Case-sensitive wildcard match by the host's matcher (NS_UTIL::RepalaceSensInfo).
@@ -35,15 +43,19 @@ VARNEL_API int strmcmp(const char* text, const char* pattern);
 ///
 /// It is simpler than a shell's matcher, and callers rely on what it refuses:
 /// - an empty text matches nothing, not even "*";
-/// - a "?" next to a "*" consumes nothing: "*?" matches like "*";
+/// - a "?" next to a "*" consumes nothing: "*?" matches like "*", but at the end of the text nothing at all;
 /// - the text behind a "*" is taken at its first occurrence only: "abab" does not match "*ab";
 /// - a mismatch behind a "?" goes on from the last "*" (or from the start of the pattern) at the character that did
-///   not match: "abaab" matches "a?b".
+///   not match: "abaab" matches "a?b". Any other mismatch ends the search.
 ///
+/// @param text     may be null.
+/// @param pattern  may be null.
 /// @return 1 on a match, else 0; 0 when either is null.
 VARNEL_API int strmcmpnocase(const char* text, const char* pattern);
 
-/// Frees a null-terminated array of heap blocks and the array itself, all from malloc(). Null is allowed.
+/// Frees a null-terminated array of heap blocks and the array itself.
+///
+/// @param array  it and all blocks are from malloc(); may be null.
 VARNEL_API void freeArray(void** array);
 
 /// Replaces every occurrence of `from`, those included that replacing brings about: "aaaa" with "aa" by "a" ends as
@@ -51,22 +63,34 @@ VARNEL_API void freeArray(void** array);
 ///
 /// An empty `from`, or a `to` that contains `from`, leaves the text unchanged. A pair that grows for ever in another
 /// way ("ab" by "bbaa") is the caller's to avoid. Time is linear in the text plus all replacement texts.
+///
+/// @param s     the text, changed in place.
+/// @param from  what is replaced; may be `s`.
+/// @param to    what takes its place; may be `s`.
 VARNEL_API void ReplaceString(std::string& s, const std::string& from, const std::string& to);
 
-/// Trims the text and reduces every run of white space inside it to one blank.
+/// Trims a text and reduces every run of white space inside it to one blank.
+///
+/// @param s  the text, changed in place.
 VARNEL_API void StrCollapse(std::string& s);
 
 /// Turns ASCII letters to upper case.
+///
+/// @param s  the text, changed in place.
 VARNEL_API void toUpperCase(std::string& s);
 
 /// Gives a copy without line feeds, with a blank for each carriage return, and with runs of blanks reduced to one.
-/// Leading and trailing blanks stay, tabs too. Null gives an empty text.
+/// One blank stays of those in front and behind; tabs stay.
+///
+/// @param text  may be null.
+/// @return the copy; empty for null.
 VARNEL_API std::string replaceEnterWithBlank(const char* text);
 
 /// Extracts the value of a TL1 attribute: what stands behind the first occurrence of `name`, up to the first ",", or
 /// where there is none up to the first double quote, or where there is neither up to the end of the text.
 ///
-/// @param name   the whole prefix, with its "=": "TOTAL=".
+/// @param text   the text to search.
+/// @param name   the whole prefix, with its "=": "TOTAL=". It is found in the middle of a word too: in "SUBTOTAL=".
 /// @param value  the value, not trimmed; empty when false is returned. Also empty, with true, when the end lies at
 ///               the start of the value or inside `name`.
 /// @return false when `text` is null, `text` or `name` is empty, `name` does not occur, or the text ends right behind
@@ -75,80 +99,107 @@ VARNEL_API bool GetTL1AttrbuteString(const char* text, const std::string& name, 
 
 /// Splits a text at every `sep` and appends the fields to `fields`, which is not cleared.
 ///
-/// Fields lose leading white space and keep trailing white space; empty fields are kept, the last one included. Null
-/// appends nothing. `text` may belong to an element of `fields`.
+/// Fields lose leading white space and keep trailing white space; empty fields are kept, the last one included. Where
+/// the separator is white space itself, a run of it separates once: "a   b" at " " gives "a" and "b".
+///
+/// @param text    may belong to an element of `fields`; null appends nothing.
+/// @param sep     the separator.
+/// @param fields  gets the fields; at least one where `text` is not null.
 VARNEL_API void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields);
 
 /// Reads one value from a text as a default std::istream would, leading white space skipped, numbers in decimal.
 ///
-/// Exists for unsigned int, char (the first character that is not white space) and unsigned short.
+/// Exists for unsigned int, char (the first character that is not white space) and unsigned short. What follows the
+/// number is ignored, and nothing tells whether there was one. A sign is taken: "-1" gives the type's largest value.
 ///
-/// @param value  the number read; 0 when the text holds none; the type's largest value on overflow. Unchanged when
-///               `text` is null, empty or all white space.
+/// @tparam T     one of these types.
+/// @param text   may be null.
+/// @param value  the number read; 0 when the text begins with something else; the type's largest value on overflow.
+///               Unchanged when `text` is null, empty or all white space.
 template <typename T>
 void ConvertFromString(const char* text, T& value);
 
+/// @cond
 extern template VARNEL_API void ConvertFromString<unsigned int>(const char* text, unsigned int& value);
 extern template VARNEL_API void ConvertFromString<char>(const char* text, char& value);
 extern template VARNEL_API void ConvertFromString<unsigned short>(const char* text, unsigned short& value);
+/// @endcond
 
 /// Splits a path at its last "/" or "\"; the outputs carry "/" only.
 ///
+/// @param fullPath  may be one of the outputs. An empty one gives two empty texts.
 /// @param filePath  the folder with its closing "/"; "/" for a bare file name, which so lands in the root folder.
 /// @param fileName  the name behind it, empty for a path that ends in a separator.
-///
-/// An empty path gives two empty texts. `fullPath` may be one of the outputs.
 VARNEL_API void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath, std::string& fileName);
 
 /// Splits a bare file name at its last ".".
 ///
+/// @param fileName  without a folder: "dir.d/file" is split in its folder.
 /// @param leftName  the name before the dot; the whole name where there is no dot.
 /// @param exName    the extension with its dot (".bin"), or empty.
 VARNEL_API void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName);
 
 /// Refuses paths that climb folders.
 ///
-/// @return false when two consecutive dots occur anywhere in the path, so also for "file..txt"; else true.
+/// @param path  need not exist.
+/// @return false when two consecutive dots occur anywhere in the path, so also for "file..txt"; else true, also for an
+/// empty or
+///         absolute path.
 VARNEL_API bool VerifyFilePathAndName(const std::string& path);
 
 /// Resolves a path to an absolute one without symbolic links, "." or "..".
 ///
-/// @return the resolved path; empty when `path` is longer than 4096 bytes, cannot be resolved, or resolves to a path
-///         that VerifyFilePathAndName() refuses. Each refusal is logged.
+/// @param path  of something that exists, up to its first NUL; ".." may stand in it.
+/// @return the resolved path; empty when `path` is longer than 4096 bytes, cannot be resolved (because it does not
+///         exist, say), or resolves to a path that VerifyFilePathAndName() refuses. Each refusal is logged.
 VARNEL_API std::string ToAbsPath(const std::string& path);
 
-/// Removes a file through the host (NS_UTIL::RemoveFile) and returns its result: 0, or an errno value.
+/// Removes a file through the host (NS_UTIL::RemoveFile).
+///
+/// @param path  of the file; not checked by VerifyFilePathAndName().
+/// @return what the host gives: 0, or an errno value.
 VARNEL_API int VNRemoveFile(const std::string& path);
 
-/// Removes a folder and all it holds through the host (NS_UTIL::RemoveDir) and returns its result: 0, or an errno
-/// value.
+/// Removes a folder and all it holds through the host (NS_UTIL::RemoveDir).
+///
+/// @param path  of the folder; not checked by VerifyFilePathAndName().
+/// @return what the host gives: 0, or an errno value.
 VARNEL_API int VNRemoveDir(const std::string& path);
 
-/// Current time in seconds since the epoch, with a fraction in microseconds; seconds in spite of the name.
+/// Gives the current time in seconds, in spite of the name.
 ///
 /// Whole seconds and fraction come from two clock readings, one after the other, so that a result taken when a second
-/// ends may lag by up to one second. A clock that cannot be read gives a fraction of 0.
+/// ends may lag by up to one second.
+///
+/// @return seconds since the epoch, with a fraction in microseconds; a fraction of 0 where the clock cannot be read.
 VARNEL_API double GetCurTimeMilSec();
 
-/// For polling loops: tells whether a multiple of `period` lies behind `last` and not behind `now`.
+/// For polling loops: tells whether two readings of a counter lie in different periods.
 ///
 /// It does not tell whether a whole period has passed: with a period of 10 it is true from 9 to 11, and false from 1 to
 /// 9. A counter that has wrapped (`now` below `last`, in different periods) gives true.
 ///
-/// @param now     0 gives false.
-/// @param period  in the unit of the other two; not 0.
+/// @param last    the earlier reading.
+/// @param now     the later reading; 0 gives false.
+/// @param period  in the unit of the other two; not 0, by which nothing can be divided.
+/// @return true when a multiple of `period` is above `last` and not above `now`, or the counter has wrapped.
 VARNEL_API bool IsTimerReach(unsigned int last, unsigned int now, unsigned int period);
 
-/// Current local date as YYYYMMDD.
+/// Gives the current date in local time.
+///
+/// @return "YYYYMMDD".
 VARNEL_API std::string GetCurDateFormated();
 
-/// Local date and time of a moment as "YYYY-MM-DD hh:mm:ss", 19 characters for the years 1000 to 9999; other years are
-/// filled with zeros to four characters, or longer.
+/// Gives the local date and time of a moment.
 ///
 /// @param seconds  since the epoch, negative before it. A year above 2147483647 ends the process.
+/// @return "YYYY-MM-DD hh:mm:ss", 19 characters for the years 1000 to 9999; other years are filled with zeros to four
+///         characters, or longer.
 VARNEL_API std::string MakeTimeFormated(long seconds);
 
-/// MakeTimeFormated() of the current time.
+/// Gives the current date and time in local time.
+///
+/// @return as MakeTimeFormated().
 VARNEL_API std::string GetCurTimeFormated();
 
 /// Reads the slot of a TL1 access identifier, "SLOT-3-5" or "SLOT-7", from behind the first "SLOT-" of a text.
@@ -156,14 +207,19 @@ VARNEL_API std::string GetCurTimeFormated();
 /// Where no further "-" follows, one number is read, the slot. Otherwise shelf, one character and slot are read: a "-"
 /// anywhere behind makes the first number the shelf, so "SLOT-5:ABC-DEF" is shelf 5, slot 0.
 ///
-/// @param shelf, slot  numbers as ConvertFromString() reads them: 0 where another character than a digit stands, 65535
-///                     on overflow. Unchanged where the text ends before it, behind a number that could not be read,
-///                     and the shelf where there is none.
+/// Numbers are those that ConvertFromString() reads: 0 where another character than a digit stands, 65535 on overflow.
+///
+/// @param text   may be null.
+/// @param shelf  unchanged where no further "-" follows, and where the text ends behind "SLOT-".
+/// @param slot   unchanged where the text ends before it, and behind a shelf that could not be read.
 /// @return false, with both unchanged, when `text` is null or holds no "SLOT-"; else true.
 VARNEL_API bool ParseTL1SlotID(const char* text, unsigned short& shelf, unsigned short& slot);
 
 /// Reads the slot of an MML parameter, "3-5" or "7", as ParseTL1SlotID() does behind the "SLOT-".
 ///
+/// @param text   may be null.
+/// @param shelf  as there.
+/// @param slot   as there.
 /// @return false, with both unchanged, when `text` is null; else true.
 VARNEL_API bool ParseMMLSlotID(const char* text, unsigned short& shelf, unsigned short& slot);
 

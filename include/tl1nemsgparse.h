@@ -5,6 +5,9 @@
 
 #include "varnel_export.h"
 
+/// @file
+/// The strict parser of single TL1 messages.
+
 namespace VARNEL_COMMON {
 
 /// Takes one TL1 message apart: an acknowledgement, a command response, an autonomous message or a bare continuation
@@ -15,35 +18,63 @@ namespace VARNEL_COMMON {
 class VARNEL_API CTL1NEMsgParse {
  public:
   /// Keeps the message; nothing is parsed yet.
+  ///
+  /// @param msg  one whole message.
   explicit CTL1NEMsgParse(const std::string& msg);
 
   /// Empties all texts, the message too; the type becomes -1 and the start position 0.
   void InitAllPrivate();
 
-  /// Parses the message that the object holds, on top of what an earlier parse left.
+  /// Parses the message that the object holds, on top of what an earlier parse left: ParseMsgEndFlg() starts afresh.
   ///
-  /// @return true when the message is recognised. After false the reason has been logged in most cases, and most
-  ///         failures leave the object as InitAllPrivate() does. Exceptions: one in the header line empties date and
-  ///         SID only, and one in the text block keeps type, header fields and tags.
+  /// A failure leaves the object as follows:
+  /// - a bad acknowledgement, identification or verb line: as InitAllPrivate() does;
+  /// - a bad SID, date or time: date and SID empty where they stand in front of the fault, start position set;
+  /// - a header without an "M" anywhere behind it: header fields, echo and start position set, type unchanged;
+  /// - a text block without its end: everything set but the text block;
+  /// - an empty message, or one of no known form: unchanged.
+  ///
+  /// Logged are an empty message, a bad SID, date or time, and a bad tag or code of a response.
+  ///
+  /// @return true when the message is recognised.
   bool NEMsgParse();
 
-  /// Replaces the message and parses it from scratch. `msg` may be the object's own m_strNEMsg.
+  /// Replaces the message, parses it from scratch and tells whether it is complete.
   ///
-  /// @return true when it is a complete response or autonomous message, one that "\r\n;" ends. Never true for an
-  ///         acknowledgement.
+  /// @param msg  may be the object's own m_strNEMsg, or another member. An empty one is refused, and nothing replaced.
+  /// @return true for a response, autonomous message or prompt that is recognised and holds `\r\n;` anywhere, not only
+  ///         at its end. False for a part without it that ends in ">", for every acknowledgement, and for what is not
+  ///         recognised, which is logged. The members are those that NEMsgParse() leaves, after false too.
   bool ParseMsgEndFlg(const std::string& msg);
 
-  /// Acknowledgement code, completion code or alarm code, by message type.
+  /// Gives the code.
+  ///
+  /// @return acknowledgement code, completion code or alarm code, by message type.
   std::string GetRetRspCode() const;
-  /// Correlation tag of an acknowledgement or response.
+
+  /// Gives the correlation tag. The tag of an autonomous message is m_strAtag.
+  ///
+  /// @return the tag of an acknowledgement or response.
   std::string GetCtage() const;
-  /// -1 none, 2 acknowledgement, 3 response, 4 autonomous message or continuation prompt.
+
+  /// Gives the type of the message.
+  ///
+  /// @return -1 none, 2 acknowledgement, 3 response, 4 autonomous message or continuation prompt.
   int GetNEMsgType() const;
-  /// Source identifier of a response or autonomous message, else empty.
+
+  /// Gives the source identifier.
+  ///
+  /// @return m_strSID of a response or autonomous message, else empty.
   std::string GetSID() const;
-  /// Text block of a response or autonomous message, else empty.
+
+  /// Gives the text block.
+  ///
+  /// @return m_strTextBlock of a response or autonomous message, else empty.
   std::string GetTextBlock() const;
-  /// Where in the message the recognised part begins.
+
+  /// Tells where in the message the recognised part begins.
+  ///
+  /// @return the position of the header's or the prompt's line end; 0 for an acknowledgement.
   unsigned int GetMsgStartPos() const;
 
   std::string m_strNEMsg;       ///< the whole message
@@ -51,8 +82,8 @@ class VARNEL_API CTL1NEMsgParse {
   std::string m_strDate;        ///< date of the header line, as text
   std::string m_strTime;        ///< time of the header line, as text
   std::string m_strEcho;        ///< everything in front of the header line
-  std::string m_strRspLine;     ///< response identification: "\r\nM  " + ctag + blank + completion code
-  std::string m_strTextBlock;   ///< from behind the identification line up to the terminator
+  std::string m_strRspLine;     ///< response identification: `\r\nM  ` + ctag + blank + completion code
+  std::string m_strTextBlock;   ///< from the line feed of the identification or verb line up to the terminator
   std::string m_strVerb;        ///< verb line of an autonomous message
   std::string m_strRetRspCode;  ///< see GetRetRspCode()
   std::string m_strCtag;        ///< see GetCtage()

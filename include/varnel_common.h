@@ -1,7 +1,25 @@
 #ifndef VARNEL_COMMON_H
 #define VARNEL_COMMON_H
 
+/// @file
 /// All public headers of the library.
+
+/// @namespace VARNEL_COMMON
+/// The library: texts, paths and time, software files, reports, strict TL1, binary messages, slots and boards.
+///
+/// What holds for all of it, where nothing else is said:
+///
+/// - **Failures.** Nothing throws but std::bad_alloc. Bad input gives a result that tells so, or a fallback; what goes
+///   wrong without a result is told to the host's log.
+/// - **Threads.** Functions keep no state and are reentrant. An object belongs to one thread at a time, also while it
+///   is only read.
+/// - **Arguments.** A `const char*` is a NUL-terminated text of any bytes; comments say where it may be null. Outputs
+///   that a comment does not mention for a failure keep their value. Nothing refers to an argument after the call.
+/// - **Results.** Pointers belong to the object that gave them. Only CEvtMsg::Duplicate() gives an object away.
+/// - **Locale and environment.** Neither changes a result, but for the time zone of the time functions.
+/// - **Time.** Every operation takes time linear in the size of its arguments.
+///
+/// Names and results that surprise are gathered in docs/surprises.md, each with the safe way.
 
 #include "cmdstr.h"
 #include "comnemsg.h"

@@ -1,10 +1,13 @@
 #ifndef VARNEL_EXPORT_H
 #define VARNEL_EXPORT_H
 
-/// VARNEL_API marks what the shared library exports; everything else in it is hidden. VARNEL_HIDDEN hides single
-/// members of an exported class.
+/// @file
+/// What the shared libraries export, and what they hide.
+
 #ifdef __GNUC__
+/// Marks what a shared library exports; everything else in it is hidden.
 #define VARNEL_API __attribute__((visibility("default")))
+/// Hides a single member of an exported class.
 #define VARNEL_HIDDEN __attribute__((visibility("hidden")))
 #else
 #define VARNEL_API

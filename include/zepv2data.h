@@ -5,12 +5,14 @@
 
 #include "varnel_export.h"
 
+/// @file
 /// Word slot identifiers, their texts, and the generations of network elements.
 ///
 /// A word slot identifier is an unsigned 16-bit number: the shelf in its high byte (0 for none), the slot in its low
 /// byte. 0 means no slot. Its text is "3-5" for shelf 3, slot 5, and "7" for slot 7 without a shelf.
 ///
 /// All functions are reentrant. Memory exhaustion throws std::bad_alloc.
+
 namespace VARNEL_COMMON {
 
 /// Reads a hexadecimal number: "0x" or "0X" and one to eight digits of either case.
@@ -19,31 +21,45 @@ namespace VARNEL_COMMON {
 /// @return the number; 0 for every text of another form, so that "0x0" cannot be told from a failure.
 VARNEL_API unsigned int HexStr2Int(const std::string& text);
 
-/// Tells whether a generation code is that of a second-generation element: above 52099.
+/// Tells whether an element is of the second generation.
+///
+/// @param generation  its generation code.
+/// @return true above 52099.
 VARNEL_API bool IsZepv2(int generation);
 
-/// Tells whether a generation code is above 50799. True wherever IsZepv2() is.
+/// Compares a generation code with the lower of the two thresholds.
+///
+/// @param generation  the generation code of an element.
+/// @return true above 50799, so wherever IsZepv2() is.
 VARNEL_API bool IsZep08(int generation);
 
-/// Tells whether a slot text has a shelf part, which is whether it holds a "-" anywhere.
+/// Tells whether a slot text has a shelf part.
 ///
 /// @param text  not null.
+/// @return true when it holds a "-" anywhere.
 VARNEL_API bool IsExistShelfID(const char* text);
 
-/// Gives the decimal text of a slot: "3-5", "7", "0".
+/// Gives the decimal text of a slot. WSlotIDstr2i() reads it back.
+///
+/// @param slotId  a word slot identifier.
+/// @return "3-5"; "7" where there is no shelf; "3-0", "0".
 VARNEL_API std::string WSlotIDi2str(unsigned short slotId);
 
-/// Gives the hexadecimal text of a slot, lower case and without "0x": "a-1f", "1f", "0". For display only: no function
-/// reads it back.
+/// Gives the hexadecimal text of a slot, for display only: no function reads it back.
+///
+/// @param slotId  a word slot identifier.
+/// @return "a-1f", in lower case and without "0x"; "1f" where there is no shelf; "0".
 VARNEL_API std::string WSlotIDi2Hexstr(unsigned short slotId);
 
 /// Reads a decimal slot text: "3-5" is shelf 3, slot 5; "7" is slot 7 without a shelf.
 ///
-/// @param text  leading blanks are skipped, whatever follows the slot is ignored. Where the text holds a "-", any
-///              character that is not a blank may stand between shelf and slot. A NUL is an ordinary character.
+/// Numbers are read as ConvertFromString() reads them, a sign included: "-5" is the shelf 65531.
+///
+/// @param text  leading white space are skipped, whatever follows the slot is ignored. Where the text holds a "-", any
+///              character that is not white space may stand between shelf and slot. A NUL is an ordinary character.
 /// @return the word slot identifier. A slot above 255 carries into the shelf, and of the shelf only 8 bits are left.
-///         A part that does not parse is 0, and so is the slot behind a shelf that does not; a number above 65535
-///         counts as 65535.
+///         A part that does not parse is 0, a number above 65535 counts as 65535; behind a shelf that is one of these
+///         the slot is 0.
 VARNEL_API unsigned short WSlotIDstr2i(const std::string& text);
 
 /// Gives the slot text that an element of a generation uses. From shelf 2 on, an element that is not of the second
@@ -53,7 +69,8 @@ VARNEL_API unsigned short WSlotIDstr2i(const std::string& text);
 ///
 /// @param neid  generation code; one of 2^31 and above is not of the second generation.
 /// @param bdid  board: the word slot identifier in its low 16 bits. In the DC form bits 16 to 23 belong to the shelf.
-///              A negative one is treated like shelf 0.
+///              A negative one is written dashed, by its low 16 bits.
+/// @return the text; the dashed form of WSlotIDi2str() wherever the DC form is not used.
 VARNEL_API std::string convertSlot2strDC(unsigned int neid, int bdid);
 
 /// Reads a slot text of either form, "3-5" or "305".
@@ -63,7 +80,7 @@ VARNEL_API std::string convertSlot2strDC(unsigned int neid, int bdid);
 /// 105. From slot 100 on the DC form is ambiguous: "10100" is shelf 101, slot 0.
 ///
 /// A bounded copy that fails is logged; its part is then read from what the buffer holds. An overflow of the sum of
-/// both parts ends the process. It takes such a failure, or a negative slot behind a NUL.
+/// both parts ends the process: that takes such a failure, or a negative number behind a NUL.
 ///
 /// @param text  a NUL ends what is read of it, but not what its length is taken from.
 /// @return shelf * 256 + slot, in 32 bits; 0 for an empty text.

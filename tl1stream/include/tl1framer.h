@@ -9,9 +9,12 @@
 
 #include "varnel_export.h"
 
+/// @file
+/// Cutting a stream into TL1 messages.
+
 namespace VARNEL_TL1 {
 
-/// The largest message taken where nothing else is said.
+/// The largest message taken where nothing else is said: 16 MiB.
 constexpr size_t DEFAULT_LIMIT = size_t{16} << 20;
 
 /// A message cut out of a stream.
@@ -60,14 +63,15 @@ class VARNEL_API Framer {
  public:
   /// @param limit  the most bytes that a message may have.
   explicit Framer(size_t limit = DEFAULT_LIMIT);
-  Framer(const Framer&) = delete;
-  Framer& operator=(const Framer&) = delete;
-  ~Framer();
+  Framer(const Framer&) = delete;             ///< not copied: it is the one reader of its stream
+  Framer& operator=(const Framer&) = delete;  ///< not copied: it is the one reader of its stream
+  ~Framer();                                  ///< drops what was not taken
 
   /// Takes the next bytes of the stream.
   ///
-  /// @return false once a message has grown beyond the limit: the messages before it can still be taken, and nothing
-  ///         more is read. So does every further call.
+  /// @param bytes  any number of them; not needed after the call.
+  /// @return false once a message has grown beyond the limit, or memory has run out in an earlier call: the messages
+  ///         before can still be taken, and nothing more is read. So does every further call.
   bool Feed(std::string_view bytes);
 
   /// Ends the stream. What a message without an end holds becomes the last one, `complete` false; where it is
@@ -76,16 +80,24 @@ class VARNEL_API Framer {
 
   /// Takes the oldest message that was not taken yet.
   ///
+  /// @param message  gets it.
   /// @return false, `message` unchanged, when there is none.
   bool Next(Message& message);
 
-  /// True once a message has grown beyond the limit.
+  /// Tells why the stream ended.
+  ///
+  /// @return true once a message has grown beyond the limit.
   bool TooLong() const;
 
-  /// Offset in the stream of the message that grew beyond the limit.
+  /// Tells which message was too long.
+  ///
+  /// @return where in the stream the message begins that grew beyond the limit; of no meaning while TooLong() is false.
   uint64_t TooLongOffset() const;
 
-  /// What was skipped so far; `bytes` up to the last message, after Finish() up to the end.
+  /// Tells what was skipped so far.
+  ///
+  /// @return the counts, owned by this object and kept up to date; `bytes` up to the last message, after Finish() up
+  ///         to the end.
   const Skipped& GetSkipped() const;
 
  private:

@@ -7,6 +7,9 @@
 #include "tl1reader.h"
 #include "varnel_export.h"
 
+/// @file
+/// Putting the parts of TL1 answers together.
+
 namespace VARNEL_TL1 {
 
 class JoinerAnswers;
@@ -23,13 +26,15 @@ class VARNEL_API Joiner {
  public:
   /// @param limit  the most bytes that the answers which are not whole yet may have together.
   explicit Joiner(size_t limit = DEFAULT_LIMIT);
-  Joiner(const Joiner&) = delete;
-  Joiner& operator=(const Joiner&) = delete;
-  ~Joiner();
+  Joiner(const Joiner&) = delete;             ///< not copied: it is the one reader of its stream
+  Joiner& operator=(const Joiner&) = delete;  ///< not copied: it is the one reader of its stream
+  ~Joiner();                                  ///< drops what was not taken
 
-  /// Takes the next message.
+  /// Takes the next message in.
   ///
-  /// @return false once the answers in hand have grown beyond the limit; nothing more is taken then.
+  /// @param parts  of the message, as Reader::Read() gives them.
+  /// @return false once the answers in hand have grown beyond the limit, or memory has run out in an earlier call;
+  ///         nothing more is taken in then.
   bool Add(Parts parts);
 
   /// Gives up waiting: answers that are not whole become messages as they are, `continues` true, in their order.
@@ -37,6 +42,7 @@ class VARNEL_API Joiner {
 
   /// Takes the oldest message that is ready.
   ///
+  /// @param parts  gets it.
   /// @return false, `parts` unchanged, when there is none.
   bool Next(Parts& parts);
 

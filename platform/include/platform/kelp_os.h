@@ -5,8 +5,10 @@
 
 #include <cstdio>
 
-/// File calls of the host. `encoding` names the encoding of `path`; the library always passes "UTF-8". Both calls
-/// must be safe from several threads at once.
+/// @file
+/// File calls of the host.
+
+/// File calls of the host, which must be safe from several threads at once.
 namespace KELP_OS {
 
 /// Opens a file as std::fopen does.
@@ -14,11 +16,17 @@ namespace KELP_OS {
 /// The bundled implementation takes `path` as bytes, opens close-on-exec and never blocks: a FIFO or a socket is
 /// refused with ENXIO instead of being waited for.
 ///
+/// @param path      of the file; null fails with EINVAL.
+/// @param mode      as that of std::fopen; null or an unknown one fails with EINVAL.
+/// @param encoding  of `path`; the library always passes "UTF-8".
 /// @return the stream, which the caller closes with std::fclose, or null with errno set.
 FILE* fopen(const char* path, const char* mode, const char* encoding);
 
-/// Fills `buffer` as ::stat does, following symbolic links.
+/// Tells the state of a file as stat(2) does, following symbolic links.
 ///
+/// @param path      of the file; null fails with EINVAL.
+/// @param buffer    gets the state; null fails with EINVAL.
+/// @param encoding  of `path`; the library always passes "UTF-8".
 /// @return 0, or -1 with errno set.
 int stat(const char* path, struct ::stat* buffer, const char* encoding);
 

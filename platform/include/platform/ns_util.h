@@ -3,6 +3,9 @@
 
 #include <string>
 
+/// @file
+/// Utility services of the host.
+
 /// Utility services of the host. All of them must be safe to call from several threads at once.
 namespace NS_UTIL {
 
@@ -13,16 +16,23 @@ namespace NS_UTIL {
 /// commands ACT-USER, ED-PID, ENT-USER-SECU and ED-USER-SECU. Its time is linear in the length of the text.
 class CDCLogFilter {
  public:
-  /// The process-wide filter; never null.
+  /// Gives the filter.
+  ///
+  /// @return the process-wide filter, never null; the host owns it.
   static CDCLogFilter* getInstance();
 
-  /// Rewrites `text` in place. Any bytes are taken, NULs included.
+  /// Masks a text.
+  ///
+  /// @param text  rewritten in place. Any bytes are taken, NULs included.
   void replaceAllSensInfo(std::string& text);
 };
 
 /// Case-sensitive wildcard match. (The name is misspelled in the interface and stays so.)
 class RepalaceSensInfo {
  public:
+  /// Matches a text with a pattern.
+  ///
+  /// @param text     the text.
   /// @param pattern  "*" stands for any run of characters, also an empty one; every other character for itself.
   /// @return non-zero when the whole of `text` matches. The bundled matcher gives 0 when either is null, and takes
   ///         time linear in the length of both.
@@ -31,11 +41,13 @@ class RepalaceSensInfo {
 
 /// Removes one file; a symbolic link is removed itself, never what it points to.
 ///
+/// @param path  of the file.
 /// @return 0, or an errno value: ENOENT for a missing file, EISDIR for a folder, EINVAL for a path with a NUL inside.
 int RemoveFile(const std::string& path);
 
 /// Removes a folder and all it holds. Symbolic links inside it are removed and never followed.
 ///
+/// @param path  of the folder.
 /// @return 0, or an errno value: ENOENT for a missing folder, ENOTDIR for anything that is not a folder, a symbolic
 ///         link to one included, EINVAL for a path with a NUL inside. After a failure part of the tree may be gone.
 int RemoveDir(const std::string& path);
