@@ -65,7 +65,8 @@ class VARNEL_API CEvtMsg {
 
 /// Progress of loading a software package.
 ///
-/// Numbers are decimal and read as ConvertFromString() does, sign included; what follows their digits is ignored.
+/// Numbers are decimal and read as ConvertFromString() does, sign included; what follows their digits is ignored. Those
+/// behind "done=" and "total=" are taken modulo 2^32.
 class VARNEL_API CVNPackGuageEvt : public CEvtMsg {
  public:
   /// Both numbers 0, the rest as CEvtMsg.

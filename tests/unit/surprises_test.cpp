@@ -1,0 +1,179 @@
+// What docs/surprises.md tells, where the tests of the modules do not show it.
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <type_traits>
+
+#include "cmdstr.h"
+#include "comnemsg.h"
+#include "evtmsg.h"
+#include "publicdata.h"
+#include "recording_test.h"
+#include "str.h"
+#include "tl1nemsgparse.h"
+#include "zepv2data.h"
+
+namespace VARNEL_TEST {
+namespace {
+
+using namespace VARNEL_COMMON;
+
+class Surprise : public RecordingTest {};
+
+TEST_F(Surprise, CommandsAreNotAssignedFromConstantsAndTemporaries) {
+  static_assert(std::is_assignable_v<CCmdStr&, CCmdStr&>);
+  static_assert(!std::is_assignable_v<CCmdStr&, const CCmdStr&> && !std::is_assignable_v<CCmdStr&, CCmdStr>);
+  static_assert(std::is_constructible_v<CCmdStr, const CCmdStr&>);
+}
+
+TEST_F(Surprise, WhateverReadsAnExtendedCommandMovesItsText) {
+  CCmdStr command;
+  command.SetMsg("A");
+  const char* before = command.GetMsg();
+  command.AddMsg("B");
+  EXPECT_EQ(command.GetMsg() == before, false) << "the old text was still there while the new one was made";
+
+  before = command.GetMsg();
+  command.AddMsg("C");
+  const CCmdStr copy(command);
+  EXPECT_EQ(command.GetMsg() == before, false);
+
+  before = command.GetMsg();
+  command.AddMsg("D");
+  EXPECT_EQ(command.AddSnMML(1), 0);
+  EXPECT_EQ(command.GetMsg() == before, false);
+}
+
+TEST_F(Surprise, BufferOfTheSizeOfABodyIsTooSmallForIt) {
+  const std::string body(2000, 'x');
+  CComNEMsg message(0);
+  message.SetBufLen(2000);
+  EXPECT_EQ(message.m_nMsgBufSize, 2000U);
+  message.SetMsg(body.data(), 1999);
+  EXPECT_EQ(message.m_nMsgBufSize, 2000U);
+  message.SetMsg(body.data(), 2000);
+  EXPECT_EQ(message.m_nMsgBufSize, 3024U);
+}
+
+TEST_F(Surprise, NetOrderTurnsTheLengthOfAMessageToo) {
+  CComNEMsg message(0);
+  message.SetMsg("bodies", 5);
+  CComNEHead head = message;
+  head.ToNetOrder();
+  EXPECT_EQ(message.usMsgLen, 5);
+  message.ToNetOrder();
+  EXPECT_EQ(message.usMsgLen, 0x0500);
+  EXPECT_EQ(head.usMsgLen, 0x0500);
+  message.ToHostOrder();
+  EXPECT_EQ(message.usMsgLen, 5);
+}
+
+TEST_F(Surprise, MessagesAreNotCopiedFromTemporaries) {
+  static_assert(!std::is_constructible_v<CComNEMsg, CComNEMsg> && !std::is_assignable_v<CComNEMsg&, CComNEMsg>);
+}
+
+TEST_F(Surprise, ReplacingInTwoStepsTakesATextThatHoldsTheOldOne) {
+  std::string text = "one\ntwo";
+  ReplaceString(text, "\n", "\r\n");
+  EXPECT_EQ(text, "one\ntwo");
+  ReplaceString(text, "\n", "\x01");
+  ReplaceString(text, "\x01", "\r\n");
+  EXPECT_EQ(text, "one\r\ntwo");
+}
+
+TEST_F(Surprise, QuotedAttributesLoseOrKeepTheirQuotes) {
+  std::string value;
+  EXPECT_TRUE(GetTL1AttrbuteString("NAME=\"x\"", "NAME=", value));
+  EXPECT_EQ(value, "");
+  EXPECT_TRUE(GetTL1AttrbuteString("NAME=\"x,y\",Z=1", "NAME=", value));
+  EXPECT_EQ(value, "\"x");
+  EXPECT_TRUE(GetTL1AttrbuteString("SUBTOTAL=1:TOTAL=2", "TOTAL=", value));
+  EXPECT_EQ(value, "1:TOTAL=2");
+  EXPECT_TRUE(GetTL1AttrbuteString("SUBTOTAL=1:TOTAL=2", ":TOTAL=", value));
+  EXPECT_EQ(value, "2");
+}
+
+TEST_F(Surprise, DigitBecomesTheCodeOfItsCharacter) {
+  char digit = '\0';
+  ConvertFromString("7", digit);
+  EXPECT_EQ(int{digit}, 55);
+}
+
+TEST_F(Surprise, CheckedPathsLeadAnywhere) {
+  EXPECT_TRUE(VerifyFilePathAndName("/etc/passwd"));
+  EXPECT_FALSE(VerifyFilePathAndName("file..txt"));
+  EXPECT_EQ(ToAbsPath("/tmp/../etc"), ToAbsPath("/etc"));
+}
+
+TEST_F(Surprise, KeyClaimsReportsThatGoOnBehindIt) {
+  CEvtMsg event;
+  event.m_strEvtKey = "EVT 1";
+  EXPECT_TRUE(event.IsMyEvt("EVT 12 DONE"));
+  event.m_strEvtKey = "EVT 1 ";
+  EXPECT_FALSE(event.IsMyEvt("EVT 12 DONE"));
+  EXPECT_TRUE(event.IsMyEvt("EVT 1 DONE"));
+}
+
+TEST_F(Surprise, ElementThatWasNotSetSpeaksMml) {
+  CVNPackGuageEvt event;
+  EXPECT_FALSE(event.HandleReport("FILES_DONE=3,FILES_TOTAL=12,"));
+  event.m_dwNEID = 0x1000000;
+  EXPECT_TRUE(event.HandleReport("FILES_DONE=3,FILES_TOTAL=12,"));
+}
+
+TEST_F(Surprise, PromptsAndEventsHaveOneType) {
+  CTL1NEMsgParse prompt("\r\n>");
+  CTL1NEMsgParse event("\r\n\n   NE1 24-01-02 10:11:12\r\nA  5 REPT ALM\r\n   \"M\"\r\n;");
+  ASSERT_TRUE(prompt.NEMsgParse());
+  ASSERT_TRUE(event.NEMsgParse());
+  EXPECT_EQ(prompt.GetNEMsgType(), event.GetNEMsgType());
+  EXPECT_EQ(prompt.m_strVerb, "");
+  EXPECT_EQ(event.m_strVerb, "REPT ALM");
+  EXPECT_EQ(event.m_strAtag, " 5");
+  EXPECT_EQ(event.GetCtage(), "");
+}
+
+TEST_F(Surprise, FileWithoutASizeHasNoLines) {
+  Vnifstream file("/proc/self/status");
+  char line[256];
+  EXPECT_FALSE(file.GetLine(line, sizeof line));
+}
+
+TEST_F(Surprise, HexadecimalSlotsReadBackAsOthers) {
+  EXPECT_EQ(WSlotIDi2Hexstr(0x0010), "10");
+  EXPECT_EQ(WSlotIDstr2i("10"), 10);
+}
+
+TEST_F(Surprise, SlotsAboveAByteGoAstray) {
+  EXPECT_EQ(WSlotIDi2str(WSlotIDstr2i("3-300")), "4-44");
+  EXPECT_EQ(WSlotIDi2str(WSlotIDstr2i("256-1")), "1");
+  EXPECT_EQ(WSlotIDi2str(WSlotIDstr2i("-5")), "251-0");
+  EXPECT_EQ(convertSlotDC("30000"), 300U << 8);
+}
+
+TEST_F(Surprise, NeSlotIdsAreNotMadeFromWords) {
+  EXPECT_EQ(GetNESlotID(305), unsigned{'3'} << 5 | '0');
+  EXPECT_EQ(GetNESlotID(0x0305), unsigned{'7'} << 5 | '7') << "773";
+}
+
+TEST_F(Surprise, SlotThatIsCutAtTheColonIsReadPlainly) {
+  unsigned short shelf = 0;
+  unsigned short slot = 0;
+  EXPECT_TRUE(ParseTL1SlotID("SLOT-5:ABC-DEF", shelf, slot));
+  EXPECT_EQ(shelf, 5);
+  shelf = slot = 0;
+  EXPECT_TRUE(ParseTL1SlotID("SLOT-5", shelf, slot));
+  EXPECT_EQ(shelf, 0);
+  EXPECT_EQ(slot, 5);
+}
+
+TEST_F(Surprise, SomeBoardNamesCountAnywhere) {
+  EXPECT_TRUE(IsSccBdName("x-SCC-9"));
+  EXPECT_TRUE(IsSccBdName("vcu"));
+  EXPECT_FALSE(IsSccBdName("vcu9"));
+}
+
+}  // namespace
+}  // namespace VARNEL_TEST
