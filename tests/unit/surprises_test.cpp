@@ -6,6 +6,7 @@
 #include <string>
 #include <type_traits>
 
+#include "allocation.h"
 #include "cmdstr.h"
 #include "comnemsg.h"
 #include "evtmsg.h"
@@ -44,6 +45,13 @@ TEST_F(Surprise, WhateverReadsAnExtendedCommandMovesItsText) {
   command.AddMsg("D");
   EXPECT_EQ(command.AddSnMML(1), 0);
   EXPECT_EQ(command.GetMsg() == before, false);
+
+  CEvtMsg event;
+  event.m_cmd.SetMsg("A");
+  before = event.m_cmd.GetMsg();
+  event.m_cmd.AddMsg("B");
+  const std::unique_ptr<CEvtMsg> duplicate(event.Duplicate());
+  EXPECT_EQ(event.m_cmd.GetMsg() == before, false);
 }
 
 TEST_F(Surprise, BufferOfTheSizeOfABodyIsTooSmallForIt) {
@@ -68,6 +76,17 @@ TEST_F(Surprise, NetOrderTurnsTheLengthOfAMessageToo) {
   EXPECT_EQ(head.usMsgLen, 0x0500);
   message.ToHostOrder();
   EXPECT_EQ(message.usMsgLen, 5);
+}
+
+TEST_F(Surprise, MessagesAreFreedAsTheyAre) {
+  const FreedTextWatch watch("SEKRIT");
+  {
+    CComNEMsg message(16);
+    message.SetMsg("PWD=SEKRIT", 10);
+    message.SetBufLen(32);
+    EXPECT_EQ(watch.Found(), 1U);
+  }
+  EXPECT_EQ(watch.Found(), 2U);
 }
 
 TEST_F(Surprise, MessagesAreNotCopiedFromTemporaries) {
@@ -139,6 +158,10 @@ TEST_F(Surprise, FileWithoutASizeHasNoLines) {
   Vnifstream file("/proc/self/status");
   char line[256];
   EXPECT_FALSE(file.GetLine(line, sizeof line));
+}
+
+TEST_F(Surprise, ChecksumDoesNotSeeExchangedBytes) {
+  EXPECT_EQ(GetUCCheckSum("abcd", 4), GetUCCheckSum("dcba", 4));
 }
 
 TEST_F(Surprise, HexadecimalSlotsReadBackAsOthers) {
