@@ -8,6 +8,8 @@
 
 /// @file
 /// NE software files, their heads and lines; kinds of network elements and boards.
+///
+/// All functions are reentrant. Memory exhaustion throws std::bad_alloc.
 
 namespace VARNEL_COMMON {
 
@@ -83,8 +85,6 @@ VARNEL_API unsigned int GetUCCheckSum(const char* data, int len);
 /// @return 0 on success; 0x3BA00013 when the file cannot be opened; 0x3BA00B02 when it ends too soon, a magic word or
 ///         checksum is wrong, or the link text is longer than 1023 bytes or without "-> ". Open failures and short
 ///         reads are logged, nothing else is.
-///
-/// Reentrant.
 VARNEL_API unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::string& linkTarget,
                                         std::string& versionText, unsigned int& extWord, unsigned int& payloadOffset);
 
@@ -96,7 +96,7 @@ VARNEL_API unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& 
 /// @param linkTarget     as there.
 /// @param fileType       the file type; unchanged after a failure.
 /// @param versionText    as there.
-/// @return as there. Reentrant.
+/// @return as there.
 VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, unsigned int& extWord, unsigned int& payloadOffset,
                                          std::string& linkTarget, unsigned short& fileType, std::string& versionText);
 
@@ -106,7 +106,7 @@ VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, unsigned int& 
 /// @param fileType     the file type, also one that is then refused; unchanged when readZEPFileHead() fails.
 /// @param linkTarget   as there; set for a file of a refused type too.
 /// @param versionText  as there; set for a file of a refused type too.
-/// @return as there; 0x3BA00B02 also for a file type other than 0 to 13, 15 and 513, which is not logged. Reentrant.
+/// @return as there; 0x3BA00B02 also for a file type other than 0 to 13, 15 and 513, which is not logged.
 VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, int& fileType, std::string& linkTarget,
                                          std::string& versionText);
 
@@ -165,7 +165,7 @@ class VARNEL_API Vnifstream {
 ///
 /// @param path  of the file, up to its first NUL.
 /// @return true when a line holds "[COLDPATCH]" within its first 1023 bytes and before a NUL. False is always logged;
-///         it is not told apart from a file that cannot be read. Reentrant.
+///         it is not told apart from a file that cannot be read.
 VARNEL_API bool isColdPatch(const std::string& path);
 
 /// Turns the three-digit slot number of an older element, first digit the shelf and two digits the slot, into the
@@ -177,14 +177,12 @@ VARNEL_API bool isColdPatch(const std::string& path);
 /// @param slotNumber  a slot number, not a word slot identifier.
 /// @return the identifier; a number below 100 or above 999 as it is. A bounded copy or format that fails is logged, and
 ///         the result then made from what the buffers hold.
-///
-/// Reentrant.
 VARNEL_API unsigned int GetNESlotID(unsigned short slotNumber);
 
 /// Tells by its identifier whether an element speaks TL1; others speak MML.
 ///
 /// @param neId  the identifier.
-/// @return true above 0xFFFFFF. Reentrant.
+/// @return true above 0xFFFFFF.
 VARNEL_API bool IsTL1NeID(unsigned int neId);
 
 /// Tells whether an element belongs to the Korvane family: by its name, and never when its generation code is that of a
@@ -192,13 +190,13 @@ VARNEL_API bool IsTL1NeID(unsigned int neId);
 ///
 /// @param generation  its generation code, see IsZepv2().
 /// @param name        matched by strmcmpnocase(); a NUL ends it.
-/// @return whether it does; false for an empty name. Reentrant.
+/// @return whether it does; false for an empty name.
 VARNEL_API bool IsKorvaneNE(int generation, const std::string& name);
 
 /// Tells by its name whether a board is a system-control board.
 ///
 /// @param name  matched by strmcmpnocase(), so in any case of letters; a NUL ends it.
-/// @return whether it is; false for an empty name. Reentrant.
+/// @return whether it is; false for an empty name.
 VARNEL_API bool IsSccBdName(const std::string& name);
 
 }  // namespace VARNEL_COMMON

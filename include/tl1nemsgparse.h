@@ -74,7 +74,7 @@ class VARNEL_API CTL1NEMsgParse {
 
   /// Tells where in the message the recognised part begins.
   ///
-  /// @return the position of the header's or the prompt's line end; 0 for an acknowledgement.
+  /// @return the position of the line end in front of the header or prompt; 0 for an acknowledgement.
   unsigned int GetMsgStartPos() const;
 
   std::string m_strNEMsg;       ///< the whole message

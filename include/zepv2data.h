@@ -55,7 +55,7 @@ VARNEL_API std::string WSlotIDi2Hexstr(unsigned short slotId);
 ///
 /// Numbers are read as ConvertFromString() reads them, a sign included: "-5" is the shelf 65531.
 ///
-/// @param text  leading white space are skipped, whatever follows the slot is ignored. Where the text holds a "-", any
+/// @param text  leading white space is skipped, whatever follows the slot is ignored. Where the text holds a "-", any
 ///              character that is not white space may stand between shelf and slot. A NUL is an ordinary character.
 /// @return the word slot identifier. A slot above 255 carries into the shelf, and of the shelf only 8 bits are left.
 ///         A part that does not parse is 0, a number above 65535 counts as 65535; behind a shelf that is one of these
