@@ -1,16 +1,35 @@
-// Reads a software package: from a path to the list of its entries.
+// Reads a software package: from a path to its checked heads, its version and the list of its entries.
 
 #include <varnel_common/pkgfile.h>
+#include <varnel_common/publicdata.h>
 #include <varnel_common/str.h>
 
 #include <iostream>
+
+using namespace VARNEL_COMMON;
 
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::cerr << "usage: read_package FILE\n";
     return 2;
   }
-  VARNEL_COMMON::CPkgFile package(VARNEL_COMMON::ToAbsPath(argv[1]));
+  const std::string path = ToAbsPath(argv[1]);
+  if (path.empty()) {
+    std::cerr << argv[1] << ": no such file\n";
+    return 1;
+  }
+
+  // A package with damaged heads can still be parsed, so whoever wants good ones asks for them first.
+  int fileType = 0;
+  std::string linkTarget, version;
+  const unsigned int result = CheckZEPFileHead(path, fileType, linkTarget, version);
+  if (result != 0) {
+    std::cerr << argv[1] << ": no valid software file, code 0x" << std::hex << result << '\n';
+    return 1;
+  }
+  std::cout << "type " << fileType << ", for " << linkTarget << '\n';
+
+  CPkgFile package(path);
   if (package.ParsePkgFile() != 0) return 1;
   std::cout << "version " << package.m_strVersion << '\n';
   for (const auto* entry : package.m_lstSoftInfo) {
