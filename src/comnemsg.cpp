@@ -19,7 +19,8 @@ constexpr unsigned int MAX_BODY = 65534;  // leaves the 16-bit length field one 
 constexpr unsigned int FIRST_BUFFER = 1024;
 constexpr unsigned int HEADROOM = 1024;
 
-static_assert(sizeof(CComNEHead) == 4 + 4 + 2 + 2 + 4 && offsetof(CComNEHead, ulHeadWord2) == 12, "as on the wire");
+static_assert(sizeof(CComNEHead) == 4 + 4 + 2 + 2 + 4 && offsetof(CComNEHead, ulHeadWord2) == 12,
+              "as on the wire, see docs/formats.md");
 
 using Buffer = std::unique_ptr<char[]>;
 

@@ -69,7 +69,7 @@ struct Tl1Shape {
   const char* total;
 };
 
-// The misspellings are the elements' own.
+// The misspellings are the elements' own. All shapes, those of MML too, stand in docs/formats.md.
 constexpr Tl1Shape TL1_SHAPES[] = {
     {"*FILES_DONE=*FILES_TOTAL=*", "FILES_DONE=", "FILES_TOTAL="},
     {"*REPT EVT PROGRESS*TRANSFEREDFILES=*TOTALNUM=*", "TRANSFEREDFILES=", "TOTALNUM="},

@@ -66,7 +66,7 @@ std::string_view Trimmed(std::string_view column) {
   return column.substr(0, LengthWithoutTrailingBlanks(column));
 }
 
-// Cuts a line into columns, blanks around them included; false for a line of more or fewer.
+// Cuts an entry line (see docs/formats.md) into columns, blanks around them included; false for a line that is none.
 bool ReadColumns(std::string_view line, Columns& columns) {
   size_t count = 0;
   size_t start = 0;

@@ -21,7 +21,7 @@ namespace {
 
 constexpr char MODULE[] = "publicdata";
 
-// Persistent numbers: result codes that callers compare with, and what stands in files.
+// Persistent numbers: result codes that callers compare with, and what stands in files; see docs/formats.md.
 constexpr unsigned int CANNOT_OPEN = 0x3BA00013;
 constexpr unsigned int INVALID_HEAD = 0x3BA00B02;
 constexpr uint32_t DIR_MAGIC = 0x51584444;   // "QXDD"

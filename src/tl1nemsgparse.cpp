@@ -71,7 +71,8 @@ namespace {
 
 constexpr Part EMPTY = {0, 0};
 
-// Walks over one message. A cursor stands where a step begins to read and is moved behind what it read.
+// Walks over one message, whose form stands in docs/formats.md. A cursor stands where a step begins to read and is
+// moved behind what it read.
 template <typename Findings>
 class Parser {
  public:

@@ -24,7 +24,7 @@ constexpr int BEFORE_ZEP08 = 50799;
 
 constexpr size_t MAX_HEX_LENGTH = 2 + 8;  // "0x" and the digits of 32 bits
 
-// The DC form.
+// The DC form; see docs/formats.md.
 constexpr int LAST_DASHED_BOARD = 0x01FF;
 constexpr unsigned short LAST_PLAIN_SLOT = 199;
 constexpr size_t MIN_DC_LENGTH = 3;

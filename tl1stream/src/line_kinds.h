@@ -7,7 +7,8 @@
 
 namespace VARNEL_TL1 {
 
-/// What the lines of TL1 look like. All take a line without its end; the parts that they give point into it.
+/// What the lines of TL1 look like; see docs/formats.md. All take a line without its end; the parts that they give
+/// point into it.
 
 inline bool IsBlank(char c) {
   return c == ' ' || c == '\t';
