@@ -1,6 +1,7 @@
 // Follows a package load and a script run: every report that an element sends is offered to each event that waits.
 
 #include <varnel_common/evtmsg.h>
+#include <varnel_common/str.h>
 
 #include <iostream>
 #include <string>
@@ -53,6 +54,7 @@ int main(int argc, char** argv) {
   if (!ended) return load.GetGuage() == 100 ? 0 : 1;
   std::cout << "end: " << end.m_strResult << ", code " << end.m_dwResultCode << '\n';
   if (end.m_strResult == "SUCCESS") return 0;
+  StrTrimRight(end.m_strResultText);
   std::cout << "item " << end.m_strResultItem << ": " << end.m_strResultText << '\n';
   return 1;
 }

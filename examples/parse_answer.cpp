@@ -1,31 +1,38 @@
 // Takes single TL1 messages apart by the strict parser, for a caller that has each as a whole.
 
+#include <varnel_common/str.h>
 #include <varnel_common/tl1nemsgparse.h>
 
 #include <iostream>
+#include <string>
 
-using VARNEL_COMMON::CTL1NEMsgParse;
+using namespace VARNEL_COMMON;
 
 namespace {
 
-bool PrintAnswer(const char* message) {
-  CTL1NEMsgParse answer(message);
-  if (!answer.NEMsgParse()) {
-    std::cout << "not recognised\n";
+constexpr char ACKNOWLEDGEMENT[] = "IP 117\r\n<";
+constexpr char ANSWER[] = "\r\n\n   NE-EAST 26-01-15 12:00:07\r\nM  117 COMPLD\r\n   \"SLOT-3:CR,EQPT\"\r\n;";
+constexpr char EVENT[] = "\r\n\n   NE-EAST 26-01-15 12:00:31\r\n*C 7860 REPT ALM EQPT\r\n   \"SLOT-5:MJ\"\r\n;";
+constexpr char WITHOUT_INDENT[] = "\r\n\nNE-EAST 26-01-15 12:01:02\r\nM  118 DENY\r\n;";
+
+bool PrintMessage(const char* message) {
+  CTL1NEMsgParse parser(message);
+  if (!parser.NEMsgParse()) {
+    std::cout << "not of the strict form\n";
     return false;
   }
-  switch (answer.GetNEMsgType()) {
+  const std::string text = replaceEnterWithBlank(parser.GetTextBlock().c_str());
+  switch (parser.GetNEMsgType()) {
     case 2:
-      std::cout << "acknowledgement " << answer.GetRetRspCode() << " of command " << answer.GetCtage() << '\n';
+      std::cout << "acknowledgement " << parser.GetRetRspCode() << " of command " << parser.GetCtage() << '\n';
       break;
     case 3:
-      std::cout << "answer " << answer.GetRetRspCode() << " to command " << answer.GetCtage() << " from "
-                << answer.GetSID() << ", " << answer.m_strDate << ' ' << answer.m_strTime << ':'
-                << answer.GetTextBlock();
+      std::cout << "answer " << parser.GetRetRspCode() << " to command " << parser.GetCtage() << " from "
+                << parser.GetSID() << ", " << parser.m_strDate << ' ' << parser.m_strTime << ':' << text << '\n';
       break;
-    default:  // 4, an autonomous message; the empty texts of a bare prompt would do no harm
-      std::cout << "event " << answer.m_strAtag << ' ' << answer.GetRetRspCode() << ' ' << answer.m_strVerb << " from "
-                << answer.GetSID() << ':' << answer.GetTextBlock();
+    default:  // 4, an event; of a bare prompt, which is of this type too, all texts are empty
+      std::cout << "event " << parser.m_strAtag << ' ' << parser.GetRetRspCode() << ' ' << parser.m_strVerb << " from "
+                << parser.GetSID() << ':' << text << '\n';
   }
   return true;
 }
@@ -33,26 +40,15 @@ bool PrintAnswer(const char* message) {
 }  // namespace
 
 int main() {
-  bool good = PrintAnswer("IP 117\r\n<");
-  good = PrintAnswer(
-             "\r\n\n   NE-EAST 26-01-15 12:00:07\r\n"
-             "M  117 COMPLD\r\n"
-             "   \"SLOT-3:CR,EQPT\"\r\n"
-             ";") &&
-         good;
-  good = PrintAnswer(
-             "\r\n\n   NE-EAST 26-01-15 12:00:31\r\n"
-             "*C 7860 REPT ALM EQPT\r\n"
-             "   \"SLOT-5:MJ,FAN-FAIL\"\r\n"
-             ";") &&
-         good;
+  for (const char* message : {ACKNOWLEDGEMENT, ANSWER, EVENT})
+    if (!PrintMessage(message)) return 1;
+  if (PrintMessage(WITHOUT_INDENT)) return 1;
 
-  // The strict form only: here the header line lacks its three blanks.
-  const bool loose = PrintAnswer("\r\n\nNE-EAST 26-01-15 12:01:02\r\nM  118 DENY\r\n;");
-
-  // For one who collects bytes until an answer is whole.
-  CTL1NEMsgParse collecting("");
-  std::string received = "\r\n\n   NE-EAST 26-01-15 12:01:02\r\nM  118 DENY\r\n   PLNA\r\n;";
-  if (collecting.ParseMsgEndFlg(received)) std::cout << "whole: " << collecting.GetRetRspCode() << '\n';
-  return good && !loose ? 0 : 1;
+  // For one who collects bytes until an answer is whole: without its last byte it is not.
+  const std::string received = ANSWER;
+  CTL1NEMsgParse parser("");
+  const bool early = parser.ParseMsgEndFlg(received.substr(0, received.size() - 1));
+  const bool whole = parser.ParseMsgEndFlg(received);
+  std::cout << "whole: " << early << ", then " << whole << '\n';
+  return whole && !early ? 0 : 1;
 }

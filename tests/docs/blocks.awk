@@ -25,7 +25,7 @@ inside {
 /^```/ {
   inside = 1
   if (mark == "session") source = work "/" ++sessions ".out"
-  else if (mark != "") source = project "/" mark
+  else if (mark ~ /\//) source = project "/" mark
 }
 !inside && NF > 0 { mark = "" }
 /^<!-- [^ ]+ -->$/ { mark = $2 }
