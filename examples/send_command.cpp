@@ -15,8 +15,7 @@ namespace {
 std::string Send(const CComNEMsg& message) {
   CComNEHead head(message);
   head.ToNetOrder();
-  std::string wire(sizeof head, '\0');
-  std::memcpy(wire.data(), &head, sizeof head);
+  std::string wire(reinterpret_cast<const char*>(&head), sizeof head);
   return wire.append(message.m_pMsg, message.usMsgLen);
 }
 
