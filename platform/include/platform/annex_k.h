@@ -7,6 +7,9 @@
 /// Bounded copies and formatting after C11 Annex K. Ordinary functions with C linkage, so that a host can supply its
 /// own. The bundled ones put no limit of their own on sizes. All are reentrant.
 
+// A host that is built with hidden names still offers these.
+#pragma GCC visibility push(default)
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -58,5 +61,7 @@ int snprintf_s(char* dest, size_t destMax, size_t count, const char* format, ...
 #ifdef __cplusplus
 }
 #endif
+
+#pragma GCC visibility pop
 
 #endif

@@ -8,6 +8,9 @@
 /// @file
 /// File calls of the host.
 
+// A host that is built with hidden names still offers these.
+#pragma GCC visibility push(default)
+
 /// File calls of the host, which must be safe from several threads at once.
 namespace KELP_OS {
 
@@ -31,5 +34,7 @@ FILE* fopen(const char* path, const char* mode, const char* encoding);
 int stat(const char* path, struct ::stat* buffer, const char* encoding);
 
 }  // namespace KELP_OS
+
+#pragma GCC visibility pop
 
 #endif

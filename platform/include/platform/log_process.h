@@ -6,6 +6,9 @@
 /// @file
 /// The logging service of the host.
 
+// A host that is built with hidden names still offers these.
+#pragma GCC visibility push(default)
+
 /// Severity of a log line. The library writes under these two values only; a host may add its own.
 enum EN_LOG_LEVEL : int {
   EN_LOG_LEVEL_WARNING = 3,  ///< a limit was exceeded; the operation truncated or refused its input
@@ -51,5 +54,7 @@ class LogProcess {
   /// @param location  as above.
   static void ForceLog(const char* module, EN_LOG_LEVEL level, const char* text, const LocationInfo& location);
 };
+
+#pragma GCC visibility pop
 
 #endif

@@ -6,6 +6,9 @@
 /// @file
 /// Utility services of the host.
 
+// A host that is built with hidden names still offers these.
+#pragma GCC visibility push(default)
+
 /// Utility services of the host. All of them must be safe to call from several threads at once.
 namespace NS_UTIL {
 
@@ -53,5 +56,7 @@ int RemoveFile(const std::string& path);
 int RemoveDir(const std::string& path);
 
 }  // namespace NS_UTIL
+
+#pragma GCC visibility pop
 
 #endif
