@@ -145,6 +145,22 @@ TEST(Tl1Framer, OffsetsCountTelnetBytesBetweenAndInside) {
   EXPECT_EQ(Shown(messages[0]), "7+9 complete IP 1\r\n<");
 }
 
+// What is held of it is cut like any long line, however much negotiation stands between its bytes.
+TEST(Tl1Framer, ALineThatGrowsSlowlyBetweenNegotiationsIsOneLongLine) {
+  constexpr size_t LONG = 10000;
+  Framer framer(1000);
+  for (size_t i = 0; i < LONG; ++i)
+    ASSERT_TRUE(framer.Feed("x\xFF\xFB\x01"));
+  ASSERT_TRUE(framer.Feed("\r\n" + RESPONSE));
+  Message message;
+  ASSERT_TRUE(framer.Next(message));
+  EXPECT_EQ(message.bytes, RESPONSE);
+  const Skipped skipped = framer.GetSkipped();
+  EXPECT_EQ(skipped.telnet, LONG);
+  EXPECT_EQ(skipped.lines, 1U);
+  EXPECT_EQ(message.offset, skipped.bytes);
+}
+
 TEST(Tl1Framer, AMessageBeyondTheLimitIsAnError) {
   Framer framer(RESPONSE.size());
   EXPECT_TRUE(framer.Feed(RESPONSE + RESPONSE));
