@@ -21,7 +21,30 @@ bool ForEachLine(const Examine& examine) {
   return false;
 }
 
+// Zeros in front make no octal number.
+std::optional<uint64_t> ReadNumber(const std::string& text) {
+  const bool hexadecimal = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0;
+  const char* const begin = text.data() + (hexadecimal ? 2 : 0);
+  const char* const end = text.data() + text.size();
+  uint64_t number = 0;
+  const auto [stop, error] = std::from_chars(begin, end, number, hexadecimal ? 16 : 10);
+  if (error != std::errc() || stop != end) return std::nullopt;
+  return number;
+}
+
 }  // namespace
+
+CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most) {
+  const std::string range = std::to_string(least) + " to " + std::to_string(most);
+  const auto read = [least, most, range](std::string& text) {
+    const std::optional<uint64_t> number = ReadNumber(text);
+    if (!number || *number < least || *number > most)
+      return "is not a number from " + range + ", decimal or 0x and hexadecimal";
+    text = std::to_string(*number);  // which CLI11 reads alike
+    return std::string();
+  };
+  return option->description(option->get_description() + ", " + range)->transform(CLI::Validator(read, ""));
+}
 
 CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation, const std::string& help) {
   const auto read = [&generation](const std::string& text) {

@@ -2,10 +2,14 @@
 #define VARNEL_TOOLS_ARGUMENTS_H
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
 #include <vector>
+
+/// Lets an option take numbers within limits, decimal or hexadecimal behind "0x", and its help tell the limits.
+CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most);
 
 /// Adds --generation CODE, a signed decimal number of 32 bits.
 CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation, const std::string& help);

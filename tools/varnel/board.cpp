@@ -18,8 +18,8 @@ bool CheckName(const std::string& name) {
 
 class BoardCommand {
  public:
-  explicit BoardCommand(CLI::App& command) {
-    command.add_option("NAME", m_names, "Board names; - reads them from standard input, one a line")->type_name("");
+  explicit BoardCommand(Command& command) {
+    command.add_option("NAME", m_names, "Board names; - reads them from standard input, one a line");
     CLI::Option* element =
         command.add_option("--ne", m_element, "Tell also whether the element of this name is of the Korvane family")
             ->type_name("NAME");
@@ -28,9 +28,17 @@ class BoardCommand {
     element->needs(generation);
     generation->needs(element);
     command.add_flag("--json", m_json, "Print one JSON object per name");
-    command.footer(command.get_footer() +
-                   "\nBoth answers count as done. Where a name begins with -, put -- in front of the first. Case does\n"
-                   "not count. Empty lines are passed over; an empty name is bad.");
+    command.explanation = {{"", {{"", "Case does not count in names. Empty lines of standard input are passed over."}}},
+                           {"JSON objects",
+                            {{"of a board", "name, system_control"},
+                             {"of an element", "ne, generation, korvane"},
+                             {"", "The answers are true or false, and null for a bad name."}}}};
+    command.SetExitStatus("Every question is answered, whatever the answers are.",
+                          "A name is empty or holds a NUL, or standard input cannot be read");
+    command.examples.paragraphs = {
+        {"varnel board vcua mainboard", "Tell of two boards."},
+        {"varnel board --ne KVA-4210 --generation 50000", "Tell of an element."},
+        {"varnel board --json - < boards.txt", "Tell of all boards in a file, one a line, for a program."}};
   }
 
   int Run() const {
@@ -71,7 +79,7 @@ class BoardCommand {
 
 }  // namespace
 
-std::function<int()> AddBoard(CLI::App& command) {
+std::function<int()> AddBoard(Command& command) {
   const auto board = std::make_shared<BoardCommand>(command);
   return [board] { return board->Run(); };
 }

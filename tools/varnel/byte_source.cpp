@@ -300,12 +300,16 @@ std::string CheckTimeout(const std::string& text) {
 }  // namespace
 
 void AddSourceOptions(CLI::App& command, SourceOptions& options, const std::string& timeoutHelp) {
-  CLI::Option* file = command.add_option("FILE", options.file, "File to read; - is standard input, the default");
-  file->type_name("");
-  CLI::Option* connect = command.add_option("--connect", options.address, "Read from a TCP connection to HOST:PORT");
+  CLI::Option* file = command.add_option("FILE", options.file, "File to read; - is standard input");
+  file->capture_default_str();
+  CLI::Option* connect = command.add_option("--connect", options.address,
+                                            "Read from a TCP connection; an IPv6 address stands in brackets");
   connect->type_name("HOST:PORT")->check(CheckAddress)->excludes(file);
   command.add_flag("--follow", options.follow, "Go on reading as FILE grows")->excludes(connect);
-  command.add_option("--timeout", options.timeout, timeoutHelp)->type_name("SECONDS")->check(CheckTimeout);
+  command.add_option("--timeout", options.timeout, timeoutHelp + ", up to a year")
+      ->type_name("SECONDS")
+      ->check(CheckTimeout)
+      ->default_str("no limit");
 }
 
 std::unique_ptr<ByteSource> MakeByteSource(const SourceOptions& options, Limit limit, Milliseconds tick) {

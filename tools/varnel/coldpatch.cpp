@@ -15,9 +15,17 @@ namespace {
 
 class ColdPatchCommand {
  public:
-  explicit ColdPatchCommand(CLI::App& command) {
-    command.add_option("PATH", m_paths, "Script and package files; - is standard input")->required()->type_name("");
+  explicit ColdPatchCommand(Command& command) {
+    command.add_option("PATH", m_paths, "Script and package files; - is standard input")->required();
     command.add_flag("--json", m_json, "Print one JSON object per file");
+    command.explanation = {
+        {"", {{"", "A file is a cold patch when one of its lines holds [COLDPATCH]."}}},
+        {"JSON objects",
+         {{"", "Each holds path and cold_patch, which is true, false, or null for an unreadable file."}}}};
+    command.SetExitStatus("All files are cold patches.", "A file is none or is unreadable");
+    command.examples.paragraphs = {
+        {"varnel coldpatch patch.txt update.pkg", "Tell of two files."},
+        {"varnel coldpatch - < patch.txt > /dev/null && echo yes", "Use it as a condition."}};
   }
 
   int Run() const {
@@ -52,7 +60,7 @@ class ColdPatchCommand {
 
 }  // namespace
 
-std::function<int()> AddColdPatch(CLI::App& command) {
+std::function<int()> AddColdPatch(Command& command) {
   const auto coldPatch = std::make_shared<ColdPatchCommand>(command);
   return [coldPatch] { return coldPatch->Run(); };
 }

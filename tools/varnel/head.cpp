@@ -107,9 +107,21 @@ void PrintHead(const char* title, const std::optional<FoundHead<Head>>& head, co
 
 class HeadCommand {
  public:
-  explicit HeadCommand(CLI::App& command) {
-    command.add_option("PATH", m_path, "A software file; - is standard input")->required()->type_name("");
+  explicit HeadCommand(Command& command) {
+    command.add_option("PATH", m_path, "A software file; - is standard input")->required();
     command.add_flag("--json", m_json, "Print one JSON object");
+    command.explanation = {
+        {"",
+         {{"",
+           "Each line shows a field: its offset in the head, its name, and its value in hexadecimal and decimal. "
+           "The checksums that are stored are compared with computed ones, and the first fault is told. A head "
+           "that cannot be found is left out."}}},
+        {"JSON object",
+         {{"path, ok, error", "The file, whether its heads are valid, and the first fault or null."},
+          {"directory, file", "The fields of each head by their names, or null."},
+          {"stored, computed", "Objects with the checksums of both heads, directory and file; or null."}}}};
+    command.SetExitStatus("Both heads are valid.", "The file is bad or unreadable");
+    command.examples.paragraphs = {{"varnel head mainboard.pkg", "Show the heads of a file."}};
   }
 
   int Run() const {
@@ -148,7 +160,7 @@ class HeadCommand {
 
 }  // namespace
 
-std::function<int()> AddHead(CLI::App& command) {
+std::function<int()> AddHead(Command& command) {
   const auto head = std::make_shared<HeadCommand>(command);
   return [head] { return head->Run(); };
 }

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <vector>
 
+#include "arguments.h"
 #include "input_file.h"
 #include "output.h"
 #include "software_file.h"
@@ -87,31 +88,37 @@ std::string Stored(Head head) {
 
 class MakePackageCommand {
  public:
-  explicit MakePackageCommand(CLI::App& command) {
-    command.add_option("OUTPUT", m_output, "File to write; - is standard output")->required()->type_name("");
+  explicit MakePackageCommand(Command& command) {
+    command.add_option("OUTPUT", m_output, "File to write; - is standard output")->required();
     command.add_option("-d,--description", m_description, "File with the package description; - is standard input")
         ->type_name("FILE");
     command.add_option("-p,--payload", m_payload, "File with what follows the description; - is standard input")
         ->type_name("FILE");
-    command.add_option("--version-text", m_version, "Version text; empty for none")
+    command
+        .add_option("--version-text", m_version,
+                    "Version text, up to " + std::to_string(MAX_VERSION_LENGTH) + " bytes; empty for none")
+        ->type_name("TEXT")
         ->capture_default_str()
         ->check(LengthUpTo(MAX_VERSION_LENGTH));
-    command.add_option("--link", m_link, "Link text, \"NAME -> TARGET\"")
+    command
+        .add_option("--link", m_link,
+                    "Link text, \"NAME -> TARGET\", up to " + std::to_string(MAX_LINK_LENGTH) + " bytes")
+        ->type_name("TEXT")
         ->capture_default_str()
         ->check(LengthUpTo(MAX_LINK_LENGTH))
         ->check([](const std::string& text) { return text.find("-> ") == text.npos ? "holds no \"-> \"" : ""; });
-    command.add_option("-t,--type", m_type, "File type")->capture_default_str()->type_name("NUMBER");
-    command.add_option("--extension", m_extension, "Extension word, for file type 2 only")->type_name("NUMBER");
-    command.add_option("--gap", m_gaps, "Up to four lengths, N,N,N,N, of the gap between the heads")
+    TakeWord(command.add_option("-t,--type", m_type, "File type")->capture_default_str());
+    TakeWord(command.add_option("--extension", m_extension, "Extension word, for file type 2 only"));
+    TakeWord(command.add_option("--gap", m_gaps, "Lengths of the gap between the heads, up to four"))
         ->delimiter(',')
         ->expected(1, 4)
+        ->allow_extra_args(false)
         ->type_name("N,N,N,N");
-    command.add_option("--skip-length", m_skipLength, "Length of the area behind the heads")
-        ->capture_default_str()
-        ->type_name("NUMBER");
-    command.add_option("--tail-length", m_tailLength, "Length of the area behind the texts")
-        ->capture_default_str()
-        ->type_name("NUMBER");
+    TakeWord(command.add_option("--skip-length", m_skipLength, "Length of the area behind the heads")
+                 ->capture_default_str());
+    TakeWord(command.add_option("--tail-length", m_tailLength, "Length of the area behind the texts")
+                 ->capture_default_str());
+    Explain(command);
   }
 
   int Run() const {
@@ -129,6 +136,26 @@ class MakePackageCommand {
   }
 
  private:
+  static CLI::Option* TakeWord(CLI::Option* option) { return TakeNumbers(option, 0, UINT16_MAX)->type_name("NUMBER"); }
+
+  static void Explain(Command& command) {
+    command.explanation = {
+        {"",
+         {{"",
+           "Writes heads with right checksums, then the link and version texts, then the description and the "
+           "payload. Numbers are decimal, or hexadecimal behind 0x. OUTPUT appears only once it is complete, "
+           "and replaces a file of that name."}}},
+        {"Description file",
+         {{"",
+           "A line [File Description], then a line for each entry, of eight columns that are separated by colons: "
+           "the first is its name, the second its kind, the fifth its size. A line [END] ends it."}}}};
+    command.SetExitStatus("The file is written.", "A file cannot be read");
+    command.examples.paragraphs = {
+        {"varnel make-package -d description.txt --version-text 2.10 mainboard.pkg",
+         "Write a package that lists files."},
+        {"varnel make-package --link 'board -> mainboard' -t 1 - | varnel head -", "Look at heads without a file."}};
+  }
+
   static CLI::Validator LengthUpTo(size_t length) {
     return CLI::Validator(
         [length](const std::string& text) {
@@ -199,7 +226,7 @@ class MakePackageCommand {
 
 }  // namespace
 
-std::function<int()> AddMakePackage(CLI::App& command) {
+std::function<int()> AddMakePackage(Command& command) {
   const auto makePackage = std::make_shared<MakePackageCommand>(command);
   return [makePackage] { return makePackage->Run(); };
 }

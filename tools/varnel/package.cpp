@@ -147,11 +147,12 @@ bool BeginsAsSoftwareFile(const InputFile& input) {
 
 class PackageCommand {
  public:
-  explicit PackageCommand(CLI::App& command) {
-    command.add_option("PATH", m_paths, "Files, and folders to search; - is standard input")->required()->type_name("");
+  explicit PackageCommand(Command& command) {
+    command.add_option("PATH", m_paths, "Files, and folders to search; - is standard input")->required();
     command.add_flag("--json", m_json, "Print one JSON object per file");
     command.add_flag("--only-bad", m_onlyBad, "Print bad files only");
     command.add_flag("-q,--quiet", m_quiet, "Print nothing; the exit status tells");
+    Explain(command);
   }
 
   int Run() {
@@ -168,6 +169,29 @@ class PackageCommand {
   }
 
  private:
+  static void Explain(Command& command) {
+    command.explanation = {
+        {"",
+         {{"",
+           "A file is good when its heads and texts are valid and its file type is accepted: 0 to 13, 15 or 513. "
+           "One without a [File Description] section has no entries."},
+          {"",
+           "In a folder, files that do not begin as software files are counted but not called bad. Symbolic "
+           "links are not followed; pipes and devices are passed over."}}},
+        {"JSON objects",
+         {{"path, ok, error", "The file, whether it is good, and why it is not, or null."},
+          {"version, link_target", "Texts."},
+          {"file_type", "A number; file_type_accepted tells whether it is accepted."},
+          {"payload_offset", "Where the payload begins, without the extension word."},
+          {"extension_word", "A number, or null for other file types than 2."},
+          {"cold_patch", "True for a cold patch."},
+          {"entries", "A list of objects with name, kind and size; null without a description section."},
+          {"", "What cannot be read is null."}}}};
+    command.SetExitStatus("Every file is good.", "A file is bad or unreadable");
+    command.examples.paragraphs = {{"varnel package mainboard.pkg", "Check a file and list its entries."},
+                                   {"varnel package --only-bad /srv/packages", "Look for bad files in a folder."}};
+  }
+
   // The library loads a file as a whole; one that is too large does not keep the others from being checked.
   void Check(const InputFile& input) {
     try {
@@ -245,7 +269,7 @@ class PackageCommand {
 
 }  // namespace
 
-std::function<int()> AddPackage(CLI::App& command) {
+std::function<int()> AddPackage(Command& command) {
   const auto package = std::make_shared<PackageCommand>(command);
   return [package] { return package->Run(); };
 }

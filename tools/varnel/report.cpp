@@ -2,7 +2,6 @@
 #include <publicdata.h>
 #include <unistd.h>
 
-#include <charconv>
 #include <iomanip>
 #include <iostream>
 #include <memory>
@@ -11,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "arguments.h"
 #include "byte_source.h"
 #include "deadline.h"
 #include "output.h"
@@ -26,15 +26,6 @@ using VARNEL_COMMON::CVNScriptFileGuageEvt;
 
 constexpr auto BAR_INTERVAL = std::chrono::milliseconds(100);
 constexpr auto CLOCK_INTERVAL = std::chrono::milliseconds(1000);
-
-// Reads an element's identifier, decimal or hexadecimal behind "0x"; an empty text for one that is fine.
-std::string ReadElement(const std::string& text, unsigned int& element) {
-  const bool hexadecimal = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0;
-  const char* const begin = text.data() + (hexadecimal ? 2 : 0);
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(begin, end, element, hexadecimal ? 16 : 10);
-  return error == std::errc() && stop == end ? "" : "is not a number of 32 bits, decimal or 0x and hexadecimal";
-}
 
 struct Progress {
   const char* event;
@@ -92,36 +83,23 @@ class LiveBar {
 
 class ReportCommand {
  public:
-  explicit ReportCommand(CLI::App& command) {
+  explicit ReportCommand(Command& command) {
     AddSourceOptions(command, m_source, "Give up when there is no end result after so many seconds");
-    command
-        .add_option("--ne", m_element,
-                    "Identifier of the element, decimal or 0x...: above 0xFFFFFF it speaks TL1, else MML; 0 by default")
-        ->type_name("ID")
-        ->check([](const std::string& text) {
-          unsigned int element = 0;
-          return ReadElement(text, element);
-        });
-    command
-        .add_option("--key", m_keys,
-                    "Look only at reports that hold TEXT or match it as a pattern with *; may be repeated")
+    TakeNumbers(command.add_option("--ne", m_element, "Identifier of the element"), 0, UINT32_MAX)
+        ->capture_default_str()
+        ->type_name("ID");
+    command.add_option("--key", m_keys, "Look only at reports that hold TEXT or match it as a pattern with *")
         ->type_name("TEXT")
         ->allow_extra_args(false);
-    command
-        .add_option("--separator", m_separator,
-                    "A report ends behind TEXT; without this option where its language ends it")
+    command.add_option("--separator", m_separator, "A report ends behind TEXT, not where its language ends it")
         ->type_name("TEXT")
         ->check([](const std::string& text) { return text.empty() ? "is empty" : ""; });
     command.add_flag("--json", m_json, "Print one JSON object per change");
-    command.footer(command.get_footer() +
-                   "\nAn MML report ends at a line ;, >, < or --- END, or before an empty line; a TL1 report as varnel "
-                   "tl1 cuts it.\nA load or run that fails, or shows no end result, counts as bad.");
+    Explain(command);
   }
 
   int Run() {
-    unsigned int element = 0;
-    ReadElement(m_element, element);
-    m_package.m_dwNEID = m_script.m_dwNEID = m_end.m_dwNEID = element;
+    m_package.m_dwNEID = m_script.m_dwNEID = m_end.m_dwNEID = m_element;
     if (m_keys.empty()) m_keys.emplace_back();
     LiveBar bar(!m_json && isatty(STDERR_FILENO) != 0);
     m_bar = &bar;
@@ -131,6 +109,32 @@ class ReportCommand {
   }
 
  private:
+  static void Explain(Command& command) {
+    command.explanation = {
+        {"",
+         {{"",
+           "An element with an identifier above 16777215 (0xFFFFFF) speaks TL1, others speak MML. Give the "
+           "identifier in decimal, or in hexadecimal behind 0x."},
+          {"",
+           "An MML report ends at a line ;, >, < or --- END, or before an empty line; a TL1 report as varnel "
+           "tl1 cuts it."},
+          {"",
+           "The command ends with the end result: a package load when all is done, a script run with its end "
+           "report. On a terminal a bar shows the progress."}}},
+        {"JSON objects",
+         {{"event", "package, script or end."},
+          {"done, total, percent", "Of package and script: numbers."},
+          {"result, code", "Of end: the word and the number that the element gives."},
+          {"item, text", "Of end: where and why a run failed, or null."}}}};
+    command.SetExitStatus("The load or run ended well.",
+                          "It failed, there was no end result, or the input is unreadable");
+    command.examples.paragraphs = {
+        {"varnel report load.log", "Show the progress that is written down in a file."},
+        {"varnel report --connect 192.0.2.7:1400 --ne 0x1000001 --timeout 600",
+         "Follow a load for ten minutes at most."},
+        {"varnel report --follow --json --key '*BOARD 3*' session.log", "Follow the reports of one board in a log."}};
+  }
+
   int Follow(ByteSource& source) {
     const auto reports = MakeReportCutter(m_separator, SpeaksTl1());
     std::string bytes;
@@ -233,7 +237,7 @@ class ReportCommand {
   std::string ResultText() const { return m_end.m_strResultText.substr(0, m_end.m_strResultText.size() - 1); }
 
   SourceOptions m_source;
-  std::string m_element = "0";
+  unsigned int m_element = 0;
   std::vector<std::string> m_keys;
   std::string m_separator;
   bool m_json = false;
@@ -249,7 +253,7 @@ class ReportCommand {
 
 }  // namespace
 
-std::function<int()> AddReport(CLI::App& command) {
+std::function<int()> AddReport(Command& command) {
   const auto report = std::make_shared<ReportCommand>(command);
   return [report] { return report->Run(); };
 }

@@ -23,25 +23,11 @@ void PrintRow(const char* name, const std::string& value) {
 
 class SlotCommand {
  public:
-  explicit SlotCommand(CLI::App& command) {
-    command.add_option("TEXT", m_texts, "Slots in any form; - reads them from standard input, one a line")
-        ->required()
-        ->type_name("");
+  explicit SlotCommand(Command& command) {
+    command.add_option("TEXT", m_texts, "Slots in any form; - reads them from standard input, one a line")->required();
     AddGenerationOption(command, m_generation, "Give the DC form only where elements of this generation write it");
-    command.add_flag("--json", m_json, "Print one JSON object per text, and notes on standard error");
-    command.footer(
-        command.get_footer() +
-        "\n\nHow a text is read:\n"
-        "  0x0305          hexadecimal: the word, shelf * 256 + slot\n"
-        "  FAC-1-SLOT-3-5  behind the first SLOT- as in TL1; SLOT-7 has no shelf\n"
-        "  3-5             shelf and slot, as in MML parameters\n"
-        "  305             from 200 on and with 3 to 11 digits in the DC form: shelf, and two digits of slot\n"
-        "  7, 105          other numbers plainly: the slot, without a shelf\n"
-        "Where another reading is possible, a note tells it. Behind SLOT-, 305 is a plain number. Where a text\n"
-        "begins with -, put -- in front of the first. Empty lines are passed over.\n\n"
-        "Elements of old generations write shelves from 2 on in the DC form; other slots, and all of the\n"
-        "second generation (codes above 52099), are written dashed and have none. Without --generation the DC\n"
-        "form is that of an old generation. The NE slot ID is that of a text which is a number and nothing else.");
+    command.add_flag("--json", m_json, "Print one JSON object per text");
+    Explain(command);
   }
 
   int Run() const {
@@ -50,6 +36,33 @@ class SlotCommand {
   }
 
  private:
+  static void Explain(Command& command) {
+    command.explanation = {
+        {"How a text is read",
+         {{"0x0305", "hexadecimal: the word, shelf * 256 + slot"},
+          {"FAC-1-SLOT-3-5", "behind the first SLOT- as in TL1; SLOT-7 has no shelf, and SLOT-305 is a plain number"},
+          {"3-5", "shelf and slot, as in MML parameters"},
+          {"305", "from 200 on and with 3 to 11 digits in the DC form: shelf, and two digits of slot"},
+          {"7, 105", "other numbers plainly: the slot, without a shelf"},
+          {"", "Where another reading is possible, a note tells it. Empty lines of standard input are passed over."}}},
+        {"What is shown",
+         {{"",
+           "Elements of old generations write shelves from 2 on in the DC form; other slots, and all of the second "
+           "generation (codes above 52099), are written dashed and have none. Without --generation the DC form is "
+           "that of an old generation. The NE slot ID is that of a text which is a number and nothing else."}}},
+        {"JSON objects",
+         {{"text", "The text given."},
+          {"word, shelf, slot", "Numbers."},
+          {"dashed, hex, dc", "Texts; dc is null where there is no DC form."},
+          {"ne_slot_id", "A number, or null where the text is not a plain number."},
+          {"", "All but text are null for a text that is no slot. Notes go to standard error."}}}};
+    command.SetExitStatus("Every text is a slot.", "A text is none, or standard input cannot be read");
+    command.examples.paragraphs = {
+        {"varnel slot 3-5 305 0x0305 FAC-1-SLOT-3-5", "Show one slot, given in four forms."},
+        {"varnel slot --generation 52100 10-31", "Show it as elements of the second generation write it."},
+        {"varnel slot --json - < slots.txt", "Read slots from a file, one a line, for a program."}};
+  }
+
   bool Show(const std::string& text) const {
     SlotReading reading = ReadSlotText(text);
     if (reading.word) NoteDcReadBack(reading);
@@ -114,7 +127,7 @@ class SlotCommand {
 
 }  // namespace
 
-std::function<int()> AddSlot(CLI::App& command) {
+std::function<int()> AddSlot(Command& command) {
   const auto slot = std::make_shared<SlotCommand>(command);
   return [slot] { return slot->Run(); };
 }

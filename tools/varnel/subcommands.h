@@ -1,8 +1,9 @@
 #ifndef VARNEL_TOOLS_SUBCOMMANDS_H
 #define VARNEL_TOOLS_SUBCOMMANDS_H
 
-#include <CLI/CLI.hpp>
 #include <functional>
+
+#include "command.h"
 
 /// Exit statuses of the command.
 enum ExitStatus : int {
@@ -11,15 +12,16 @@ enum ExitStatus : int {
   EXIT_USAGE = 2,  ///< the command line is wrong
 };
 
-/// Each adds the arguments of its subcommand to `command` and gives what runs it once they are parsed. What runs
-/// returns an exit status.
-std::function<int()> AddPackage(CLI::App& command);
-std::function<int()> AddHead(CLI::App& command);
-std::function<int()> AddMakePackage(CLI::App& command);
-std::function<int()> AddColdPatch(CLI::App& command);
-std::function<int()> AddReport(CLI::App& command);
-std::function<int()> AddTl1(CLI::App& command);
-std::function<int()> AddSlot(CLI::App& command);
-std::function<int()> AddBoard(CLI::App& command);
+/// Adds the arguments of a subcommand and what its help tells to `command`, and gives what runs it once they are
+/// parsed. What runs returns an exit status.
+using AddArguments = std::function<int()>(Command& command);
+
+AddArguments AddPackage, AddHead, AddMakePackage, AddColdPatch, AddReport, AddTl1, AddSlot, AddBoard;
+
+struct Subcommand {
+  const char* name;
+  const char* purpose;
+  AddArguments* add;
+};
 
 #endif

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "arguments.h"
 #include "byte_source.h"
 #include "output.h"
 #include "subcommands.h"
@@ -136,7 +137,7 @@ class Tl1Run {
 
 class Tl1Command {
  public:
-  explicit Tl1Command(CLI::App& command) : m_app(command) {
+  explicit Tl1Command(Command& command) : m_app(command) {
     AddSourceOptions(command, m_options.source, "Give up after so many seconds without a byte");
     command.add_flag("--json", m_options.json, "Print one JSON object per message");
     command.add_flag("--join", m_options.join, "Make one message of the parts of an answer");
@@ -145,15 +146,41 @@ class Tl1Command {
         ->check(CLI::IsMember({"acknowledgement", "response", "autonomous", "prompt", "unrecognised"}));
     AddList("--ctag", m_options.ctags, "Only messages with these correlation tags");
     AddList("--code", m_options.codes, "Only messages with these codes, such as COMPLD or *C");
-    command.add_option("--limit", m_options.limit, "The longest message taken")
+    TakeNumbers(command.add_option("--limit", m_options.limit, "The longest message taken"), 1, MAX_LIMIT)
         ->type_name("BYTES")
-        ->check(CLI::Range(uint64_t{1}, MAX_LIMIT).description(""))
         ->capture_default_str();
+    Explain(command);
   }
 
   int Run() const { return Tl1Run(m_options, m_app.get_parent()->count("--verbose") > 0).Run(); }
 
  private:
+  static void Explain(Command& command) {
+    command.explanation = {
+        {"",
+         {{"",
+           "Line ends of every kind are taken; echoes, banners, prompts and telnet bytes between messages are "
+           "skipped. What is cut out as a message but cannot be read is shown as unrecognised. A last message "
+           "without its end is told on standard error. A message is shown when it passes all filters."}}},
+        {"JSON objects",
+         {{"type", "acknowledgement, response, autonomous, prompt or unrecognised."},
+          {"offset, length", "Where the message stands in the stream, in bytes."},
+          {"sid, date, time", "From the header."},
+          {"ctag, atag", "The correlation tag of an answer; the tag of an autonomous message."},
+          {"code, verb", "The completion or alarm code; what an autonomous message reports."},
+          {"lines", "A list of the lines of its text."},
+          {"continues", "True when more parts of the answer follow."},
+          {"", "What a message does not have is null."}}}};
+    command.SetExitStatus("The whole stream was read.",
+                          "The last message has no end, a message is too long, the time is over, or the input is "
+                          "unreadable");
+    command.examples.paragraphs = {{"varnel tl1 capture.log", "Show all messages of a file."},
+                                   {"varnel tl1 --json --type autonomous --code '*C,**' capture.log",
+                                    "Show critical and major alarms, for a program."},
+                                   {"varnel tl1 --connect 192.0.2.7:1400 --timeout 60",
+                                    "Show what an element sends until it is silent for a minute."}};
+  }
+
   CLI::Option* AddList(const char* name, std::vector<std::string>& list, const char* help) {
     return m_app.add_option(name, list, help)->type_name("LIST")->delimiter(',')->allow_extra_args(false);
   }
@@ -164,7 +191,7 @@ class Tl1Command {
 
 }  // namespace
 
-std::function<int()> AddTl1(CLI::App& command) {
+std::function<int()> AddTl1(Command& command) {
   const auto tl1 = std::make_shared<Tl1Command>(command);
   return [tl1] { return tl1->Run(); };
 }
