@@ -14,13 +14,13 @@ _NAME() {
   local -a words=()
   for ((i = 0; i <= COMP_CWORD; i++)); do
     if [[ $joined || ($i -gt 0 && ${COMP_WORDS[i]} =~ ^[=:]+$) ]]; then
-      words[${#words[@]} - 1]+=${COMP_WORDS[i]}
-      [[ ${COMP_WORDS[i]} =~ ^[=:]+$ ]] && joined=yes || joined=''
+      words[-1]+=${COMP_WORDS[i]}
+      if [[ ${COMP_WORDS[i]} =~ ^[=:]+$ ]]; then joined=yes; else joined=''; fi
     else
       words+=("${COMP_WORDS[i]}")
     fi
   done
-  word=${words[${#words[@]} - 1]}
+  word=${words[-1]}
   for ((i = 1; i < ${#words[@]} - 1; i++)); do
     if [[ ${words[i]} == -- ]]; then
       plain=yes
@@ -28,7 +28,7 @@ _NAME() {
       subcommand=${words[i]}
     fi
   done
-  [[ ${#words[@]} -gt 2 && ! $plain ]] && before=${words[${#words[@]} - 2]}
+  if [[ ! $plain ]]; then before=${words[-2]}; fi
   if [[ ! $plain && $word == --*=* ]]; then
     before=${word%%=*}
     word=${word#*=}
@@ -38,7 +38,8 @@ _NAME() {
 
 constexpr char END[] = R"(
   COMPREPLY=()
-  [[ $word == *,* && $values == *,* ]] && prefix=${word%,*},
+  if [[ ${words[-2]} =~ ^[0-9]*[\<\>]+$ ]]; then values='' files=yes; fi
+  if [[ $word == *,* && $values == *,* ]]; then prefix=${word%,*},; fi
   values=${values//,/ }
   if [[ $values ]]; then
     mapfile -t COMPREPLY < <(compgen -P "$prefix" -W "$values" -- "${word#"$prefix"}")
@@ -59,7 +60,7 @@ std::string Row(const std::string& pattern, const std::string& actions) {
 }
 
 std::string Expected(const OptionView& view) {
-  if (!view.choices.empty()) return "values=" + Joined(view.choices, ",");
+  if (!view.choices.empty()) return "values='" + Joined(view.choices, view.delimiter == '\0' ? " " : ",") + "'";
   return view.TakesPath() ? "files=yes" : ":";
 }
 

@@ -1,10 +1,10 @@
 #include "help.h"
 
 #include <algorithm>
-#include <sstream>
 
 #include "command.h"
 #include "option_view.h"
+#include "wrap.h"
 
 namespace {
 
@@ -13,22 +13,9 @@ constexpr size_t TERM_INDENT = 2;
 constexpr size_t WIDEST_TERM = 20;       // a longer one has a line of its own
 constexpr size_t BELOW_TERM_INDENT = 6;  // where all of them are longer
 
-// Appends words, breaking lines in front of WIDTH. Lines after the first begin at `indent`.
+// Lines after the first begin at `indent`.
 void AppendWrapped(std::string& help, const std::string& text, size_t indent) {
-  size_t column = indent;
-  std::istringstream words(text);
-  for (std::string word; words >> word;) {
-    if (column > indent && column + 1 + word.size() > WIDTH) {
-      help += '\n' + std::string(indent, ' ');
-      column = indent;
-    } else if (column > indent) {
-      help += ' ';
-      ++column;
-    }
-    help += word;
-    column += word.size();
-  }
-  help += '\n';
+  help += CLI::detail::join(Wrapped(text, WIDTH - indent), '\n' + std::string(indent, ' ')) + '\n';
 }
 
 void AppendTerm(std::string& help, const Paragraph& paragraph, size_t indent) {

@@ -109,7 +109,7 @@ class MakePackageCommand {
         ->check([](const std::string& text) { return text.find("-> ") == text.npos ? "holds no \"-> \"" : ""; });
     TakeWord(command.add_option("-t,--type", m_type, "File type")->capture_default_str());
     TakeWord(command.add_option("--extension", m_extension, "Extension word, for file type 2 only"));
-    TakeWord(command.add_option("--gap", m_gaps, "Lengths of the gap between the heads, up to four"))
+    TakeWord(command.add_option("--gap", m_gaps, "Lengths of up to four parts of the gap between the heads"))
         ->delimiter(',')
         ->expected(1, 4)
         ->allow_extra_args(false)

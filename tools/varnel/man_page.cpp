@@ -5,8 +5,11 @@
 #include <stdexcept>
 
 #include "option_view.h"
+#include "wrap.h"
 
 namespace {
+
+constexpr size_t SOURCE_WIDTH = 78;  // with what escapes the beginning of a line
 
 // A character as troff prints it and nothing else. All hyphens are what the keyboard gives, so that options and
 // commands can be copied and searched.
@@ -57,11 +60,27 @@ std::string Line(const std::string& escaped) {
   return (escaped.compare(0, 1, ".") == 0 ? "\\&" : "") + escaped + '\n';
 }
 
+std::string Lines(const std::string& sentence) {
+  std::string lines;
+  for (const std::string& line : Wrapped(Escaped(sentence), SOURCE_WIDTH))
+    lines += Line(line);
+  return lines;
+}
+
+// Each sentence begins a line, so that troff sets them apart.
+std::string Sentences(const std::string& text) {
+  std::string lines;
+  size_t begin = 0;
+  for (size_t end; (end = text.find(". ", begin)) != std::string::npos; begin = end + 2)
+    lines += Lines(text.substr(begin, end + 1 - begin));
+  return lines + Lines(text.substr(begin));
+}
+
 class Page {
  public:
   Page(const Command& command, const std::string& date) : m_command(command) {
     const CLI::App* top = command.get_parent() == nullptr ? &command : command.get_parent();
-    m_text = ".TH " + Escaped(Upper(PageName(command))) + " 1 \"" + Escaped(date) + "\" \"" + Escaped(top->version()) +
+    m_text = ".TH " + Escaped(Upper(PageName(command))) + " 1 \"" + date + "\" \"" + Escaped(top->version()) +
              "\" \"User Commands\"\n.nh\n.ad l\n";
   }
 
@@ -101,7 +120,7 @@ class Page {
   }
 
   void WriteDescription() {
-    m_text += ".SH DESCRIPTION\n" + Line(Escaped(m_command.get_description()) + '.');
+    m_text += ".SH DESCRIPTION\n" + Sentences(m_command.get_description() + '.');
     for (const Section& section : m_command.explanation)
       WriteSection(".SS", section);
   }
@@ -115,14 +134,12 @@ class Page {
       if (!paragraph.term.empty()) {
         WriteTerm(Bold(paragraph.term), paragraph.text);
       } else {
-        m_text += (first ? "" : ".PP\n") + Line(Escaped(paragraph.text));
+        m_text += (first ? "" : ".PP\n") + Sentences(paragraph.text);
       }
     }
   }
 
-  void WriteTerm(const std::string& term, const std::string& text) {
-    m_text += ".TP\n" + Line(term) + Line(Escaped(text));
-  }
+  void WriteTerm(const std::string& term, const std::string& text) { m_text += ".TP\n" + Line(term) + Sentences(text); }
 
   void WriteOptions(const std::string& heading, const std::vector<OptionView>& views) {
     if (views.empty()) return;
