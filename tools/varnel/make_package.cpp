@@ -1,10 +1,5 @@
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <cerrno>
 #include <cstring>
-#include <iostream>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -12,6 +7,7 @@
 #include "arguments.h"
 #include "input_file.h"
 #include "output.h"
+#include "output_file.h"
 #include "software_file.h"
 #include "subcommands.h"
 
@@ -22,61 +18,9 @@ namespace {
 
 constexpr size_t MAX_VERSION_LENGTH = 65534;
 
-[[noreturn]] void Fail(const std::string& what) {
-  throw std::runtime_error(what + ": " + std::strerror(errno));
+[[noreturn]] void FailToRead(const std::string& name) {
+  throw std::runtime_error("cannot read " + Escaped(name) + ": " + std::strerror(errno));
 }
-
-// A file that appears under its name only once it is complete. A symbolic link of that name is replaced itself.
-class OutputFile {
- public:
-  explicit OutputFile(const std::string& name) : m_name(name) {
-    if (name == "-") {
-      m_file.reset(fdopen(dup(STDOUT_FILENO), "wb"));
-    } else {
-      RefuseSpecialFiles();
-      m_temporary = name.substr(0, name.rfind('/') + 1) + ".varnel.XXXXXX";  // beside it, and never too long a name
-      const int descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
-      if (descriptor == -1) {
-        m_temporary.clear();
-        Fail("cannot write");
-      }
-      m_file.reset(fdopen(descriptor, "wb"));
-    }
-    if (m_file == nullptr) Fail("cannot write");
-  }
-
-  ~OutputFile() {
-    if (!m_temporary.empty()) unlink(m_temporary.c_str());
-  }
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-
-  void Write(const void* data, size_t size) {
-    if (size > 0 && std::fwrite(data, 1, size, m_file.get()) != size) Fail("cannot write");
-  }
-  void Write(const std::string& text) { Write(text.data(), text.size()); }
-
-  void Finish() {
-    if (std::fflush(m_file.get()) != 0) Fail("cannot write");
-    if (m_temporary.empty()) return;
-    const mode_t mask = umask(0);
-    umask(mask);
-    if (fchmod(fileno(m_file.get()), 0666 & ~mask) != 0) Fail("cannot write");
-    if (std::rename(m_temporary.c_str(), m_name.c_str()) != 0) Fail("cannot write");
-    m_temporary.clear();
-  }
-
- private:
-  void RefuseSpecialFiles() const {
-    struct ::stat status;
-    if (lstat(m_name.c_str(), &status) != 0 || S_ISREG(status.st_mode) || S_ISLNK(status.st_mode)) return;
-    throw std::runtime_error(S_ISDIR(status.st_mode) ? "is a folder" : "not a regular file");
-  }
-
-  std::string m_name;
-  std::string m_temporary;
-  File m_file;
-};
 
 // The head as it stands in the file. Summing first is right: a sum of bytes does not depend on their order.
 template <typename Head>
@@ -205,11 +149,11 @@ class MakePackageCommand {
     const InputFile input(name);
     if (!input.Error().empty()) throw std::runtime_error("cannot read " + Escaped(name) + ": " + input.Error());
     const File file = input.Open();
-    if (file == nullptr) Fail("cannot read " + Escaped(name));
+    if (file == nullptr) FailToRead(name);
     char buffer[65536];
     for (size_t read; (read = std::fread(buffer, 1, sizeof buffer, file.get())) > 0;)
       output.Write(buffer, read);
-    if (std::ferror(file.get()) != 0) Fail("cannot read " + Escaped(name));
+    if (std::ferror(file.get()) != 0) FailToRead(name);
   }
 
   std::string m_output;

@@ -1,6 +1,3 @@
-#include <pkgfile.h>
-#include <publicdata.h>
-
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -8,135 +5,17 @@
 #include <iostream>
 #include <memory>
 #include <new>
-#include <optional>
 #include <vector>
 
 #include "input_file.h"
 #include "output.h"
-#include "software_file.h"
+#include "package_contents.h"
+#include "package_output.h"
 #include "subcommands.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-
-struct Entry {
-  std::string name, kind;
-  unsigned int size;
-};
-
-struct Package {
-  std::string path;
-  std::string error;   ///< why it is bad; empty for a good one
-  std::string remark;  ///< what is wrong with its description; no reason to call it bad
-  SoftwareFile heads;
-  std::optional<bool> coldPatch;
-  std::optional<std::vector<Entry>> entries;  ///< absent without a description section
-};
-
-bool HasDescription(const std::string& path) {
-  VARNEL_COMMON::Vnifstream file(path);
-  char line[1024];
-  while (file.GetLine(line, sizeof line)) {
-    if (std::strstr(line, "[File Description]") != nullptr) return true;
-  }
-  return false;
-}
-
-void ReadEntries(const std::string& path, Package& package) {
-  VARNEL_COMMON::CPkgFile description(path);
-  const bool failed = description.ParsePkgSoftInfo(path) != 0;
-  if (failed && !HasDescription(path)) return;
-  if (failed) {
-    const bool some = !description.m_lstSoftInfo.empty();
-    package.remark = some ? "a column is longer than 255 bytes, the entries from there on are not listed"
-                          : "there is no valid entry in it";
-  }
-  package.entries.emplace();
-  for (const auto* info : description.m_lstSoftInfo) {
-    package.entries->push_back({info->strColumn1, info->strColumn2, info->uiColumn5});
-  }
-}
-
-Package Unreadable(const std::string& path, const std::string& why) {
-  Package package;
-  package.path = path;
-  package.heads.error = package.error = why;
-  return package;
-}
-
-Package Examine(const InputFile& input) {
-  Package package;
-  package.path = input.Name();
-  package.heads = InspectSoftwareFile(input);
-  package.error = package.heads.error;
-  if (!package.error.empty()) return package;
-  if (!package.heads.typeAccepted) {
-    package.error = "file type " + std::to_string(package.heads.file->fields.usFileType) + " is not accepted";
-  }
-  package.coldPatch = VARNEL_COMMON::isColdPatch(input.Path());
-  ReadEntries(input.Path(), package);
-  return package;
-}
-
-Json ToJson(const std::vector<Entry>& entries) {
-  Json list = Json::array();
-  for (const Entry& entry : entries) {
-    list.push_back(Json{{"name", entry.name}, {"kind", entry.kind}, {"size", entry.size}});
-  }
-  return list;
-}
-
-void PrintAsJson(const Package& package) {
-  const SoftwareFile& heads = package.heads;
-  const bool typeKnown = heads.error.empty();
-  PrintJson({{"path", package.path},
-             {"ok", package.error.empty()},
-             {"error", package.error.empty() ? Json(nullptr) : Json(package.error)},
-             {"version", OrNull(heads.version)},
-             {"link_target", OrNull(heads.linkTarget)},
-             {"file_type", typeKnown ? Json(heads.file->fields.usFileType) : Json(nullptr)},
-             {"file_type_accepted", typeKnown ? Json(heads.typeAccepted) : Json(nullptr)},
-             {"payload_offset", OrNull(heads.payloadOffset)},
-             {"extension_word", OrNull(heads.extensionWord)},
-             {"cold_patch", OrNull(package.coldPatch)},
-             {"entries", package.entries ? ToJson(*package.entries) : Json(nullptr)}});
-}
-
-void PrintField(const char* name, const std::string& value) {
-  std::cout << "  " << Padded(name, 14) << "  " << value << '\n';
-}
-
-void PrintEntries(const std::vector<Entry>& entries) {
-  size_t nameWidth = 4, kindWidth = 4;
-  for (const Entry& entry : entries) {
-    nameWidth = std::max(nameWidth, Width(Escaped(entry.name)));
-    kindWidth = std::max(kindWidth, Width(Escaped(entry.kind)));
-  }
-  std::cout << "    " << Padded("NAME", nameWidth) << "  " << Padded("KIND", kindWidth) << "        SIZE\n";
-  for (const Entry& entry : entries) {
-    const std::string size = std::to_string(entry.size);
-    std::cout << "    " << Padded(Escaped(entry.name), nameWidth) << "  " << Padded(Escaped(entry.kind), kindWidth)
-              << "  " << std::string(size.size() < 10 ? 10 - size.size() : 0, ' ') << size << '\n';
-  }
-}
-
-void PrintAsTable(const Package& package) {
-  const bool good = package.error.empty();
-  std::cout << Escaped(package.path) << ": " << Coloured(good ? Colour::Good : Colour::Bad, good ? "good" : "bad");
-  std::cout << (good ? "" : ": ") << package.error << '\n';
-  const SoftwareFile& heads = package.heads;
-  if (!heads.error.empty()) return;
-  PrintField("version", Escaped(heads.version.value_or("none")));
-  PrintField("link target", Escaped(*heads.linkTarget));
-  PrintField("file type",
-             std::to_string(heads.file->fields.usFileType) + (heads.typeAccepted ? "" : " (not accepted)"));
-  if (heads.extensionWord) PrintField("extension word", std::to_string(*heads.extensionWord));
-  PrintField("payload offset", std::to_string(*heads.payloadOffset));
-  PrintField("cold patch", *package.coldPatch ? "yes" : "no");
-  PrintField("entries", package.entries ? std::to_string(package.entries->size()) : "none: no description section");
-  if (package.entries && !package.entries->empty()) PrintEntries(*package.entries);
-}
 
 bool BeginsAsSoftwareFile(const InputFile& input) {
   char magic[4] = {};

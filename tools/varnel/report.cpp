@@ -2,17 +2,15 @@
 #include <publicdata.h>
 #include <unistd.h>
 
-#include <iomanip>
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <sstream>
 #include <utility>
 #include <vector>
 
 #include "arguments.h"
 #include "byte_source.h"
-#include "deadline.h"
+#include "live_bar.h"
 #include "output.h"
 #include "report_splitter.h"
 #include "subcommands.h"
@@ -24,62 +22,7 @@ using VARNEL_COMMON::CVNPackGuageEvt;
 using VARNEL_COMMON::CVNScriptFileEndEvt;
 using VARNEL_COMMON::CVNScriptFileGuageEvt;
 
-constexpr auto BAR_INTERVAL = std::chrono::milliseconds(100);
 constexpr auto CLOCK_INTERVAL = std::chrono::milliseconds(1000);
-
-struct Progress {
-  const char* event;
-  unsigned int done, total, percent;
-};
-
-std::string ToText(const Progress& progress) {
-  std::ostringstream text;
-  text << progress.event << ' ' << progress.done << '/' << progress.total << ' ' << progress.percent << '%';
-  return text.str();
-}
-
-// A bar with counts and elapsed time on standard error.
-class LiveBar {
- public:
-  explicit LiveBar(bool enabled) : m_enabled(enabled) {}
-  ~LiveBar() { Hide(); }
-  LiveBar(const LiveBar&) = delete;
-  LiveBar& operator=(const LiveBar&) = delete;
-
-  bool Enabled() const { return m_enabled; }
-
-  void Show(const Progress& progress) {
-    m_progress = progress;
-    if (!m_visible || m_nextDrawing.Passed()) Draw();
-  }
-
-  void ShowTime() {
-    if (m_enabled && m_progress) Draw();
-  }
-
-  void Hide() {
-    if (m_visible) std::cerr << "\r\033[K" << std::flush;
-    m_visible = false;
-  }
-
- private:
-  void Draw() {
-    if (!m_enabled) return;
-    const auto elapsed = std::chrono::steady_clock::now() - m_start;
-    const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
-    std::cout.flush();
-    std::cerr << "\r\033[K" << BarText(m_progress->percent, 100) << ' ' << ToText(*m_progress) << "  " << seconds / 60
-              << ':' << std::setw(2) << std::setfill('0') << seconds % 60 << std::flush;
-    m_visible = true;
-    m_nextDrawing.Restart();
-  }
-
-  bool m_enabled;
-  bool m_visible = false;
-  std::optional<Progress> m_progress;
-  std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-  Deadline m_nextDrawing{BAR_INTERVAL};
-};
 
 class ReportCommand {
  public:
