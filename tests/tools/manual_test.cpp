@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "arguments.h"
 #include "man_page.h"
 #include "option_view.h"
 #include "wrap.h"
@@ -71,10 +72,7 @@ TEST_F(OptionViewTest, TellsTheDefault) {
 }
 
 TEST_F(OptionViewTest, TellsTheValuesOfAList) {
-  m_command.add_option("--kind", m_list, "Kinds")
-      ->type_name("LIST")
-      ->delimiter(',')
-      ->check(CLI::IsMember(std::vector<std::string>{"old", "new"}));
+  m_command.add_option("--kind", m_list, "Kinds")->type_name("LIST")->delimiter(',')->check(OneOf({"old", "new"}));
   const OptionView view = TheOption();
   EXPECT_EQ("LIST", view.argument);
   EXPECT_EQ((Lines{"old", "new"}), view.choices);

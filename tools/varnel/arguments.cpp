@@ -1,5 +1,6 @@
 #include "arguments.h"
 
+#include <algorithm>
 #include <charconv>
 #include <iostream>
 
@@ -44,6 +45,14 @@ CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most) {
     return std::string();
   };
   return option->description(option->get_description() + ", " + range)->transform(CLI::Validator(read, ""));
+}
+
+CLI::Validator OneOf(const std::vector<std::string>& values) {
+  const auto check = [values](const std::string& text) {
+    if (std::find(values.begin(), values.end(), text) != values.end()) return std::string();
+    return text + " is none of " + CLI::detail::join(values, ", ");
+  };
+  return CLI::Validator(check, '{' + CLI::detail::join(values) + '}').non_modifying();
 }
 
 CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation, const std::string& help) {

@@ -11,6 +11,9 @@
 /// Lets an option take numbers within limits, decimal or hexadecimal behind "0x", and its help tell the limits.
 CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most);
 
+/// Takes a value that is one of these.
+CLI::Validator OneOf(const std::vector<std::string>& values);
+
 /// Adds --generation CODE, a signed decimal number of 32 bits.
 CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation, const std::string& help);
 

@@ -50,7 +50,7 @@ CommandLine::CommandLine() : m_top("Tools for NE software packages and reports",
   m_top.add_flag("-v,--verbose", m_verbose, "Show the library's log lines, and what tl1 skips, on standard error");
   m_top.require_subcommand(0, 1);
   m_top.failure_message([this](const CLI::App*, const CLI::Error& error) {
-    return "varnel: " + Escaped(Message(error)) + "\nvarnel --help and varnel SUBCOMMAND --help tell the usage.\n";
+    return "varnel: " + Escaped(Message(error)) + '\n' + Named().FullName() + " --help tells the usage.\n";
   });
   m_top.explanation = {
       {"",
@@ -109,11 +109,16 @@ std::vector<std::string> CommandLine::ToArguments(int argc, char** argv) const {
   return arguments;
 }
 
+const Command& CommandLine::Named() const {
+  const std::vector<CLI::App*> named = m_top.get_subcommands();
+  return named.empty() ? m_top : AsCommand(*named.front());
+}
+
 // CLI11 looks for what is missing first, though an argument that it does not know is often the reason.
 std::string CommandLine::Message(const CLI::Error& error) const {
   const std::vector<std::string> unknown = m_top.remaining(true);
   if (unknown.empty()) return error.get_name() == "ArgumentMismatch" ? Mismatch(error.what()) : error.what();
   const std::string& first = unknown.front();
   if (first.compare(0, 1, "-") == 0) return "unknown option: " + WithoutShield(first);
-  return (m_top.get_subcommands().empty() ? "unknown subcommand: " : "unexpected argument: ") + WithoutShield(first);
+  return (&Named() == &m_top ? "unknown subcommand: " : "unexpected argument: ") + WithoutShield(first);
 }

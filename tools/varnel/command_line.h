@@ -22,6 +22,7 @@ class CommandLine {
   void AddSubcommand(const Subcommand& subcommand);
   bool TakesValue(const std::string& argument) const;
   std::vector<std::string> ToArguments(int argc, char** argv) const;
+  const Command& Named() const;
   std::string Message(const CLI::Error& error) const;
 
   Command m_top;

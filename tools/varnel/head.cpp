@@ -119,7 +119,8 @@ class HeadCommand {
         {"JSON object",
          {{"path, ok, error", "The file, whether its heads are valid, and the first fault or null."},
           {"directory, file", "The fields of each head by their names, or null."},
-          {"stored, computed", "Objects with the checksums of both heads, directory and file; or null."}}}};
+          {"stored, computed",
+           "Objects with the checksums of the heads, directory and file; null for one that is absent."}}}};
     command.SetExitStatus("Both heads are valid.", "The file is bad or unreadable");
     command.examples.paragraphs = {{"varnel head mainboard.pkg", "Show the heads of a file."}};
   }

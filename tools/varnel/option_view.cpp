@@ -19,7 +19,7 @@ Names SortedNames(const std::set<CLI::Option*>& options) {
   return names;
 }
 
-// The type name ends in ":{a,b}" where the values are checked against a list.
+// The type name ends in ":{a,b}" where OneOf() checks the values.
 void SplitTypeName(const CLI::Option& option, OptionView& view) {
   const std::string type = option.get_type_name();
   const size_t list = type.find(":{");

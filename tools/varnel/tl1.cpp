@@ -143,7 +143,7 @@ class Tl1Command {
     command.add_flag("--join", m_options.join, "Make one message of the parts of an answer");
     command.add_flag("--strict", m_options.strict, "Read messages with the library's strict parser");
     AddList("--type", m_options.types, "Only messages of these types")
-        ->check(CLI::IsMember({"acknowledgement", "response", "autonomous", "prompt", "unrecognised"}));
+        ->check(OneOf({"acknowledgement", "response", "autonomous", "prompt", "unrecognised"}));
     AddList("--ctag", m_options.ctags, "Only messages with these correlation tags");
     AddList("--code", m_options.codes, "Only messages with these codes, such as COMPLD or *C");
     TakeNumbers(command.add_option("--limit", m_options.limit, "The longest message taken"), 1, MAX_LIMIT)
