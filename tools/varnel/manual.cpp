@@ -1,10 +1,13 @@
 // Writes the manual pages and the completion of the command: varnel-manual FOLDER. Runs while the project is built.
 
+#include <charconv>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
+#include <stdexcept>
 
 #include "command_line.h"
 #include "completion.h"
@@ -19,9 +22,15 @@ namespace fs = std::filesystem;
 std::string SourceDate() {
   const char* const epoch = std::getenv("SOURCE_DATE_EPOCH");
   if (epoch == nullptr) return "";
-  const std::time_t seconds = std::stoll(epoch);
+  std::time_t seconds = 0;
+  const char* const end = epoch + std::strlen(epoch);
+  const auto [stop, error] = std::from_chars(epoch, end, seconds);
+  const std::tm* const day = error == std::errc() && stop == end ? std::gmtime(&seconds) : nullptr;
   char date[sizeof "2026-01-31"];
-  return std::strftime(date, sizeof date, "%Y-%m-%d", std::gmtime(&seconds)) == 0 ? "" : date;
+  if (day == nullptr || std::strftime(date, sizeof date, "%Y-%m-%d", day) == 0) {
+    throw std::runtime_error("SOURCE_DATE_EPOCH is no number of seconds");
+  }
+  return date;
 }
 
 void Write(const fs::path& path, const std::string& text) {
