@@ -13,7 +13,7 @@ _NAME() {
   # bash cuts words at "=" and ":"; here they are put together again.
   local -a words=()
   for ((i = 0; i <= COMP_CWORD; i++)); do
-    if [[ $joined || ($i -gt 0 && ${COMP_WORDS[i]} =~ ^[=:]+$) ]]; then
+    if [[ $joined || ($i -gt 1 && ${COMP_WORDS[i]} =~ ^[=:]+$) ]]; then
       words[-1]+=${COMP_WORDS[i]}
       if [[ ${COMP_WORDS[i]} =~ ^[=:]+$ ]]; then joined=yes; else joined=''; fi
     else

@@ -68,6 +68,7 @@ void AddOptions(const Command& command, bool fromAbove, std::vector<OptionView>&
 
 }  // namespace
 
+// By these names arguments of all subcommands are known for paths.
 bool OptionView::TakesPath() const {
   return argument == "FILE" || argument == "PATH" || argument == "OUTPUT";
 }
