@@ -45,6 +45,15 @@ bool IsControl(std::string_view character) {
   return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
 }
 
+// What turns the direction of writing, and so can make a name look like another.
+bool TurnsDirection(std::string_view character) {
+  const auto isFrom = [character](std::string_view first, std::string_view last) {
+    return character >= first && character <= last;
+  };
+  return character == "\u061C" || isFrom("\u200E", "\u200F") || isFrom("\u202A", "\u202E") ||
+         isFrom("\u2066", "\u2069");
+}
+
 void AppendEscape(std::string& escaped, char c) {
   constexpr char DIGITS[] = "0123456789abcdef";
   const auto byte = static_cast<unsigned char>(c);
@@ -73,7 +82,7 @@ std::string Escaped(std::string_view text) {
   while (!text.empty()) {
     const size_t length = CharacterLength(text);
     const std::string_view character = text.substr(0, length == 0 ? 1 : length);
-    if (length > 0 && !IsControl(character)) {
+    if (length > 0 && !IsControl(character) && !TurnsDirection(character)) {
       escaped.append(character);
     } else {
       for (const char c : character)
