@@ -1,23 +1,27 @@
+# Components: one for each library and the command, and dev for what programs are built with.
 include(CMakePackageConfigHelpers)
 
 set(config_dir ${CMAKE_INSTALL_LIBDIR}/cmake/varnel_common)
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/varnel_common)
 
-set(libraries varnel_common varnel_tl1stream)
+function(varnel_install_library target component)
+  install(TARGETS ${target} EXPORT varnel_common-targets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT ${component} NAMELINK_COMPONENT dev
+    ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev
+    FILE_SET HEADERS DESTINATION ${header_dir} COMPONENT dev)
+endfunction()
+
+varnel_install_library(varnel_common common)
+varnel_install_library(varnel_tl1stream tl1stream)
 if(VARNEL_PLATFORM STREQUAL "bundled")
-  list(APPEND libraries varnel_platform)
+  varnel_install_library(varnel_platform platform)
+else()
+  install(DIRECTORY platform/include/platform DESTINATION ${header_dir} COMPONENT dev)
 endif()
-install(TARGETS ${libraries} EXPORT varnel_common-targets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR}
-  FILE_SET HEADERS DESTINATION ${header_dir})
-if(NOT VARNEL_PLATFORM STREQUAL "bundled")
-  install(DIRECTORY platform/include/platform DESTINATION ${header_dir})
-endif()
-install(EXPORT varnel_common-targets NAMESPACE varnel:: DESTINATION ${config_dir})
+install(EXPORT varnel_common-targets NAMESPACE varnel:: DESTINATION ${config_dir} COMPONENT dev)
 
 if(VARNEL_BUILD_TOOLS)
-  install(TARGETS varnel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS varnel RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT varnel)
 endif()
 
 configure_package_config_file(cmake/varnel_common-config.cmake.in varnel_common-config.cmake
@@ -26,7 +30,7 @@ write_basic_package_version_file(varnel_common-config-version.cmake COMPATIBILIT
 install(FILES
   ${PROJECT_BINARY_DIR}/varnel_common-config.cmake
   ${PROJECT_BINARY_DIR}/varnel_common-config-version.cmake
-  DESTINATION ${config_dir})
+  DESTINATION ${config_dir} COMPONENT dev)
 
 file(RELATIVE_PATH to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 if(VARNEL_PLATFORM STREQUAL "bundled")
@@ -42,4 +46,4 @@ endif()
 configure_file(cmake/varnel_common.pc.in varnel_common.pc @ONLY)
 configure_file(cmake/varnel_tl1stream.pc.in varnel_tl1stream.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/varnel_common.pc ${PROJECT_BINARY_DIR}/varnel_tl1stream.pc
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT dev)
