@@ -99,20 +99,15 @@ inline size_t FindLinear(std::string_view text, std::string_view piece, size_t f
   return Finder(piece).Find(text, from);
 }
 
-/// strstr(), by way of the rarest byte as well.
+/// The longest piece for which strstr() takes linear time: its comparisons then cost no more than a constant.
+constexpr size_t SHORT_PIECE = 32;
+
+/// strstr() in linear time.
 inline const char* FindInString(const char* text, const char* piece) {
-  if (*piece == '\0') return text;
-  const std::string_view wanted = piece;
-  const size_t rare = RarestByte(wanted);
-  SearchBudget budget;
-  for (const char* found = text; (found = std::strchr(found, wanted[rare])) != nullptr; ++found) {
-    const auto scanned = static_cast<size_t>(found - text);
-    if (scanned < rare) continue;
-    const char* at = found - rare;
-    if (std::strncmp(at, piece, wanted.size()) == 0) return at;
-    if (budget.IsSpentBy(scanned, wanted.size())) return std::strstr(at + 1, piece);
-  }
-  return nullptr;
+  const size_t size = std::strlen(piece);
+  if (size <= SHORT_PIECE) return std::strstr(text, piece);
+  const size_t found = FindLinear(text, {piece, size});
+  return found == std::string_view::npos ? nullptr : text + found;
 }
 
 }  // namespace VARNEL_INTERNAL

@@ -6,13 +6,54 @@
 
 namespace {
 
-// Moves `text` behind the first occurrence of each piece of `pieces`, a pattern that ends in "*".
-bool SkipPieces(std::string_view& text, std::string_view pieces) {
+using VARNEL_INTERNAL::SHORT_PIECE;
+
+// What is left of a text while it is matched.
+class Rest {
+ public:
+  explicit Rest(const char* text) : m_text(text) {}
+
+  // Moves behind the first occurrence of a piece; false where there is none.
+  bool SkipPast(std::string_view piece) {
+    const char* found = piece.size() <= SHORT_PIECE ? FindShort(piece) : FindLong(piece);
+    if (found == nullptr) return false;
+    m_text = found + piece.size();
+    return true;
+  }
+
+  bool EndsWith(std::string_view tail) {
+    return Left() >= tail.size() && std::string_view(End() - tail.size(), tail.size()) == tail;
+  }
+
+ private:
+  const char* FindShort(std::string_view piece) const {
+    char copy[SHORT_PIECE + 1];
+    copy[piece.copy(copy, SHORT_PIECE)] = '\0';
+    return std::strstr(m_text, copy);
+  }
+
+  const char* FindLong(std::string_view piece) {
+    const size_t found = VARNEL_INTERNAL::FindLinear({m_text, Left()}, piece);
+    return found == std::string_view::npos ? nullptr : m_text + found;
+  }
+
+  // Looked for when it is needed first, as many matches never need it, and once, as there may be many pieces.
+  const char* End() {
+    if (m_end == nullptr) m_end = m_text + std::strlen(m_text);
+    return m_end;
+  }
+
+  size_t Left() { return static_cast<size_t>(End() - m_text); }
+
+  const char* m_text;
+  const char* m_end = nullptr;
+};
+
+// Skips each piece of `pieces`, a pattern that ends in "*".
+bool SkipPieces(Rest& rest, std::string_view pieces) {
   while (!pieces.empty()) {
     const size_t star = pieces.find('*');
-    const size_t found = VARNEL_INTERNAL::FindLinear(text, pieces.substr(0, star));
-    if (found == std::string_view::npos) return false;
-    text.remove_prefix(found + star);
+    if (!rest.SkipPast(pieces.substr(0, star))) return false;
     pieces.remove_prefix(star + 1);
   }
   return true;
@@ -25,12 +66,11 @@ bool Matches(const char* text, const char* pattern) {
   const auto head = static_cast<size_t>(star - pattern);
   if (std::strncmp(text, pattern, head) != 0) return false;
 
-  std::string_view rest = text + head;
   std::string_view tail = star + 1;
   const std::string_view pieces = tail.substr(0, tail.rfind('*') + 1);
   tail.remove_prefix(pieces.size());
-  return SkipPieces(rest, pieces) && rest.size() >= tail.size() &&
-         rest.compare(rest.size() - tail.size(), tail.size(), tail) == 0;
+  Rest rest(text + head);
+  return SkipPieces(rest, pieces) && (tail.empty() || rest.EndsWith(tail));
 }
 
 }  // namespace

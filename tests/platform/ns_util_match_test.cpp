@@ -128,6 +128,25 @@ TEST(WildcardMatch, HostilePatternsAreLinear) {
   ExpectLinear("a", "a", "*b*");
   ExpectLinear("ab", "*", "abba*");
   ExpectLinear("a", "*", "c");
+  ExpectLinear("ab", "ab", "c*");
+}
+
+TEST(WildcardMatch, ManyLongPiecesAreLinear) {
+  const std::string piece(40, 'a');
+  ExpectLinear(piece, piece + "*", "c");
+}
+
+TEST(WildcardMatch, PiecesOfAnyLengthAreFoundInOrder) {
+  std::string first;
+  for (char c = 'A'; c <= 'z'; ++c)
+    first += c == '*' ? '.' : c;
+  for (size_t size = 1; size < first.size(); ++size) {
+    const std::string piece = first.substr(0, size), other = first.substr(first.size() - size);
+    const std::string text = "(" + piece + ")(" + other + ")";
+    EXPECT_TRUE(Matches(text, "*(" + piece + ")*" + other + ")"));
+    EXPECT_TRUE(Matches(text, "*" + piece + "*" + other + "*"));
+    EXPECT_FALSE(Matches(text, "*" + other + ")*(" + piece + "*")) << size;
+  }
 }
 
 TEST(WildcardMatch, LongPieceThatNearlyFitsIsLinear) {

@@ -86,11 +86,24 @@ TEST(FindInString, AgreesWithThePlainSearchOnAllShortTexts) {
   }
 }
 
+TEST(FindInString, FindsPiecesOfAnyLength) {
+  std::string text(200, '.');
+  std::iota(text.begin(), text.end(), '\x1F');
+  for (size_t start = 1; start < text.size() / 2; start += 7) {
+    for (size_t size = 0; size <= 2 * VARNEL_INTERNAL::SHORT_PIECE; ++size) {
+      const std::string piece = text.substr(start, size);
+      const char* expected = size == 0 ? text.c_str() : text.c_str() + start;
+      ASSERT_EQ(FindInString(text.c_str(), piece.c_str()), expected) << start << ' ' << size;
+      ASSERT_EQ(FindInString(text.c_str(), (piece + "\x01").c_str()), nullptr) << start << ' ' << size;
+    }
+  }
+}
+
 TEST(FindInString, AgreesWithThePlainSearchWhereTheRarestByteIsEverywhere) {
   RandomTexts random(43);
   for (int i = 0; i < 3000; ++i) {
     const std::string text = random.Next(i % 2 == 0 ? "zqa" : "zzzzzzzq", 3000);
-    const std::string piece = random.Next(i % 2 == 0 ? "zqa" : "zzzzzzzq", 24);
+    const std::string piece = random.Next(i % 2 == 0 ? "zqa" : "zzzzzzzq", 48);
     ASSERT_EQ(FindInString(text.c_str(), piece.c_str()), std::strstr(text.c_str(), piece.c_str())) << text << piece;
   }
 }
@@ -104,6 +117,19 @@ TEST(FindInString, IsLinearWhereThePieceNearlyOccursEverywhere) {
   const auto text = [](size_t size) { return std::string(size, 'z'); };
   const auto search = [](const std::string& all) {
     ASSERT_EQ(FindInString(all.c_str(), (std::string(all.size() / 2, 'z') + "a").c_str()), nullptr);
+  };
+  EXPECT_LT(Growth(20000, text, search), LINEAR_GROWTH);
+}
+
+TEST(FindInString, IsLinearWherePairsRepeat) {
+  const auto text = [](size_t size) {
+    std::string all;
+    while (all.size() < size)
+      all += "zq";
+    return all;
+  };
+  const auto search = [](const std::string& all) {
+    ASSERT_EQ(FindInString(all.c_str(), (all.substr(0, all.size() / 2) + "a").c_str()), nullptr);
   };
   EXPECT_LT(Growth(20000, text, search), LINEAR_GROWTH);
 }
