@@ -38,20 +38,29 @@ size_t CharacterLength(std::string_view text) {
   return valid ? length : 0;
 }
 
-// C0, DEL, and C1, whose two bytes begin with C2.
-bool IsControl(std::string_view character) {
+// Of a valid UTF-8 character.
+char32_t CodePoint(std::string_view character) {
   const auto first = static_cast<unsigned char>(character[0]);
-  if (character.size() == 1) return first < 0x20 || first == 0x7F;
-  return first == 0xC2 && static_cast<unsigned char>(character[1]) < 0xA0;
+  char32_t point = character.size() == 1 ? first : first & (0x7FU >> character.size());
+  for (const char c : character.substr(1))
+    point = point << 6 | (static_cast<unsigned char>(c) & 0x3FU);
+  return point;
+}
+
+// C0, DEL and C1.
+bool IsControl(char32_t point) {
+  return point < 0x20 || (point >= 0x7F && point < 0xA0);
 }
 
 // What turns the direction of writing, and so can make a name look like another.
-bool TurnsDirection(std::string_view character) {
-  const auto isFrom = [character](std::string_view first, std::string_view last) {
-    return character >= first && character <= last;
-  };
-  return character == "\u061C" || isFrom("\u200E", "\u200F") || isFrom("\u202A", "\u202E") ||
-         isFrom("\u2066", "\u2069");
+bool TurnsDirection(char32_t point) {
+  return point == 0x61C || point == 0x200E || point == 0x200F || (point >= 0x202A && point <= 0x202E) ||
+         (point >= 0x2066 && point <= 0x2069);
+}
+
+bool IsHarmless(std::string_view character) {
+  const char32_t point = CodePoint(character);
+  return !IsControl(point) && !TurnsDirection(point);
 }
 
 void AppendEscape(std::string& escaped, char c) {
@@ -82,7 +91,7 @@ std::string Escaped(std::string_view text) {
   while (!text.empty()) {
     const size_t length = CharacterLength(text);
     const std::string_view character = text.substr(0, length == 0 ? 1 : length);
-    if (length > 0 && !IsControl(character) && !TurnsDirection(character)) {
+    if (length > 0 && IsHarmless(character)) {
       escaped.append(character);
     } else {
       for (const char c : character)
