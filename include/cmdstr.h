@@ -12,10 +12,9 @@ namespace VARNEL_COMMON {
 
 /// One text appended to a CCmdStr and not yet merged into it. Of no use to callers; it is here for the layout only.
 struct CmdStrPiece {
-  char* pData;        ///< the characters, without a terminator; owned by the CCmdStr
-  unsigned int nLen;  ///< number of characters
-  unsigned int
-      nBlockLen;  ///< size of the memory block that begins with this piece; 0 where it lies further back in one
+  char* pData;             ///< the characters, without a terminator; owned by the CCmdStr
+  unsigned int nLen;       ///< number of characters
+  unsigned int nBlockLen;  ///< size of the memory block that begins with this piece; 0 where none begins with it
 };
 
 /// A command or report text that is put together piece by piece and read as one NUL-terminated text.

@@ -10,11 +10,7 @@
 /// Events: each object stands for one kind of report that is awaited from a network element.
 ///
 /// Offer every incoming report to IsMyEvt() of each waiting object; the one that claims it is asked to HandleReport(),
-/// which recognises the shape of the report and reads its numbers. The members are public: the owner sets what is
-/// awaited and reads what was found.
-///
-/// A report is a NUL-terminated text of any bytes. Nothing is logged, nothing throws but std::bad_alloc, and nothing
-/// is allocated until a shape is recognised. One object belongs to one thread at a time.
+/// which recognises the shape of the report and reads its numbers. Nothing is allocated until a shape is recognised.
 
 namespace VARNEL_COMMON {
 

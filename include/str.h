@@ -143,8 +143,7 @@ VARNEL_API void GetFileLeftNameAndExName(std::string fileName, std::string& left
 ///
 /// @param path  need not exist.
 /// @return false when two consecutive dots occur anywhere in the path, so also for "file..txt"; else true, also for an
-/// empty or
-///         absolute path.
+///         empty or absolute path.
 VARNEL_API bool VerifyFilePathAndName(const std::string& path);
 
 /// Resolves a path to an absolute one without symbolic links, "." or "..".
