@@ -1,6 +1,7 @@
 #include "replace.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "find.h"

@@ -5,7 +5,6 @@
 #include <cstring>
 #include <iterator>
 #include <optional>
-#include <utility>
 
 #include <ace/Recursive_Thread_Mutex.h>
 

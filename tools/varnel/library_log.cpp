@@ -6,7 +6,6 @@
 #include <iostream>
 #include <memory>
 #include <mutex>
-#include <string_view>
 
 #include "output.h"
 

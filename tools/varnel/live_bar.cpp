@@ -4,7 +4,7 @@
 #include <iostream>
 #include <sstream>
 
-#include "output.h"
+#include "progress_bar.h"
 
 std::string ToText(const Progress& progress) {
   std::ostringstream text;

@@ -2,16 +2,12 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cstdlib>
 #include <iomanip>
 #include <iostream>
 #include <sstream>
 
 namespace {
-
-constexpr auto REDRAW_INTERVAL = std::chrono::milliseconds(100);
-constexpr size_t BAR_WIDTH = 40;
 
 bool IsContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
@@ -133,36 +129,4 @@ size_t Width(std::string_view text) {
 std::string Padded(const std::string& text, size_t width) {
   const size_t used = Width(text);
   return used < width ? text + std::string(width - used, ' ') : text;
-}
-
-std::string BarText(size_t done, size_t total) {
-  const size_t filled = std::min(done, total) * BAR_WIDTH / total;
-  return '[' + std::string(filled, '=') + std::string(BAR_WIDTH - filled, ' ') + ']';
-}
-
-ProgressBar::ProgressBar(size_t total) : m_total(total), m_enabled(total > 0 && isatty(STDERR_FILENO) != 0) {}
-
-ProgressBar::~ProgressBar() {
-  Hide();
-}
-
-void ProgressBar::Advance() {
-  ++m_done;
-  if (!m_enabled) return;
-  const auto now = std::chrono::steady_clock::now();
-  if (now - m_lastDrawn < REDRAW_INTERVAL) return;
-  m_lastDrawn = now;
-  Draw();
-}
-
-void ProgressBar::Hide() {
-  if (!m_visible) return;
-  std::cerr << "\r\033[K" << std::flush;
-  m_visible = false;
-}
-
-void ProgressBar::Draw() {
-  std::cout.flush();
-  std::cerr << '\r' << BarText(m_done, m_total) << ' ' << m_done << '/' << m_total << " files" << std::flush;
-  m_visible = true;
 }

@@ -5,12 +5,14 @@
 #include <iostream>
 #include <memory>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "input_file.h"
 #include "output.h"
 #include "package_contents.h"
 #include "package_output.h"
+#include "progress_bar.h"
 #include "subcommands.h"
 
 namespace {

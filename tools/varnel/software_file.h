@@ -36,7 +36,6 @@ SoftwareFile InspectSoftwareFile(const InputFile& input);
 
 constexpr uint32_t DIR_MAGIC = 0x51584444;
 constexpr uint32_t FILE_MAGIC = 0x51584646;
-constexpr size_t HEAD_SIZE = 64;
 constexpr size_t MAX_LINK_LENGTH = 1023;
 constexpr unsigned short EXTENDED_TYPE = 2;
 
