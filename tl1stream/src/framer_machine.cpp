@@ -29,23 +29,6 @@ bool IsTerminator(char c) {
   return c == ';' || c == '>';
 }
 
-// How many of the line ends in front of a header belong to it: the end of the line before and one blank line.
-size_t HeaderLeadLength(std::string_view lead) {
-  for (const std::string_view end : {"\r\n\r\n", "\r\n\n", "\n\n", "\r\n", "\r\r", "\n", "\r"}) {
-    if (lead.size() >= end.size() && lead.substr(lead.size() - end.size()) == end) return end.size();
-  }
-  return 0;
-}
-
-size_t LineEndLength(std::string_view lead) {
-  const bool both = lead.size() >= 2 && lead.substr(lead.size() - 2) == "\r\n";
-  return both ? 2 : std::min<size_t>(lead.size(), 1);
-}
-
-bool BeginsHeader(std::string_view lead, std::string_view line) {
-  return HeaderLeadLength(lead) > LineEndLength(lead) && line.substr(0, 3) == "   ";
-}
-
 }  // namespace
 
 void FramerMachine::Feed(std::string_view bytes) {
@@ -182,7 +165,7 @@ void FramerMachine::TakeTextOfBody(char c) {
 void FramerMachine::EndLine(char c, uint64_t offset) {
   const bool text = !m_line.Text().empty();
   if (m_state == State::Between) JudgeLine();
-  if (m_state == State::Opening && !m_line.Text().empty()) EndLineOfOpening();
+  if (m_state == State::Opening) EndLineOfOpening();
   if (text) m_lead.Clear();
   m_line.Clear();
   m_lineTooLong = m_semicolonSeen = false;
@@ -219,77 +202,6 @@ void FramerMachine::EndLineOfOpening() {
   }
 }
 
-// Decides what a line between messages is.
-void FramerMachine::JudgeLine() {
-  if (m_lineTooLong) {
-    ++skipped.lines;
-    return;
-  }
-  if (Trimmed(m_line.Text()).empty() || EmitPrompt()) return;
-  const size_t prompt = PromptLength(m_line.Text());
-  if (prompt > 0) {
-    ++skipped.prompts;
-    m_line.DropFront(prompt);
-  }
-  if (m_line.Text().empty() || JudgeMessageLine(prompt)) return;
-  ++(IsCommand(m_line.Text()) ? skipped.echoes : skipped.lines);
-}
-
-// Begins a message if the line is the first one of it.
-bool FramerMachine::JudgeMessageLine(size_t prompt) {
-  const std::string_view line = m_line.Text();
-  if (const auto header = ReadHeader(line)) {
-    m_tentative = !IsBlank(line.front());
-    Begin(State::Opening, prompt > 0 ? 0 : HeaderLeadLength(m_lead.Text()));
-    m_line.Clear();
-    return true;
-  }
-  if (IsSureIdentification(line)) {
-    Begin(State::Body, 0);
-    return true;
-  }
-  if (ReadAcknowledgement(line)) {
-    Begin(State::Acknowledgement, 0);
-    return true;
-  }
-  return BeginBareText();
-}
-
-bool FramerMachine::BeginBareText() {
-  const std::string_view line = m_line.Text();
-  if (!m_moreToCome || line.empty() || !IsBlank(line.front())) return false;
-  m_bareText = true;
-  Begin(State::Body, 0);
-  m_scanner.Take(m_buffer);
-  return true;
-}
-
-// Begins a message with the line held and so many of the line ends in front of it.
-void FramerMachine::Begin(State state, size_t leadLength) {
-  m_lead.DropFront(m_lead.Text().size() - leadLength);
-  m_start = leadLength > 0 ? m_lead.Offset() : m_line.Offset();
-  m_buffer.assign(m_lead.Text()).append(m_line.Text());
-  m_lineStart = m_buffer.size() - m_line.Text().size();
-  m_state = state;
-  m_scanner = {};
-  tooLong = m_buffer.size() > m_limit;
-}
-
-bool FramerMachine::EmitPrompt() {
-  const size_t lineEnd = LineEndLength(m_lead.Text());
-  if (m_line.Text() != ">" || lineEnd == 0) return false;
-  m_lead.DropFront(m_lead.Text().size() - lineEnd);
-  Message prompt;
-  prompt.bytes.append(m_lead.Text()).append(m_line.Text());
-  prompt.offset = m_lead.Offset();
-  const uint64_t end = m_line.Offset() + 1;
-  prompt.length = end - prompt.offset;
-  skipped.bytes += prompt.offset - m_lastEnd;
-  m_lastEnd = end;
-  messages.push_back(std::move(prompt));
-  return true;
-}
-
 // What seemed to be a message is none. The line held is judged anew.
 void FramerMachine::Abandon() {
   ++skipped.lines;
@@ -324,77 +236,6 @@ void FramerMachine::ToBetween() {
   m_atLineStart = true;
   m_afterCr = m_lineTooLong = m_semicolonSeen = m_bareText = false;
   m_candidate = {};
-}
-
-void FramerMachine::NoteCandidate() {
-  if (m_candidate.active) return;
-  m_candidate.active = m_candidate.onItsLine = true;
-  m_candidate.size = m_buffer.size();
-  m_candidate.end = m_offset;
-  m_candidate.telnet = skipped.telnet;
-}
-
-void FramerMachine::JudgeCandidate() {
-  std::string_view line = std::string_view(m_buffer).substr(m_lineStart);
-  line = TakeLine(line);
-  if (std::exchange(m_candidate.onItsLine, false)) {
-    if (Trimmed(line).size() > 1) m_candidate = {};
-  } else if (LooksLikeStart(line)) {
-    CutAtCandidate();
-  } else if (!Trimmed(line.substr(PromptLength(line))).empty()) {
-    m_candidate = {};
-  }
-}
-
-// Ends the message at the candidate and takes the bytes behind it once more.
-void FramerMachine::CutAtCandidate() {
-  const Candidate candidate = std::move(m_candidate);
-  m_buffer.resize(candidate.size);
-  m_offset = candidate.end;
-  skipped.telnet = candidate.telnet;
-  m_telnet = {};
-  Emit(true);
-  for (const char byte : candidate.bytesBehind)
-    TakeByte(byte);
-}
-
-void FramerMachine::Finish() {
-  if (tooLong) return;
-  if (m_candidate.active) {
-    const std::string_view line = std::string_view(m_buffer).substr(m_lineStart);
-    if (!m_candidate.onItsLine || Trimmed(line).size() == 1) CutAtCandidate();
-  }
-  if (m_telnet.HoldsByte()) TakeData(TelnetFilter::IAC, m_offset - 1);
-  if (m_state == State::Between) FinishBetween();
-  if (tooLong) return;
-  if (m_state != State::Between) FinishMessage();
-  skipped.bytes += m_offset - m_lastEnd;
-  m_lastEnd = m_offset;
-}
-
-void FramerMachine::FinishBetween() {
-  const bool begun = !m_lineTooLong && BeginsHeader(m_lead.Text(), m_line.Text());
-  if (begun && !Trimmed(m_line.Text()).empty() && m_state == State::Between) {
-    Begin(State::Opening, HeaderLeadLength(m_lead.Text()));
-    m_tentative = false;
-  } else {
-    JudgeLine();
-  }
-}
-
-void FramerMachine::FinishMessage() {
-  std::string_view text = m_buffer;
-  text = text.substr(std::min(text.find_first_not_of("\r\n"), text.size()));
-  const std::string_view line = TakeLine(text);
-  if (m_state == State::Acknowledgement) {
-    const auto acknowledgement = ReadAcknowledgement(line);
-    if (!acknowledgement || !IsKnownAcknowledgement(acknowledgement->code)) return Abandon();
-  }
-  if (m_state == State::Opening && m_tentative) {
-    const auto header = ReadHeader(line);
-    if (header && header->sid.find(' ') != std::string_view::npos) return Abandon();
-  }
-  Emit(false);
 }
 
 }  // namespace VARNEL_TL1
