@@ -23,9 +23,19 @@ bool Warn(int line, const char* text) {
   return false;
 }
 
-void ReserveFor(std::string& text, size_t size) {
-  if (text.capacity() < size) text.reserve(size);
-}
+// A part of a message, and the member that keeps it.
+struct Place {
+  TL1Part TL1Findings::*part;
+  std::string CTL1NEMsgParse::*text;
+};
+
+constexpr Place PLACES[] = {
+    {&TL1Findings::sid, &CTL1NEMsgParse::m_strSID},         {&TL1Findings::date, &CTL1NEMsgParse::m_strDate},
+    {&TL1Findings::time, &CTL1NEMsgParse::m_strTime},       {&TL1Findings::echo, &CTL1NEMsgParse::m_strEcho},
+    {&TL1Findings::rspLine, &CTL1NEMsgParse::m_strRspLine}, {&TL1Findings::textBlock, &CTL1NEMsgParse::m_strTextBlock},
+    {&TL1Findings::verb, &CTL1NEMsgParse::m_strVerb},       {&TL1Findings::code, &CTL1NEMsgParse::m_strRetRspCode},
+    {&TL1Findings::ctag, &CTL1NEMsgParse::m_strCtag},       {&TL1Findings::atag, &CTL1NEMsgParse::m_strAtag},
+};
 
 }  // namespace
 
@@ -41,10 +51,8 @@ void CTL1NEMsgParse::InitAllPrivate() {
 }
 
 void CTL1NEMsgParse::ClearParts() {
-  for (std::string* text : {&m_strSID, &m_strDate, &m_strTime, &m_strEcho, &m_strRspLine, &m_strTextBlock, &m_strVerb,
-                            &m_strRetRspCode, &m_strCtag, &m_strAtag}) {
-    text->clear();
-  }
+  for (const Place& place : PLACES)
+    (this->*place.text).clear();
   m_nMsgType = TL1Findings::NONE;
   m_nMsgStartPos = 0;
 }
@@ -59,30 +67,17 @@ bool CTL1NEMsgParse::NEMsgParse() {
 
 // Gets the memory for what was found, so that running out of it changes nothing.
 void CTL1NEMsgParse::Reserve(const Findings& found) {
-  ReserveFor(m_strSID, found.sid.length);
-  ReserveFor(m_strDate, found.date.length);
-  ReserveFor(m_strTime, found.time.length);
-  ReserveFor(m_strEcho, found.echo.length);
-  ReserveFor(m_strRspLine, found.rspLine.length);
-  ReserveFor(m_strTextBlock, found.textBlock.length);
-  ReserveFor(m_strVerb, found.verb.length);
-  ReserveFor(m_strRetRspCode, found.code.length);
-  ReserveFor(m_strCtag, found.ctag.length);
-  ReserveFor(m_strAtag, found.atag.length);
+  for (const Place& place : PLACES) {
+    std::string& text = this->*place.text;
+    const size_t length = (found.*place.part).length;
+    if (text.capacity() < length) text.reserve(length);  // a smaller number asks it to shrink
+  }
 }
 
 void CTL1NEMsgParse::Take(const Findings& found) {
   if (found.emptiesAll) return InitAllPrivate();
-  found.sid.CopyTo(m_strSID, m_strNEMsg);
-  found.date.CopyTo(m_strDate, m_strNEMsg);
-  found.time.CopyTo(m_strTime, m_strNEMsg);
-  found.echo.CopyTo(m_strEcho, m_strNEMsg);
-  found.rspLine.CopyTo(m_strRspLine, m_strNEMsg);
-  found.textBlock.CopyTo(m_strTextBlock, m_strNEMsg);
-  found.verb.CopyTo(m_strVerb, m_strNEMsg);
-  found.code.CopyTo(m_strRetRspCode, m_strNEMsg);
-  found.ctag.CopyTo(m_strCtag, m_strNEMsg);
-  found.atag.CopyTo(m_strAtag, m_strNEMsg);
+  for (const Place& place : PLACES)
+    (found.*place.part).CopyTo(this->*place.text, m_strNEMsg);
   // Whatever stands around the "M" in the message.
   constexpr std::string_view START = TL1Findings::RSP_LINE_START;
   if (found.rspLine.length > 0) START.copy(m_strRspLine.data(), START.size());
