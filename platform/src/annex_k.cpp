@@ -6,8 +6,6 @@
 #include <cstdio>
 #include <cstring>
 
-#include "copy_short.h"
-
 namespace {
 
 bool Overlap(const void* a, size_t aSize, const void* b, size_t bSize) {
@@ -25,9 +23,32 @@ size_t Length(const char* text, size_t limit) {
   return FEW + strnlen(text + FEW, limit - FEW);
 }
 
+constexpr size_t SHORT_COPY = 16;
+
+// memcpy() of at most SHORT_COPY bytes, with at most two moves of known size that may overlap: for so few bytes a call
+// costs more than the copy.
+void CopyShort(char* dest, const char* src, size_t size) {
+  const auto copyBothEnds = [=](auto unit) {
+    auto last = unit;
+    std::memcpy(&unit, src, sizeof unit);
+    std::memcpy(&last, src + size - sizeof last, sizeof last);
+    std::memcpy(dest, &unit, sizeof unit);
+    std::memcpy(dest + size - sizeof last, &last, sizeof last);
+  };
+  if (size >= sizeof(uint64_t)) {
+    copyBothEnds(uint64_t{});
+  } else if (size >= sizeof(uint32_t)) {
+    copyBothEnds(uint32_t{});
+  } else if (size >= sizeof(uint16_t)) {
+    copyBothEnds(uint16_t{});
+  } else if (size != 0) {
+    *dest = *src;
+  }
+}
+
 void Copy(void* dest, const void* src, size_t count) {
-  if (count <= VARNEL_INTERNAL::SHORT_COPY) {
-    VARNEL_INTERNAL::CopyShort(static_cast<char*>(dest), static_cast<const char*>(src), count);
+  if (count <= SHORT_COPY) {
+    CopyShort(static_cast<char*>(dest), static_cast<const char*>(src), count);
   } else {
     std::memcpy(dest, src, count);
   }

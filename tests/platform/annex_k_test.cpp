@@ -2,9 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
+#include <numeric>
 #include <string>
 #include <vector>
 
@@ -48,6 +50,19 @@ TEST(MemcpyS, CopyOfNothingChangesNothing) {
   EXPECT_EQ(memcpy_s(area.bytes, 0, "x", 0), 0);
   EXPECT_EQ(memcpy_s(area.bytes, 8, area.bytes, 0), 0);
   EXPECT_EQ(area.All(), "abcdefgh####");
+}
+
+// The source is exactly as large as the copy, so that a memory checker sees a byte too many.
+TEST(MemcpyS, CopiesWhatItIsToldToAndNoMoreWhateverTheSize) {
+  for (size_t size = 1; size <= 40; ++size) {
+    std::vector<char> source(size);
+    std::iota(source.begin(), source.end(), 'A');
+    std::vector<char> copy(size + 2, '.');
+    ASSERT_EQ(memcpy_s(copy.data() + 1, size, source.data(), size), 0);
+    ASSERT_EQ(copy.front(), '.');
+    ASSERT_EQ(copy.back(), '.');
+    ASSERT_TRUE(std::equal(source.begin(), source.end(), copy.begin() + 1)) << size;
+  }
 }
 
 TEST(MemcpyS, TooLongClearsTheDestination) {

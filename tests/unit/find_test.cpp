@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
-#include <numeric>
 #include <string>
 #include <vector>
 
 #include "byte_blocks.h"
-#include "copy_short.h"
 #include "growth.h"
 #include "no_case_finder.h"
 #include "piece.h"
@@ -26,11 +23,9 @@ using VARNEL_COMMON::FindNear;
 using VARNEL_COMMON::ForEachPlace;
 using VARNEL_COMMON::NoCaseFinder;
 using VARNEL_COMMON::SHORT_PIECE;
-using VARNEL_INTERNAL::CopyShort;
 using VARNEL_INTERNAL::Finder;
 using VARNEL_INTERNAL::FindInString;
 using VARNEL_INTERNAL::FindLinear;
-using VARNEL_INTERNAL::SHORT_COPY;
 
 constexpr size_t NPOS = std::string_view::npos;
 
@@ -252,19 +247,6 @@ TEST(ForEachPlace, TellsEveryPlaceInOrder) {
       ForEachPlace(text, ':', [&](size_t place) { places.push_back(place); });
       ASSERT_EQ(places, expected) << "size " << size << ", step " << step;
     }
-  }
-}
-
-// The buffers are exactly as large as the piece, so that a memory checker sees a byte too many.
-TEST(CopyShort, CopiesWhatItIsToldToAndNoMore) {
-  for (size_t size = 0; size <= SHORT_COPY; ++size) {
-    std::vector<char> source(size);
-    std::iota(source.begin(), source.end(), 'a');
-    std::vector<char> copy(size + 2, '.');
-    CopyShort(copy.data() + 1, source.data(), size);
-    ASSERT_EQ(copy.front(), '.');
-    ASSERT_EQ(copy.back(), '.');
-    ASSERT_TRUE(std::equal(source.begin(), source.end(), copy.begin() + 1)) << size;
   }
 }
 
