@@ -19,8 +19,8 @@ Json OrNull(const std::optional<T>& value) {
 /// Prints one object on one line of standard output. Bytes that are not UTF-8 become U+FFFD.
 void PrintJson(const Json& object);
 
-/// Text that is safe on a terminal: control characters, those that turn the direction of writing, and bytes that are not
-/// UTF-8 become "\xNN".
+/// Text that is safe on a terminal: control characters, those that turn the direction of writing, and bytes that are
+/// not UTF-8 become "\xNN".
 std::string Escaped(std::string_view text);
 
 /// "0x" and four digits.
