@@ -43,6 +43,15 @@ class Source {
   Buffer m_copy;
 };
 
+// A new buffer that begins with what the old one holds; null when the bounded copy fails, which is reported.
+Buffer Enlarged(unsigned int size, const char* old, unsigned int length, const char* function) {
+  Buffer buffer(new char[size]);
+  const int result = memcpy_s(buffer.get(), size, old, length);
+  if (result == 0) return buffer;
+  ReportError({MODULE, function, __LINE__}, result, Compose(function, ".memcpy_s failed"));
+  return nullptr;
+}
+
 }  // namespace
 
 CComNEHead::CComNEHead() : ulHeadWord0(0), ulHeadWord1(0), usHeadShort(0), usMsgLen(0), ulHeadWord2(0) {}
@@ -121,13 +130,9 @@ void CComNEMsg::SetBufLen(unsigned int nBufLen) {
     nBufLen = MAX_BODY;
   }
   if (m_nMsgBufSize >= nBufLen + 1) return;
-  Buffer buffer(new char[nBufLen + 1]);
+  Buffer buffer = Enlarged(nBufLen + 1, m_pMsg, m_nMsgBufSize, "SetBufLen");
+  if (buffer == nullptr) return;
   buffer[nBufLen] = '\0';
-  const int result = memcpy_s(buffer.get(), nBufLen + 1, m_pMsg, m_nMsgBufSize);
-  if (result != 0) {
-    ReportError({MODULE, "SetBufLen", __LINE__}, result, "SetBufLen.memcpy_s failed");
-    return;
-  }
   delete[] m_pMsg;
   m_pMsg = buffer.release();
   m_nMsgBufSize = nBufLen;  // the last byte is the place of the NUL
@@ -146,12 +151,8 @@ void CComNEMsg::AddMsg(const void* pData, unsigned int nDataLen) {
   const unsigned int length = usMsgLen + nDataLen;
   const bool grows = m_pMsg == nullptr || length + 1 > m_nMsgBufSize;
   if (grows) {
-    Buffer buffer(new char[length + HEADROOM]);
-    const int result = memcpy_s(buffer.get(), length + HEADROOM, m_pMsg, usMsgLen);
-    if (result != 0) {
-      ReportError({MODULE, "AddMsg", __LINE__}, result, "AddMsg.memcpy_s failed");
-      return;
-    }
+    Buffer buffer = Enlarged(length + HEADROOM, m_pMsg, usMsgLen, "AddMsg");
+    if (buffer == nullptr) return;
     delete[] m_pMsg;
     m_pMsg = buffer.release();
     m_nMsgBufSize = length + HEADROOM;
