@@ -3,10 +3,10 @@
 
 #include <tl1nemsgparse.h>
 
-#include "../tests/unit/tl1_parts.h"
 #include "check.h"
 #include "input.h"
 #include "kept_log.h"
+#include "tl1_reference.h"
 
 using VARNEL_COMMON::CTL1NEMsgParse;
 using VARNEL_FUZZ::KeptLog;

@@ -71,11 +71,11 @@ bool Tl1Reference::ParseHeader(size_t header) {
   parts.start = static_cast<unsigned int>(header);
   size_t cursor = header;
   if (!ParseSid(cursor)) return Fail("NEMsgParse", "CTL1NEMsgParse::ParseSID(): ParseSID failed;");
-  if (!ParseDate(cursor)) {
+  if (!ParseUpTo(' ', parts.date, cursor + 1, cursor)) {
     parts.sid = "";
     return Fail("NEMsgParse", "CTL1NEMsgParse::ParseDate(): ParseDate failed;");
   }
-  if (!ParseTime(cursor)) {
+  if (!ParseUpTo('\r', parts.time, cursor + 1, cursor)) {
     parts.sid = "";
     parts.date = "";
     return Fail("NEMsgParse", "CTL1NEMsgParse::ParseDate(): ParseDate failed;");
@@ -89,27 +89,15 @@ bool Tl1Reference::ParseHeader(size_t header) {
 }
 
 bool Tl1Reference::ParseSid(size_t& cursor) {
-  const size_t start = parts.message.find(' ', cursor) + 3;
-  cursor = parts.message.find(' ', start);
-  if (cursor == NPOS) return false;
-  parts.sid = parts.message.substr(start, cursor - start);
-  return parts.sid != "";
+  return ParseUpTo(' ', parts.sid, parts.message.find(' ', cursor) + 3, cursor);
 }
 
-bool Tl1Reference::ParseDate(size_t& cursor) {
-  const size_t start = cursor + 1;
-  cursor = parts.message.find(' ', start);
+// The cursor comes to stand on what ends the part.
+bool Tl1Reference::ParseUpTo(char end, std::string& part, size_t start, size_t& cursor) const {
+  cursor = parts.message.find(end, start);
   if (cursor == NPOS) return false;
-  parts.date = parts.message.substr(start, cursor - start);
-  return parts.date != "";
-}
-
-bool Tl1Reference::ParseTime(size_t& cursor) {
-  const size_t start = cursor + 1;
-  cursor = parts.message.find('\r', start);
-  if (cursor == NPOS) return false;
-  parts.time = parts.message.substr(start, cursor - start);
-  return parts.time != "";
+  part = parts.message.substr(start, cursor - start);
+  return part != "";
 }
 
 bool Tl1Reference::ParseAcknowledgement() {

@@ -17,6 +17,13 @@ struct Tl1Parts {
 bool operator==(const Tl1Parts& a, const Tl1Parts& b);
 std::ostream& operator<<(std::ostream& out, const Tl1Parts& parts);
 
+/// What a parser holds, which has the members of CTL1NEMsgParse.
+template <typename Parser>
+Tl1Parts PartsOf(const Parser& p) {
+  return {p.m_strNEMsg, p.m_strSID,        p.m_strDate, p.m_strTime, p.m_strEcho,  p.m_strRspLine,  p.m_strTextBlock,
+          p.m_strVerb,  p.m_strRetRspCode, p.m_strCtag, p.m_strAtag, p.m_nMsgType, p.m_nMsgStartPos};
+}
+
 /// A TL1 parser that follows its steps one by one, with std::string::find only.
 class Tl1Reference {
  public:
@@ -34,8 +41,7 @@ class Tl1Reference {
 
  private:
   bool ParseSid(size_t& cursor);
-  bool ParseDate(size_t& cursor);
-  bool ParseTime(size_t& cursor);
+  bool ParseUpTo(char end, std::string& part, size_t start, size_t& cursor) const;
   bool ParseVerb(size_t& cursor);
   bool ParseTextBlock(size_t& cursor);
   bool ParseHeader(size_t header);

@@ -5,7 +5,8 @@
 
 #include "recording_test.h"
 #include "string_references.h"
-#include "tl1_parts.h"
+#include "tl1_reference.h"
+#include "tl1nemsgparse.h"
 
 namespace VARNEL_TEST {
 namespace {

@@ -11,7 +11,7 @@
 #include "allocation.h"
 #include "growth.h"
 #include "recording_test.h"
-#include "tl1_parts.h"
+#include "tl1_reference.h"
 
 namespace VARNEL_TEST {
 namespace {
