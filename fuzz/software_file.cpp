@@ -136,14 +136,7 @@ void CheckDescription(const std::string& path, const std::string& bytes, const H
   const bool isGood = expected.ending == VARNEL_TEST::Ending::Complete;
   FUZZ_CHECK(package.ParsePkgFile() == (isGood ? 0 : INVALID_DESCRIPTION));
   FUZZ_CHECK(package.m_strVersion == (heads.version == "old version" ? "" : heads.version));
-  FUZZ_CHECK(package.m_lstSoftInfo.size() == expected.entries.size());
-  auto entry = expected.entries.begin();
-  for (const auto* actual : package.m_lstSoftInfo) {
-    FUZZ_CHECK(actual->strColumn1 == entry->name);
-    FUZZ_CHECK(actual->strColumn2 == entry->kind);
-    FUZZ_CHECK(actual->uiColumn5 == entry->size);
-    ++entry;
-  }
+  FUZZ_CHECK(VARNEL_TEST::EntriesIn(package) == expected.entries);
 }
 
 std::vector<std::string> LinesOf(const std::string& bytes) {

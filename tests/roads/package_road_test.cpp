@@ -1,9 +1,8 @@
 // From the path of a package to its entries, over the bundled platform.
 #include <filesystem>
 #include <string>
-#include <utility>
-#include <vector>
 
+#include "description_reference.h"
 #include "logged_test.h"
 #include "pkgfile.h"
 #include "publicdata.h"
@@ -19,28 +18,6 @@ using namespace VARNEL_COMMON;
 constexpr unsigned int CANNOT_OPEN = 0x3BA00013;
 constexpr unsigned int INVALID_HEAD = 0x3BA00B02;
 constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
-
-struct Entry {
-  std::string name, kind;
-  unsigned int size;
-};
-
-bool operator==(const Entry& a, const Entry& b) {
-  return a.name == b.name && a.kind == b.kind && a.size == b.size;
-}
-
-std::ostream& operator<<(std::ostream& out, const Entry& entry) {
-  return out << entry.name << ' ' << entry.kind << ' ' << entry.size;
-}
-
-using Entries = std::vector<Entry>;
-
-Entries EntriesOf(const CPkgFile& package) {
-  Entries entries;
-  for (const SOFT_INFO* entry : package.m_lstSoftInfo)
-    entries.push_back({entry->strColumn1, entry->strColumn2, entry->uiColumn5});
-  return entries;
-}
 
 SoftwareFile Package() {
   SoftwareFile file;
@@ -110,7 +87,7 @@ TEST_F(PackageRoad, LeadsFromALinkToTheEntriesInFileOrder) {
   CPkgFile package(resolved);
   ASSERT_EQ(package.ParsePkgFile(), 0U);
   EXPECT_EQ(package.m_strVersion, version);
-  EXPECT_EQ(EntriesOf(package), (Entries{{"mainboard.bin", "app", 1048576}, {"hotfix.bin", "patch", 2048}}));
+  EXPECT_EQ(EntriesIn(package), (Entries{{"mainboard.bin", "app", 1048576}, {"hotfix.bin", "patch", 2048}}));
   EXPECT_TRUE(isColdPatch(resolved));
   EXPECT_EQ(Log(), Lines{});
 

@@ -19,6 +19,15 @@ std::ostream& operator<<(std::ostream& out, const Entry& entry);
 
 using Entries = std::vector<Entry>;
 
+/// What the list of a package holds, which is a CPkgFile.
+template <typename Package>
+Entries EntriesIn(const Package& package) {
+  Entries entries;
+  for (const auto* entry : package.m_lstSoftInfo)
+    entries.push_back({entry->strColumn1, entry->strColumn2, entry->uiColumn5});
+  return entries;
+}
+
 enum class Ending { Complete, SectionMissing, LineNotCorrect, ListEmpty };
 
 struct Description {

@@ -7,7 +7,8 @@
 #include <vector>
 
 #include "description_reference.h"
-#include "package_entries.h"
+#include "package_reports.h"
+#include "pkgfile.h"
 #include "recording_test.h"
 #include "software_file.h"
 #include "temp_folder.h"

@@ -9,8 +9,9 @@
 #include <vector>
 
 #include "allocation.h"
+#include "description_reference.h"
 #include "growth.h"
-#include "package_entries.h"
+#include "package_reports.h"
 #include "recording_test.h"
 #include "software_file.h"
 #include "temp_folder.h"

@@ -1,22 +1,13 @@
-#ifndef VARNEL_TESTS_PACKAGE_ENTRIES_H
-#define VARNEL_TESTS_PACKAGE_ENTRIES_H
+#ifndef VARNEL_TESTS_PACKAGE_REPORTS_H
+#define VARNEL_TESTS_PACKAGE_REPORTS_H
 
 #include <string>
 
-#include "description_reference.h"
-#include "pkgfile.h"
 #include "recording_host.h"
 
 namespace VARNEL_TEST {
 
 constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
-
-inline Entries EntriesIn(const VARNEL_COMMON::CPkgFile& package) {
-  Entries entries;
-  for (const auto* entry : package.m_lstSoftInfo)
-    entries.push_back({entry->strColumn1, entry->strColumn2, entry->uiColumn5});
-  return entries;
-}
 
 inline LogLine PackageError(const std::string& message) {
   return Error("ErrorCode:0x3ba0120f, " + message, "pkgfile", "ParsePkgSoftInfo");
