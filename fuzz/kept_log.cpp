@@ -23,21 +23,6 @@ std::vector<KeptLine>& KeptLog() {
 
 }  // namespace VARNEL_FUZZ
 
-LocationInfo::LocationInfo(const char* module, const char* function, int line)
-    : m_module(module), m_function(function), m_line(line) {}
-
-const char* LocationInfo::Module() const {
-  return m_module;
-}
-
-const char* LocationInfo::Function() const {
-  return m_function;
-}
-
-int LocationInfo::Line() const {
-  return m_line;
-}
-
 void LogProcess::ForceLog(const char* /*module*/, EN_LOG_LEVEL /*level*/, const std::string& text,
                           const LocationInfo& location) {
   Keep(text, location);

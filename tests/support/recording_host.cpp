@@ -108,21 +108,6 @@ void LogProcess::ForceLog(const char* module, EN_LOG_LEVEL level, const char* te
   VARNEL_TEST::Record(module, level, Overload::CharacterPointer, text, location);
 }
 
-LocationInfo::LocationInfo(const char* module, const char* function, int line)
-    : m_module(module), m_function(function), m_line(line) {}
-
-const char* LocationInfo::Module() const {
-  return m_module;
-}
-
-const char* LocationInfo::Function() const {
-  return m_function;
-}
-
-int LocationInfo::Line() const {
-  return m_line;
-}
-
 namespace NS_UTIL {
 
 CDCLogFilter* CDCLogFilter::getInstance() {
