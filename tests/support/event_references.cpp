@@ -50,18 +50,13 @@ bool ClaimsReport(const std::string& key, const std::string& report) {
 }
 
 bool ReadMmlPackageProgress(const std::string& report, unsigned int& done, unsigned int& total) {
-  const size_t columns = report.find("TOTAL_NUM");
-  if (HasInOrder(report, {"EVT_SFTM_CPYFILE_PROGRESS", "DONE_NUM", "TOTAL_NUM"}) && columns != NPOS) {
-    return ReadTwoNumbers(report.substr(columns + 9), done, total);
+  if (HasInOrder(report, {"EVT_SFTM_CPYFILE_PROGRESS", "DONE_NUM", "TOTAL_NUM"})) {
+    return ReadTwoNumbers(report.substr(report.find("TOTAL_NUM") + 9), done, total);
   }
   if (!HasInOrder(report, {"status=completed", "done=", "total="})) return false;
-  const size_t doneAt = report.find("done=");
-  const size_t totalAt = report.find("total=");
-  if (doneAt == NPOS || totalAt == NPOS) return false;
-  const bool hasDone = ConvertDigits(report.c_str() + doneAt + 5, done);
-  const bool hasTotal = ConvertDigits(report.c_str() + totalAt + 6, total);
-  if (!hasDone) return false;
-  return hasTotal;
+  const bool hasDone = ConvertDigits(report.c_str() + report.find("done=") + 5, done);
+  const bool hasTotal = ConvertDigits(report.c_str() + report.find("total=") + 6, total);
+  return hasDone && hasTotal;
 }
 
 bool ReadTl1PackageProgress(const std::string& report, unsigned int& done, unsigned int& total) {
