@@ -393,6 +393,64 @@ void Write(const std::string& path, const std::string& bytes) {
   if (file == nullptr || std::fwrite(bytes.data(), 1, bytes.size(), file.get()) != bytes.size()) std::abort();
 }
 
+void AddHeadReaders(Table& table, const std::string& file) {
+  table.Add(
+      "readZEPFileHead",
+      [=](Outputs& out) {
+        ZEP_FILE_HEAD head;
+        out.small = readZEPFileHead(file, head, out.a, out.b, out.number, out.other) == 0 ? 1 : 0;
+      },
+      Promise::EachPart);
+  table.Add(
+      "CheckZEPFileHead", [=](Outputs& out) { CheckZEPFileHead(file, out.number, out.other, out.a, out.small, out.b); },
+      Promise::EachPart);
+  table.Add(
+      "CheckZEPFileHead",
+      [=](Outputs& out) {
+        int type = 0;
+        CheckZEPFileHead(file, type, out.a, out.b);
+        out.number = static_cast<unsigned int>(type);
+      },
+      Promise::EachPart);
+  table.Add("isColdPatch", [=](Outputs& out) { out.number = isColdPatch(file) ? 1 : 0; });
+}
+
+void AddLineReader(Table& table, const std::string& file) {
+  const auto read = [=](Outputs& out) {
+    Vnifstream stream(file);
+    char line[200];
+    std::string text;
+    while (stream.GetLine(line, sizeof line))
+      text += line;
+    out.a = std::move(text);
+  };
+  table.Add("Vnifstream::Vnifstream", read);
+  table.Add("Vnifstream::~Vnifstream", read);
+  table.Add("Vnifstream::GetLine", read);
+  table.Add("Vnifstream::ReadFile", [=](Outputs& out) {
+    Vnifstream stream("");
+    out.number = stream.ReadFile(file) ? 1 : 0;
+  });
+  table.Add("Vnifstream::operator=", [=](Outputs& out) {
+    Vnifstream stream("");
+    const Vnifstream none("");
+    stream = none;
+    out.number = stream.ReadFile(file) ? 1 : 0;
+  });
+}
+
+void AddPackage(Table& table, const std::string& file) {
+  const auto make = [file] { return std::make_unique<CPkgFile>(file); };
+  table.Add<CPkgFile>(
+      "CPkgFile::ParsePkgFile", make, [](CPkgFile& package) { package.ParsePkgFile(); }, Promise::Entries);
+  table.Add<CPkgFile>(
+      "CPkgFile::ParsePkgSoftInfo", make, [file](CPkgFile& package) { package.ParsePkgSoftInfo(file); },
+      Promise::Entries);
+  table.Add<CPkgFile>("CPkgFile::CPkgFile", make, [file](CPkgFile& /*package*/) { const CPkgFile other(file + LONG); });
+  table.Add<CPkgFile>("CPkgFile::~CPkgFile", make, [](CPkgFile& /*package*/) { const CPkgFile other(""); });
+  table.Add<CPkgFile>("CPkgFile::ClearSoftInfo", make, [](CPkgFile& package) { package.ClearSoftInfo(); });
+}
+
 void AddFiles(Table& table, const std::string& folder) {
   SoftwareFile content;
   content.gaps = {3000, 0, 0, 0};
@@ -406,58 +464,13 @@ void AddFiles(Table& table, const std::string& folder) {
   Write(path, content.Bytes());
 
   for (const std::string& file : {path, folder + "/absent", std::string()}) {
-    table.Add(
-        "readZEPFileHead",
-        [=](Outputs& out) {
-          ZEP_FILE_HEAD head;
-          out.small = readZEPFileHead(file, head, out.a, out.b, out.number, out.other) == 0 ? 1 : 0;
-        },
-        Promise::EachPart);
-    table.Add(
-        "CheckZEPFileHead",
-        [=](Outputs& out) { CheckZEPFileHead(file, out.number, out.other, out.a, out.small, out.b); },
-        Promise::EachPart);
-    table.Add(
-        "CheckZEPFileHead",
-        [=](Outputs& out) {
-          int type = 0;
-          CheckZEPFileHead(file, type, out.a, out.b);
-          out.number = static_cast<unsigned int>(type);
-        },
-        Promise::EachPart);
-    table.Add("isColdPatch", [=](Outputs& out) { out.number = isColdPatch(file) ? 1 : 0; });
-    const auto read = [=](Outputs& out) {
-      Vnifstream stream(file);
-      char line[200];
-      std::string text;
-      while (stream.GetLine(line, sizeof line))
-        text += line;
-      out.a = std::move(text);
-    };
-    table.Add("Vnifstream::Vnifstream", read);
-    table.Add("Vnifstream::~Vnifstream", read);
-    table.Add("Vnifstream::GetLine", read);
-    table.Add("Vnifstream::ReadFile", [=](Outputs& out) {
-      Vnifstream stream("");
-      out.number = stream.ReadFile(file) ? 1 : 0;
-    });
-    table.Add("Vnifstream::operator=", [=](Outputs& out) {
-      Vnifstream stream("");
-      const Vnifstream none("");
-      stream = none;
-      out.number = stream.ReadFile(file) ? 1 : 0;
-    });
-    const auto make = [file] { return std::make_unique<CPkgFile>(file); };
-    table.Add<CPkgFile>(
-        "CPkgFile::ParsePkgFile", make, [](CPkgFile& package) { package.ParsePkgFile(); }, Promise::Entries);
-    table.Add<CPkgFile>(
-        "CPkgFile::ParsePkgSoftInfo", make, [file](CPkgFile& package) { package.ParsePkgSoftInfo(file); },
-        Promise::Entries);
-    table.Add<CPkgFile>("CPkgFile::CPkgFile", make,
-                        [file](CPkgFile& /*package*/) { const CPkgFile other(file + LONG); });
-    table.Add<CPkgFile>("CPkgFile::~CPkgFile", make, [](CPkgFile& /*package*/) { const CPkgFile other(""); });
-    table.Add<CPkgFile>("CPkgFile::ClearSoftInfo", make, [](CPkgFile& package) { package.ClearSoftInfo(); });
+    AddHeadReaders(table, file);
+    AddLineReader(table, file);
+    AddPackage(table, file);
   }
+}
+
+void AddHeads(Table& table) {
   table.Add("GetUCCheckSum", [](Outputs& out) { out.number = GetUCCheckSum("abc", 3); });
   table.Add("ZEP_DIR_HEAD::ToHostOrder", [](Outputs& /*out*/) {
     ZEP_DIR_HEAD head = {};
@@ -481,6 +494,7 @@ std::vector<Operation> EveryOperation(const std::string& folder) {
   AddPathsAndTimes(table, folder);
   AddSlots(table);
   AddFiles(table, folder);
+  AddHeads(table);
   return table.Take();
 }
 
