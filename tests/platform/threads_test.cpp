@@ -64,7 +64,7 @@ class Threads : public ::testing::Test {
   std::string path;
 };
 
-TEST_F(Threads, FreeFunctions) {
+TEST_F(Threads, FreeFunctionsGiveWhatTheyGiveAlone) {
   RunAtOnce(
       {
           [] { return WSlotIDi2str(0x0305) + WSlotIDi2Hexstr(0x0305) + std::to_string(WSlotIDstr2i("3-5")); },
@@ -117,7 +117,7 @@ std::string HandleEvents() {
   return std::to_string(package.GetGuage()) + copy->m_strEvtKey + end.m_strResultText;
 }
 
-TEST_F(Threads, ObjectsOfTheirOwn) {
+TEST_F(Threads, ObjectsOfTheirOwnGiveWhatTheyGiveAlone) {
   RunAtOnce({
                 [] {
                   CCmdStr command;
