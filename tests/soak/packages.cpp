@@ -1,9 +1,3 @@
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <filesystem>
-#include <stdexcept>
-
 #include "soak.h"
 #include "software_file.h"
 #include "temp_folder.h"
@@ -13,13 +7,6 @@ namespace VARNEL_TEST {
 namespace {
 
 constexpr size_t MOST_KIBIBYTES = 96 * 1024;
-
-void Write(const std::string& path, const std::string& bytes) {
-  const int file = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
-  const bool written = write(file, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size());
-  close(file);
-  if (!written) throw std::runtime_error("cannot write " + path);
-}
 
 std::string Package() {
   SoftwareFile content;
@@ -41,7 +28,7 @@ void SoakPackages(const SoakSize& size, const std::string& varnel) {
   std::string bad = good;
   bad[20] = static_cast<char>(bad[20] + 1);
   for (size_t i = 0; i < size.packages; ++i)
-    Write(folder.Path("package-" + std::to_string(i) + ".pkg"), i % 10 == 0 ? bad : good);
+    folder.Write("package-" + std::to_string(i) + ".pkg", i % 10 == 0 ? bad : good);
   for (const std::vector<std::string>& options : {std::vector<std::string>{}, {"--json"}, {"--quiet"}}) {
     std::vector<std::string> command{varnel, "package", folder.Path()};
     command.insert(command.end(), options.begin(), options.end());
