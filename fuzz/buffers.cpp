@@ -173,8 +173,10 @@ class Body {
         return AddOwn(input.Number());
       case 4:
         return SetToOwn(input.Number());
-      case 5:
-        return Resize(input.Number() + input.Byte() % 4);
+      case 5: {
+        const unsigned int size = input.Number();
+        return Resize(size + input.Byte() % 4);
+      }
       default:
         return Replace(input.Number());
     }
@@ -191,7 +193,9 @@ class Body {
  private:
   // Some bytes again and again, up to a length.
   static std::string Data(Input& input) {
-    std::string data(input.Byte() % 2 == 0 ? input.Number() + input.Byte() : input.Byte(), '\0');
+    const bool isLong = input.Byte() % 2 == 0;
+    const size_t base = isLong ? input.Number() : 0;
+    std::string data(base + input.Byte(), '\0');
     const std::string bytes = input.Bytes(8) + '.';
     for (size_t i = 0; i < data.size(); ++i)
       data[i] = bytes[i % bytes.size()];

@@ -88,7 +88,8 @@ std::string Tl1Command(Input& input) {
 std::string Text(Input& input) {
   std::string text;
   while (!input.IsEmpty() && text.size() < LONGEST_TEXT) {
-    text += Noise(input) + OneOf(input, ENDS);
+    text += Noise(input);
+    text += OneOf(input, ENDS);
     text += input.Byte() % 4 == 0 ? Tl1Command(input) : KeyValue(input);
     text += OneOf(input, ENDS);
   }

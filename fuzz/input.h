@@ -30,6 +30,12 @@ class Input {
     return high << 8 | Byte();
   }
 
+  /// A number of four bytes, big end first.
+  unsigned int Word() {
+    const unsigned int high = Number();
+    return high << 16 | Number();
+  }
+
   /// The next `length` bytes, fewer at the end.
   std::string Bytes(size_t length) {
     const std::string bytes(m_rest.substr(0, length));

@@ -49,8 +49,8 @@ void CheckReading(const std::string& text) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VARNEL_FUZZ::Input input(data, size);
   const auto word = static_cast<unsigned short>(input.Number());
-  const unsigned int generation = input.Number() << 16 | input.Number();
-  const auto board = static_cast<int>(input.Number() << 16 | input.Number());
+  const unsigned int generation = input.Word();
+  const auto board = static_cast<int>(input.Word());
   const std::string text = input.Rest();
   CheckWriting(word, generation, board);
   CheckParsing(ExactText(text), word, static_cast<unsigned short>(generation));

@@ -1,6 +1,9 @@
 #include <re2/re2.h>
 
+#include <algorithm>
+#include <array>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/ns_util.h"
@@ -35,7 +38,6 @@ std::string KeyValue() {
   return "(" + key + ")" + QuotedKeys() + "(?:" + quoted + R"re(|(?:[^\s,;]*)re" + key + "(?:" + quoted +
          R"re()?)+[^\s,;]*|[^\s,;]+))re";
 }
-constexpr char KEY_VALUE_MASKED[] = R"(\1\2\4\6******\3\5\7)";
 
 // The block behind the fifth colon of a TL1 security command: target, user, ctag and general block stand before it.
 // A colon or semicolon inside quotes ends no block.
@@ -46,7 +48,6 @@ constexpr char TL1_PASSWORD[] = R"re((?:"(?:[^"\\]|\\.)*(?:"|\\?\z)|[^:;])+)re";
 std::string Tl1Command() {
   return "(" + std::string(TL1_NAME) + TL1_BLOCKS + ")" + TL1_PASSWORD;
 }
-constexpr char TL1_COMMAND_MASKED[] = R"(\1******)";
 
 // Never destroyed: lines may still be filtered while the process winds down.
 const RE2& Compile(const std::string& pattern) {
@@ -57,35 +58,77 @@ const RE2& Compile(const std::string& pattern) {
   return *new RE2(pattern, options);
 }
 
-// Where commands may begin.
-std::vector<size_t> CommandNames(const std::string& text) {
-  static const RE2& name = Compile(TL1_NAME);
-  std::vector<size_t> names;
-  re2::StringPiece rest = text;
-  for (re2::StringPiece found; name.Match(rest, 0, rest.size(), RE2::UNANCHORED, &found, 1);) {
-    names.push_back(static_cast<size_t>(found.data() - text.data()));
-    rest.remove_prefix(static_cast<size_t>(found.data() - rest.data()) + found.size());
+constexpr char MASK[] = "******";
+
+// What is to be masked; of it only the opening quote of a value is kept.
+struct Secret {
+  size_t start;
+  size_t end;
+  std::string quote;
+};
+using Secrets = std::vector<Secret>;
+
+// A match: all of it, the key or command in front of the value, and then its opening and closing quotes in turn.
+using Match = std::array<re2::StringPiece, 8>;
+
+template <typename Visit>
+void ForEachMatch(const RE2& pattern, re2::StringPiece text, Visit visit) {
+  for (Match match; pattern.Match(text, 0, text.size(), RE2::UNANCHORED, match.data(), match.size());) {
+    visit(match);
+    text.remove_prefix(static_cast<size_t>(match[0].end() - text.begin()));
   }
-  return names;
+}
+
+Secret SecretOf(const Match& match, const std::string& text) {
+  const char* end = match[0].end();
+  std::string quote;
+  for (size_t i = 2; i < match.size(); i += 2) {
+    quote.append(match[i].data(), match[i].size());
+    if (!match[i + 1].empty()) end = match[i + 1].begin();
+  }
+  const auto position = [&text](const char* at) { return static_cast<size_t>(at - text.data()); };
+  return {position(match[1].end()), position(end), quote};
+}
+
+void FindKeyValues(const std::string& text, Secrets& secrets) {
+  static const RE2& keyValue = Compile(KeyValue());
+  ForEachMatch(keyValue, text, [&](const Match& match) { secrets.push_back(SecretOf(match, text)); });
 }
 
 // A name may also stand in front of the command it belongs to, which would then be taken for its blocks. So commands
-// are masked once more, each up to the next name.
-void MaskTl1Commands(std::string& text) {
+// are looked for once more, each up to the next name.
+void FindTl1Passwords(const std::string& text, Secrets& secrets) {
+  static const RE2& name = Compile(TL1_NAME);
   static const RE2& command = Compile(Tl1Command());
-  RE2::GlobalReplace(&text, command, TL1_COMMAND_MASKED);
-  std::vector<size_t> ends = CommandNames(text);
-  if (ends.size() < 2) return;
-  ends.push_back(text.size());
+  const auto find = [&](re2::StringPiece part) {
+    ForEachMatch(command, part, [&](const Match& match) { secrets.push_back(SecretOf(match, text)); });
+  };
+  const char* start = text.data();
+  find(text);
+  ForEachMatch(name, text, [&](const Match& match) {
+    find({start, static_cast<size_t>(match[0].begin() - start)});
+    start = match[0].begin();
+  });
+  find({start, text.size() - static_cast<size_t>(start - text.data())});
+}
+
+// Masks in place, so that all that is not secret stays where it is.
+std::string Blanked(std::string text, const Secrets& secrets) {
+  for (const Secret& secret : secrets)
+    std::fill(text.begin() + static_cast<std::ptrdiff_t>(secret.start),
+              text.begin() + static_cast<std::ptrdiff_t>(secret.end), MASK[0]);
+  return text;
+}
+
+std::string Masked(const std::string& text, Secrets secrets) {
+  std::stable_sort(secrets.begin(), secrets.end(), [](const Secret& a, const Secret& b) { return a.start < b.start; });
   std::string masked;
-  size_t start = 0;
-  for (const size_t end : ends) {
-    std::string part = text.substr(start, end - start);
-    RE2::GlobalReplace(&part, command, TL1_COMMAND_MASKED);
-    masked += part;
-    start = end;
+  size_t end = 0;
+  for (const Secret& secret : secrets) {
+    if (secret.start >= end) masked.append(text, end, secret.start - end).append(secret.quote).append(MASK);
+    end = std::max(end, secret.end);
   }
-  text = masked;
+  return masked.append(text, end);
 }
 
 }  // namespace
@@ -97,10 +140,18 @@ CDCLogFilter* CDCLogFilter::getInstance() {
   return &filter;
 }
 
+// A password may look like a command and hide one, and the other way round. So each kind is looked for in the text as
+// it is, and in the text without what the other kind found.
 void CDCLogFilter::replaceAllSensInfo(std::string& text) {
-  static const RE2& keyValue = Compile(KeyValue());
-  MaskTl1Commands(text);
-  RE2::GlobalReplace(&text, keyValue, KEY_VALUE_MASKED);
+  Secrets commands, keyValues;
+  FindTl1Passwords(text, commands);
+  FindKeyValues(text, keyValues);
+  if (commands.empty() && keyValues.empty()) return;
+  Secrets all = commands;
+  all.insert(all.end(), keyValues.begin(), keyValues.end());
+  FindTl1Passwords(Blanked(text, keyValues), all);
+  FindKeyValues(Blanked(text, commands), all);
+  text = Masked(text, std::move(all));
 }
 
 }  // namespace NS_UTIL

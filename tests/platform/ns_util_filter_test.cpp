@@ -216,6 +216,23 @@ TEST(LogFilter, Tl1NameInFrontOfTheCommand) {
   });
 }
 
+// Neither kind hides a secret of the other: a command's blocks would reach to the next key, a value's quote to the next
+// quote.
+TEST(LogFilter, CommandInTheValueOfAKey) {
+  ExpectMasked({
+      {R"(\"PASSWORD\" : \"ED-PID:x\"; a:b:c, Pwd : hunter2, Pwd : secret2, z)",
+       R"(\"PASSWORD\" : \"******\"; a:b:c, Pwd : ******, Pwd : ******, z)"},
+      {"pwd=ED-PID:a b:c:d:e, pwd: f", "pwd=****** b:c:d:e, pwd:******"},
+  });
+}
+
+TEST(LogFilter, KeyInThePasswordOfACommand) {
+  ExpectMasked({
+      {"ACT-USER:::::\"pwd='\"; PASSWORD='hunter2' z", "ACT-USER:::::******"},
+      {"ACT-USER:NE1:PWD=a:b c::hunter2; z", "ACT-USER:NE1:PWD=****** c::******; z"},
+  });
+}
+
 TEST(LogFilter, WhatIsNotSensitiveStays) {
   for (const char* text : {"",
                            "COMPLETE",
