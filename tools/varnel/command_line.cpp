@@ -35,11 +35,12 @@ std::string WithoutShield(std::string argument) {
   return argument;
 }
 
-// Says in plain words what CLI11 says of an option that is given too often or without its value.
+// Says in plain words what CLI11 says of an option that has too many values or none.
 std::string Mismatch(const std::string& message) {
   const std::string option = message.substr(0, message.find(": "));
   if (message.find(" missing") != std::string::npos) return option + ": its value is missing";
   if (message.find("At Most 1 ") != std::string::npos) return option + ": is given more than once";
+  if (message.find("At Most ") != std::string::npos) return option + ": has too many values";
   return message;
 }
 
