@@ -55,7 +55,8 @@ class PackageCommand {
         {"",
          {{"",
            "A file is good when its heads and texts are valid and its file type is accepted: 0 to 13, 15 or 513. "
-           "One without a [File Description] section has no entries."},
+           "One without a [File Description] section has no entries. The payload is not judged, nor is the "
+           "description: what is wrong with it is told on standard error."},
           {"",
            "In a folder, files that do not begin as software files are counted but not called bad. Symbolic "
            "links are not followed; pipes and devices are passed over."}}},
