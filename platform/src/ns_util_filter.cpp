@@ -115,8 +115,7 @@ void FindTl1Passwords(const std::string& text, Secrets& secrets) {
 // Masks in place, so that all that is not secret stays where it is.
 std::string Blanked(std::string text, const Secrets& secrets) {
   for (const Secret& secret : secrets)
-    std::fill(text.begin() + static_cast<std::ptrdiff_t>(secret.start),
-              text.begin() + static_cast<std::ptrdiff_t>(secret.end), MASK[0]);
+    text.replace(secret.start, secret.end - secret.start, secret.end - secret.start, MASK[0]);
   return text;
 }
 
