@@ -108,15 +108,18 @@ class MakePackageCommand {
         "");
   }
 
+  // What cannot be read is to be known before standard output gets the first byte.
   void WritePackage() const {
+    const File description = OpenIfNamed(m_description);
+    const File payload = OpenIfNamed(m_payload);
     OutputFile output(m_output);
     output.Write(Heads());
     output.Write(std::string(m_skipLength, '\0') + m_link + m_version + std::string(m_tailLength, '\0'));
-    if (!m_description.empty()) {
+    if (description != nullptr) {
       output.Write("\n");  // the first line of the description is not to hide behind the bytes in front of it
-      Append(m_description, output);
+      Append(description.get(), m_description, output);
     }
-    if (!m_payload.empty()) Append(m_payload, output);
+    if (payload != nullptr) Append(payload.get(), m_payload, output);
     output.Finish();
   }
 
@@ -145,15 +148,21 @@ class MakePackageCommand {
     return heads;
   }
 
-  static void Append(const std::string& name, OutputFile& output) {
+  // Null without a name.
+  static File OpenIfNamed(const std::string& name) {
+    if (name.empty()) return nullptr;
     const InputFile input(name);
     if (!input.Error().empty()) throw std::runtime_error("cannot read " + Escaped(name) + ": " + input.Error());
-    const File file = input.Open();
+    File file = input.Open();
     if (file == nullptr) FailToRead(name);
+    return file;
+  }
+
+  static void Append(FILE* file, const std::string& name, OutputFile& output) {
     char buffer[65536];
-    for (size_t read; (read = std::fread(buffer, 1, sizeof buffer, file.get())) > 0;)
+    for (size_t read; (read = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
       output.Write(buffer, read);
-    if (std::ferror(file.get()) != 0) FailToRead(name);
+    if (std::ferror(file) != 0) FailToRead(name);
   }
 
   std::string m_output;

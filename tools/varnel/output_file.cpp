@@ -39,6 +39,11 @@ void OutputFile::OpenTemporary() {
     Fail();
   }
   m_file.reset(fdopen(descriptor, "wb"));
+  if (m_file != nullptr) return;
+  const int error = errno;
+  close(descriptor);
+  unlink(m_temporary.c_str());
+  errno = error;
 }
 
 void OutputFile::Write(const void* data, size_t size) {

@@ -60,7 +60,7 @@ class ReportRun {
 
   std::string Hint() const {
     if (m_shownPackage || m_shownScript) return "";
-    return std::string("; no ") + (SpeaksTl1() ? "TL1" : "MML") + " report was recognised";
+    return SpeaksTl1() ? "; no TL1 report was recognised" : "; no MML report was recognised (for TL1 give --ne)";
   }
 
   bool SpeaksTl1() const { return VARNEL_COMMON::IsTL1NeID(m_options.element); }
