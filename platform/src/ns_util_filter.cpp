@@ -35,7 +35,7 @@ std::string QuotedKeys() {
 std::string KeyValue() {
   const std::string key = Key();
   const std::string quoted = QUOTED;
-  return "(" + key + ")" + QuotedKeys() + "(?:" + quoted + R"re(|(?:[^\s,;]*)re" + key + "(?:" + quoted +
+  return "(" + key + ")" + QuotedKeys() + "(?:" + quoted + R"re(|(?:[^\s,;]*)re" + key + QuotedKeys() + "(?:" + quoted +
          R"re()?)+[^\s,;]*|[^\s,;]+))re";
 }
 

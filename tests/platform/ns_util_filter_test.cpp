@@ -150,6 +150,7 @@ TEST(LogFilter, QuotedKeyInThePlaceOfAValue) {
       {R"(pwd="token"="secret":hunter2 x)", R"(pwd=****** x)"},
       {R"(pwd="a token=b c" x)", R"(pwd="******" x)"},
       {R"(pwd="token\"=b c" x)", R"(pwd="******" x)"},
+      {R"(secret=apwd: "passwd" : "hunter 2"; z)", R"(secret=******; z)"},
   });
 }
 
