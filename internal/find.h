@@ -100,12 +100,12 @@ inline size_t FindLinear(std::string_view text, std::string_view piece, size_t f
 }
 
 /// The longest piece for which strstr() takes linear time: its comparisons then cost no more than a constant.
-constexpr size_t SHORT_PIECE = 32;
+constexpr size_t STRSTR_LIMIT = 32;
 
 /// strstr() in linear time.
 inline const char* FindInString(const char* text, const char* piece) {
   const size_t size = std::strlen(piece);
-  if (size <= SHORT_PIECE) return std::strstr(text, piece);
+  if (size <= STRSTR_LIMIT) return std::strstr(text, piece);
   const size_t found = FindLinear(text, {piece, size});
   return found == std::string_view::npos ? nullptr : text + found;
 }

@@ -6,7 +6,7 @@
 
 namespace {
 
-using VARNEL_INTERNAL::SHORT_PIECE;
+using VARNEL_INTERNAL::STRSTR_LIMIT;
 
 // What is left of a text while it is matched.
 class Rest {
@@ -15,7 +15,7 @@ class Rest {
 
   // Moves behind the first occurrence of a piece; false where there is none.
   bool SkipPast(std::string_view piece) {
-    const char* found = piece.size() <= SHORT_PIECE ? FindShort(piece) : FindLong(piece);
+    const char* found = piece.size() <= STRSTR_LIMIT ? FindShort(piece) : FindLong(piece);
     if (found == nullptr) return false;
     m_text = found + piece.size();
     return true;
@@ -27,8 +27,8 @@ class Rest {
 
  private:
   const char* FindShort(std::string_view piece) const {
-    char copy[SHORT_PIECE + 1];
-    copy[piece.copy(copy, SHORT_PIECE)] = '\0';
+    char copy[STRSTR_LIMIT + 1];
+    copy[piece.copy(copy, STRSTR_LIMIT)] = '\0';
     return std::strstr(m_text, copy);
   }
 

@@ -85,7 +85,7 @@ TEST(FindInString, FindsPiecesOfAnyLength) {
   std::string text(200, '.');
   std::iota(text.begin(), text.end(), '\x1F');
   for (size_t start = 1; start < text.size() / 2; start += 7) {
-    for (size_t size = 0; size <= 2 * VARNEL_INTERNAL::SHORT_PIECE; ++size) {
+    for (size_t size = 0; size <= 2 * VARNEL_INTERNAL::STRSTR_LIMIT; ++size) {
       const std::string piece = text.substr(start, size);
       const char* expected = size == 0 ? text.c_str() : text.c_str() + start;
       ASSERT_EQ(FindInString(text.c_str(), piece.c_str()), expected) << start << ' ' << size;
