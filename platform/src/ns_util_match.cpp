@@ -15,6 +15,7 @@ class Rest {
 
   // Moves behind the first occurrence of a piece; false where there is none.
   bool SkipPast(std::string_view piece) {
+    if (piece.empty()) return true;
     const char* found = piece.size() <= STRSTR_LIMIT ? FindShort(piece) : FindLong(piece);
     if (found == nullptr) return false;
     m_text = found + piece.size();
