@@ -1029,22 +1029,23 @@ TEST_F(Str, CaselessMatchThatStartsAgainBehindQuestionMarksIsLinear) {
             LINEAR_GROWTH);
 }
 
+void MatchByTheHost(const Pair& pair) {
+  strmcmp(pair.text.c_str(), pair.pattern.c_str());
+}
+
 TEST_F(Str, MatchByTheHostIsLinear) {
-  const auto match = [](const Pair& pair) { strmcmp(pair.text.c_str(), pair.pattern.c_str()); };
-  EXPECT_LT(Growth(
-                SIZE,
-                [](size_t size) {
-                  return Pair{std::string(size, 'a'), "*" + std::string(size / 2, 'a') + "b*"};
-                },
-                match),
-            LINEAR_GROWTH);
-  EXPECT_LT(Growth(
-                MANY_HITS,
-                [](size_t size) {
-                  return Pair{std::string(size, 'a'), Times(size / 2, "*a") + "*b"};
-                },
-                match),
-            LINEAR_GROWTH);
+  const auto longPiece = [](size_t size) {
+    return Pair{std::string(size, 'a'), "*" + std::string(size / 2, 'a') + "b*"};
+  };
+  EXPECT_LT(Growth(SIZE, longPiece, MatchByTheHost), LINEAR_GROWTH);
+}
+
+TEST_F(Str, MatchOfManyPiecesByTheHostIsLinear) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizers look at the whole rest of the text with each piece";
+#endif
+  const auto manyPieces = [](size_t size) { return Pair{std::string(size, 'a'), Times(size / 2, "*a") + "*b"}; };
+  EXPECT_LT(Growth(MANY_HITS, manyPieces, MatchByTheHost), LINEAR_GROWTH);
 }
 
 TEST_F(Str, SearchForAnAttributeThatNearlyOccursIsLinear) {
