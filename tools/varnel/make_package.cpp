@@ -110,9 +110,9 @@ class MakePackageCommand {
 
   // What cannot be read is to be known before standard output gets the first byte.
   void WritePackage() const {
+    OutputFile output(m_output);
     const File description = OpenIfNamed(m_description);
     const File payload = OpenIfNamed(m_payload);
-    OutputFile output(m_output);
     output.Write(Heads());
     output.Write(std::string(m_skipLength, '\0') + m_link + m_version + std::string(m_tailLength, '\0'));
     if (description != nullptr) {
