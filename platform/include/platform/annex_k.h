@@ -4,10 +4,10 @@
 #include <stddef.h>
 
 /// @file
-/// Bounded copies and formatting after C11 Annex K. Ordinary functions with C linkage, so that a host can supply its
-/// own. The bundled ones put no limit of their own on sizes. All are reentrant.
+/// Bounded copies and formatting as in C11 Annex K. Ordinary functions with C linkage, so that a host can supply its
+/// own. The bundled ones have no size limit. All are reentrant.
 
-// A host that is built with hidden names still offers these.
+// These names stay visible in a host that is built with hidden names.
 #pragma GCC visibility push(default)
 
 #ifdef __cplusplus
@@ -16,42 +16,42 @@ extern "C" {
 
 /// Copies bytes.
 ///
-/// @param dest     where to.
-/// @param destMax  size of `dest`, in bytes.
-/// @param src      where from.
-/// @param count    how many bytes; 0 copies nothing.
-/// @return 0; EINVAL when a pointer is null or the areas overlap, ERANGE when `count` exceeds `destMax`. After a
-///         failure the `destMax` bytes of `dest` are zero, unless `dest` is null.
+/// @param dest     destination.
+/// @param destMax  size of `dest` in bytes.
+/// @param src      source.
+/// @param count    number of bytes; 0 copies nothing.
+/// @return 0; EINVAL if a pointer is null or the areas overlap; ERANGE if `count` exceeds `destMax`. After a failure
+///         the `destMax` bytes of `dest` are zero, unless `dest` is null.
 int memcpy_s(void* dest, size_t destMax, const void* src, size_t count);
 
-/// Sets bytes to a value; setting to zero is never optimised away.
+/// Sets bytes to a value. Setting them to zero is never optimised away.
 ///
-/// @param dest     where.
-/// @param destMax  size of `dest`, in bytes.
-/// @param c        the value, of which the low 8 bits count.
-/// @param count    how many bytes.
-/// @return 0; EINVAL when `dest` is null, ERANGE when `count` exceeds `destMax`, all `destMax` bytes then being set.
+/// @param dest     destination.
+/// @param destMax  size of `dest` in bytes.
+/// @param c        the value; only its low 8 bits count.
+/// @param count    number of bytes.
+/// @return 0; EINVAL if `dest` is null; ERANGE if `count` exceeds `destMax`, after all `destMax` bytes were set.
 int memset_s(void* dest, size_t destMax, int c, size_t count);
 
 /// Copies at most `count` characters of a text and terminates the result.
 ///
-/// @param dest     where to.
-/// @param destMax  size of `dest`, in bytes, the NUL included.
-/// @param src      the text, which needs no NUL within its first `count` characters.
-/// @param count    the most characters to copy, the NUL not included.
-/// @return 0; EINVAL when a pointer is null or the areas overlap, ERANGE when the text and its terminator do not fit
-///         into `destMax` bytes. After a failure `dest` is the empty text, unless it is null or `destMax` is 0.
+/// @param dest     destination.
+/// @param destMax  size of `dest` in bytes, including the NUL.
+/// @param src      the text; needs no NUL within its first `count` characters.
+/// @param count    maximum number of characters to copy, without the NUL.
+/// @return 0; EINVAL if a pointer is null or the areas overlap; ERANGE if the text and its terminator do not fit into
+///         `destMax` bytes. After a failure `dest` is the empty text, unless it is null or `destMax` is 0.
 int strncpy_s(char* dest, size_t destMax, const char* src, size_t count);
 
 /// Formats at most `count` characters and terminates the result.
 ///
-/// @param dest     where to.
-/// @param destMax  size of `dest`, in bytes, the NUL included.
-/// @param count    the most characters to write, the NUL not included.
-/// @param format   as that of printf(), followed by its values.
-/// @return the number of characters written; -1 when a pointer is null, `destMax` is 0, the format fails, or the
-///         result does not fit into `count` characters and `destMax` bytes. `dest` then holds the empty text, unless
-///         it is null or `destMax` is 0.
+/// @param dest     destination.
+/// @param destMax  size of `dest` in bytes, including the NUL.
+/// @param count    maximum number of characters to write, without the NUL.
+/// @param format   format of printf(), followed by its values.
+/// @return the number of characters written; -1 if a pointer is null, `destMax` is 0, the format fails, or the result
+///         does not fit into `count` characters and `destMax` bytes. `dest` is then the empty text, unless it is null
+///         or `destMax` is 0.
 int snprintf_s(char* dest, size_t destMax, size_t count, const char* format, ...)
 #ifdef __GNUC__
     __attribute__((format(printf, 4, 5)))
