@@ -28,11 +28,24 @@ int OpenFlags(const char* mode) {
   return flags | (readAndWrite ? O_RDWR : mode[0] == 'r' ? O_RDONLY : O_WRONLY);
 }
 
-bool WouldBlock(int descriptor) {
-  // Asking for the position tells usual files from the others faster than fstat() does.
-  if (lseek(descriptor, 0, SEEK_CUR) != -1) return false;
+// The first attempt does not block. It fails with EWOULDBLOCK for a file on which another process holds a lease; the
+// second attempt then waits for it, but never for anything that is not a regular file.
+int Open(const char* path, int flags) {
+  constexpr mode_t MODE = 0666;  // before the process's umask
+  const int descriptor = open(path, flags | O_NONBLOCK, MODE);
+  if (descriptor != -1 || errno != EWOULDBLOCK) return descriptor;
   struct ::stat status;
-  return fstat(descriptor, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
+  if (::stat(path, &status) != 0) return -1;
+  if (!S_ISREG(status.st_mode)) {
+    errno = EWOULDBLOCK;
+    return -1;
+  }
+  return open(path, flags, MODE);
+}
+
+bool IsFifo(int descriptor) {
+  struct ::stat status;
+  return fstat(descriptor, &status) == 0 && S_ISFIFO(status.st_mode);
 }
 
 FILE* CloseAndFail(int descriptor, int error) {
@@ -51,9 +64,9 @@ FILE* fopen(const char* path, const char* mode, const char* /*encoding*/) {
     errno = EINVAL;
     return nullptr;
   }
-  const int descriptor = open(path, flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
+  const int descriptor = Open(path, flags | O_CLOEXEC | O_NOCTTY);
   if (descriptor == -1) return nullptr;
-  if (WouldBlock(descriptor)) return CloseAndFail(descriptor, ENXIO);
+  if (IsFifo(descriptor)) return CloseAndFail(descriptor, ENXIO);
   FILE* stream = fdopen(descriptor, mode);
   return stream != nullptr ? stream : CloseAndFail(descriptor, errno);
 }

@@ -4,9 +4,11 @@
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/un.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -205,6 +207,50 @@ TEST_F(KelpOs, SocketIsRefused) {
   ASSERT_EQ(listen(server, 1), 0);
   ExpectRefusal(path, ENXIO);
   close(server);
+}
+
+// A process that holds a write lease on a file, writes to it when another process wants to open it, and then ends.
+class LeaseHolder {
+ public:
+  explicit LeaseHolder(const std::string& path) {
+    int ready[2];
+    EXPECT_EQ(pipe2(ready, O_CLOEXEC), 0);
+    m_child = fork();
+    if (m_child == 0) Hold(path, ready[1]);
+    close(ready[1]);
+    char held = 0;
+    EXPECT_EQ(read(ready[0], &held, 1), 1) << "no lease";
+    close(ready[0]);
+  }
+  ~LeaseHolder() { waitpid(m_child, nullptr, 0); }
+  LeaseHolder(const LeaseHolder&) = delete;
+  LeaseHolder& operator=(const LeaseHolder&) = delete;
+
+ private:
+  [[noreturn]] static void Hold(const std::string& path, int ready) {
+    alarm(20);
+    sigset_t wanted;
+    sigemptyset(&wanted);
+    sigaddset(&wanted, SIGIO);
+    sigprocmask(SIG_BLOCK, &wanted, nullptr);
+    const int file = open(path.c_str(), O_RDWR | O_CLOEXEC);
+    int signal = 0;
+    const bool done = fcntl(file, F_SETLEASE, F_WRLCK) == 0 && write(ready, "x", 1) == 1 &&
+                      sigwait(&wanted, &signal) == 0 && write(file, "new", 3) == 3;
+    _exit(done ? 0 : 1);
+  }
+
+  pid_t m_child = -1;
+};
+
+TEST_F(KelpOs, LeaseOfAnotherProcessIsWaitedFor) {
+  const std::string path = folder.Write("file", "old");
+  for (const char* mode : {"r", "r+", "a+"}) {
+    const LeaseHolder holder(path);
+    const File file = Open(path, mode);
+    ASSERT_NE(file, nullptr) << mode << ' ' << std::strerror(errno);
+    EXPECT_EQ(ReadAll(file), "new") << mode;
+  }
 }
 
 TEST_F(KelpOs, FolderOpensForReadingOnlyAsWithTheCLibrary) {

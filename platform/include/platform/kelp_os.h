@@ -8,7 +8,7 @@
 /// @file
 /// File calls of the host.
 
-// A host that is built with hidden names still offers these.
+// These names stay visible in a host that is built with hidden names.
 #pragma GCC visibility push(default)
 
 /// File calls of the host, which must be safe from several threads at once.
@@ -16,20 +16,20 @@ namespace KELP_OS {
 
 /// Opens a file as std::fopen does.
 ///
-/// The bundled implementation takes `path` as bytes, opens close-on-exec and never blocks: a FIFO or a socket is
-/// refused with ENXIO instead of being waited for.
+/// The bundled implementation takes `path` as bytes and opens close-on-exec. It refuses a FIFO or a socket with ENXIO
+/// and never waits for one. It waits for a lease that another process holds on a regular file, as open(2) does.
 ///
-/// @param path      of the file; null fails with EINVAL.
-/// @param mode      as that of std::fopen; null or an unknown one fails with EINVAL.
-/// @param encoding  of `path`; the library always passes "UTF-8".
+/// @param path      path of the file; null fails with EINVAL.
+/// @param mode      mode as for std::fopen; null or an unknown one fails with EINVAL.
+/// @param encoding  encoding of `path`; the library always passes "UTF-8".
 /// @return the stream, which the caller closes with std::fclose, or null with errno set.
 FILE* fopen(const char* path, const char* mode, const char* encoding);
 
-/// Tells the state of a file as stat(2) does, following symbolic links.
+/// Reads the status of a file as stat(2) does, following symbolic links.
 ///
-/// @param path      of the file; null fails with EINVAL.
-/// @param buffer    gets the state; null fails with EINVAL.
-/// @param encoding  of `path`; the library always passes "UTF-8".
+/// @param path      path of the file; null fails with EINVAL.
+/// @param buffer    receives the status; null fails with EINVAL.
+/// @param encoding  encoding of `path`; the library always passes "UTF-8".
 /// @return 0, or -1 with errno set.
 int stat(const char* path, struct ::stat* buffer, const char* encoding);
 
