@@ -1,10 +1,10 @@
 #include "platform/log_process.h"
 
+#include <cxxabi.h>
 #include <spdlog/sinks/stdout_sinks.h>
 #include <spdlog/spdlog.h>
 
-#include <exception>
-#include <new>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -24,22 +24,37 @@ spdlog::sinks::sink& StandardError() {
   return sink;
 }
 
+// Example: a line feed becomes "\x0a". No text can add a line to the log or control a terminal.
+std::string Escaped(std::string_view text) {
+  constexpr char DIGITS[] = "0123456789abcdef";
+  std::string escaped;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < ' ' || byte == 0x7F) {
+      escaped.append("\\x").append(1, DIGITS[byte >> 4]).append(1, DIGITS[byte & 0xF]);
+    } else {
+      escaped += c;
+    }
+  }
+  return escaped;
+}
+
 void WriteTo(spdlog::sinks::sink& sink, const spdlog::details::log_msg& line) {
   try {
     sink.log(line);
     sink.flush();
-  } catch (const std::bad_alloc&) {
-    throw;
-  } catch (const std::exception&) {
-    // A sink that cannot write must not stop the operation that is being reported on.
+  } catch (const abi::__forced_unwind&) {
+    throw;  // the thread is being cancelled, which must not be stopped
+  } catch (...) {
+    // A sink that cannot write must not stop the operation that reports.
   }
 }
 
 // Lines go to the sinks themselves: a logger's level would hold them back, and they are to be written unconditionally.
 void Write(const char* module, EN_LOG_LEVEL level, std::string_view text, const LocationInfo& location) {
   const spdlog::source_loc source(location.Module(), location.Line(), location.Function());
-  const spdlog::details::log_msg line(source, module, SpdlogLevel(level),
-                                      spdlog::string_view_t(text.data(), text.size()));
+  const std::string escaped = Escaped(text);
+  const spdlog::details::log_msg line(source, module, SpdlogLevel(level), escaped);
   const auto logger = spdlog::get(module);
   if (logger == nullptr) return WriteTo(StandardError(), line);
   for (const auto& sink : logger->sinks())

@@ -6,16 +6,16 @@
 /// @file
 /// The logging service of the host.
 
-// A host that is built with hidden names still offers these.
+// These names stay visible in a host that is built with hidden names.
 #pragma GCC visibility push(default)
 
-/// Severity of a log line. The library writes under these two values only; a host may add its own.
+/// Severity of a log line. The library uses only these two values; a host may add its own.
 enum EN_LOG_LEVEL : int {
   EN_LOG_LEVEL_WARNING = 3,  ///< a limit was exceeded; the operation truncated or refused its input
   EN_LOG_LEVEL_ERROR = 5,    ///< a call or a consistency check failed; the line carries an error code
 };
 
-/// Where a log line comes from: source module ("cmdstr"), bare function name ("GetMsg") and source line.
+/// The origin of a log line: source module ("cmdstr"), bare function name ("GetMsg") and source line.
 ///
 /// A plain value. It keeps the two pointers it is given, which must outlive it; the library passes literals.
 class LocationInfo {
@@ -35,22 +35,24 @@ class LocationInfo {
 };
 
 /// The host's logging service. Both overloads write the line unconditionally, whatever level filter the service has,
-/// and must be safe to call from several threads at once. The bundled ones throw std::bad_alloc alone.
+/// and must be safe to call from several threads at once. The bundled ones write control characters of the text, tab
+/// and DEL included, as "\xNN", so that a text cannot add a line to the log. They ignore the failure of a sink, and
+/// throw only std::bad_alloc, if the line itself cannot be composed.
 class LogProcess {
  public:
-  /// Writes a line; the library's warnings come this way.
+  /// Writes a line. The library's warnings use this overload.
   ///
-  /// @param module    the name under which the host files the line; the library always passes "transcommon_log".
-  /// @param level     its severity.
-  /// @param text      the line, already through the sensitive-text filter. It may hold NULs.
-  /// @param location  where it comes from; valid during the call only.
+  /// @param module    the name of the log; the library always passes "transcommon_log".
+  /// @param level     the severity of the line.
+  /// @param text      the line, after the sensitive-text filter. May contain NULs.
+  /// @param location  the origin of the line; valid during the call only.
   static void ForceLog(const char* module, EN_LOG_LEVEL level, const std::string& text, const LocationInfo& location);
 
-  /// Writes a line; the library's error reports come this way.
+  /// Writes a line. The library's error reports use this overload.
   ///
   /// @param module    as above.
   /// @param level     as above.
-  /// @param text      the line, its message already through the sensitive-text filter.
+  /// @param text      the line, its message after the sensitive-text filter.
   /// @param location  as above.
   static void ForceLog(const char* module, EN_LOG_LEVEL level, const char* text, const LocationInfo& location);
 };
