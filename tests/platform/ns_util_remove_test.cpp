@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -95,13 +96,50 @@ TEST_F(Remove, EmptyFolder) {
   EXPECT_FALSE(Exists(path));
 }
 
-TEST_F(Remove, FolderMayBeSpelledWithSlashesBehindIt) {
+TEST_F(Remove, FolderMayBeSpelledWithTrailingSlashes) {
   for (const char* spelling : {"tree/", "tree//", "/tree", "sub/../tree/"}) {
     MakeFolder("sub");
     MakeFolder("tree/inner");
     EXPECT_EQ(RemoveDir(folder.Path(spelling)), 0) << spelling;
     EXPECT_FALSE(Exists(folder.Path("tree"))) << spelling;
   }
+}
+
+TEST_F(Remove, DotsAreRefusedBeforeAnythingIsTouched) {
+  const std::string file = (MakeFolder("tree/sub"), folder.Write("tree/file", "x"));
+  Link("tree", "link");
+  for (const char* path : {"tree/.", "tree/./", "tree/sub/..", "tree/sub/..//", "link/.", "link/sub/.."}) {
+    EXPECT_EQ(RemoveDir(folder.Path(path)), EINVAL) << path;
+    EXPECT_EQ(RemoveFile(folder.Path(path)), EINVAL) << path;
+  }
+  const fs::path before = fs::current_path();
+  fs::current_path(folder.Path("tree/sub"));
+  for (const char* path : {".", "..", "./", "../"})
+    EXPECT_EQ(RemoveDir(path), EINVAL) << path;
+  fs::current_path(before);
+  EXPECT_TRUE(Exists(file));
+  EXPECT_TRUE(Exists(folder.Path("tree/sub")));
+}
+
+TEST_F(Remove, NamesThatBeginOrEndWithDotsAreOrdinary) {
+  for (const char* name : {"...", ".a", "a.", "a..", "..a"}) {
+    EXPECT_EQ(RemoveFile(folder.Write(name, "")), 0) << name;
+    EXPECT_EQ(RemoveDir(MakeFolder(name)), 0) << name;
+  }
+  EXPECT_TRUE(fs::is_empty(folder.Path()));
+}
+
+// The test's folder is the root of the child process, which ends with it.
+TEST_F(Remove, RootStaysWithAllItHolds) {
+  if (geteuid() != 0) GTEST_SKIP() << "only root can change its root folder";
+  const std::string file = folder.Write("file", "x");
+  const pid_t child = fork();
+  if (child == 0)
+    _exit(chroot(folder.Path().c_str()) == 0 && RemoveDir("/") == EBUSY && RemoveDir("//") == EBUSY ? 0 : 1);
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  EXPECT_TRUE(Exists(file));
 }
 
 TEST_F(Remove, FolderWithAllItHolds) {
@@ -184,6 +222,27 @@ TEST_F(Remove, FolderWithoutReadRights) {
   EXPECT_TRUE(HoldsUnprivileged([&] { return RemoveDir(tree) == EACCES; }));
   EXPECT_TRUE(Exists(tree));
   fs::permissions(tree, fs::perms::all);
+}
+
+TEST_F(Remove, EmptyFolderNeedsNoReadRights) {
+  for (const unsigned int mode : {0000U, 0333U}) {
+    for (const char* path : {"tree", "tree/inner"}) {
+      const std::string unreadable = MakeFolder(path);
+      fs::permissions(folder.Path("tree"), fs::perms::all);
+      fs::permissions(unreadable, fs::perms(mode));
+      EXPECT_TRUE(HoldsUnprivileged([&] { return RemoveDir(folder.Path("tree")) == 0; })) << path << ' ' << mode;
+      EXPECT_FALSE(Exists(folder.Path("tree"))) << path << ' ' << mode;
+    }
+  }
+}
+
+TEST_F(Remove, FolderThatCannotBeRemovedKeepsWhatItHolds) {
+  const std::string file = (MakeFolder("tree/inner"), folder.Write("tree/inner/file", "x"));
+  fs::permissions(folder.Path("tree/inner"), fs::perms::all);
+  fs::permissions(folder.Path("tree"), fs::perms(0555));
+  EXPECT_TRUE(HoldsUnprivileged([&] { return RemoveDir(folder.Path("tree/inner")) == EACCES; }));
+  EXPECT_TRUE(Exists(file));
+  fs::permissions(folder.Path("tree"), fs::perms::all);
 }
 
 TEST_F(Remove, NoDescriptorStaysOpen) {

@@ -6,7 +6,7 @@
 /// @file
 /// Utility services of the host.
 
-// A host that is built with hidden names still offers these.
+// These names stay visible in a host that is built with hidden names.
 #pragma GCC visibility push(default)
 
 /// Utility services of the host. All of them must be safe to call from several threads at once.
@@ -36,23 +36,26 @@ class RepalaceSensInfo {
   /// Matches a text with a pattern.
   ///
   /// @param text     the text.
-  /// @param pattern  "*" stands for any run of characters, also an empty one; every other character for itself.
-  /// @return non-zero when the whole of `text` matches. The bundled matcher gives 0 when either is null, and takes
-  ///         time linear in the length of both.
+  /// @param pattern  "*" matches any run of characters, also an empty one; every other character matches itself.
+  /// @return non-zero if the whole of `text` matches. The bundled matcher returns 0 if either is null, and takes time
+  ///         linear in the length of both.
   int strmcmp(const char* text, const char* pattern);
 };
 
-/// Removes one file; a symbolic link is removed itself, never what it points to.
+/// Removes one file. Of a symbolic link it removes the link, not its target.
 ///
-/// @param path  of the file.
-/// @return 0, or an errno value: ENOENT for a missing file, EISDIR for a folder, EINVAL for a path with a NUL inside.
+/// @param path  path of the file.
+/// @return 0, or an errno value: ENOENT for a missing file, EISDIR for a folder, EINVAL for a path that contains a NUL
+///         or whose last component is "." or "..".
 int RemoveFile(const std::string& path);
 
-/// Removes a folder and all it holds. Symbolic links inside it are removed and never followed.
+/// Removes a folder and all its contents. Symbolic links in it are removed, never followed. An empty folder is removed
+/// even if it cannot be read. A folder that could not be removed even if it were empty keeps its contents.
 ///
-/// @param path  of the folder.
-/// @return 0, or an errno value: ENOENT for a missing folder, ENOTDIR for anything that is not a folder, a symbolic
-///         link to one included, EINVAL for a path with a NUL inside. After a failure part of the tree may be gone.
+/// @param path  path of the folder.
+/// @return 0, or an errno value: ENOENT for a missing folder; ENOTDIR for anything that is not a folder, including a
+///         symbolic link to one; EINVAL, before anything is touched, for a path that contains a NUL or whose last
+///         component is "." or "..". After any other failure part of the tree may be removed.
 int RemoveDir(const std::string& path);
 
 }  // namespace NS_UTIL
