@@ -20,7 +20,7 @@
 ///   blank, tab, line feed, vertical tab, form feed and carriage return; only ASCII letters have cases.
 /// - **Time.** Every operation takes time linear in the size of its arguments.
 ///
-/// Names and results that surprise are gathered in docs/surprises.md, each with the safe way.
+/// docs/pitfalls.md lists the behaviours that can cost data or security.
 
 #include "cmdstr.h"
 #include "comnemsg.h"

@@ -1,4 +1,4 @@
-// What docs/surprises.md tells, where the tests of the modules do not show it.
+// Behaviours that surprise callers, where the tests of the modules do not show them.
 
 #include <gtest/gtest.h>
 
