@@ -1,0 +1,318 @@
+  $ . "$SUPPORT/session.sh"
+  $ set +o pipefail   # report ends before its input does
+  $ cd "$DATA/reports"
+
+Script runs.
+
+  $ varnel report script-mml.txt
+  script 5/20 25%
+  script 10/20 50%
+  script 15/20 75%
+  script 20/20 100%
+  end SUCCESS, code 0
+  $ varnel report script-mml-failed.txt
+  script 5/20 25%
+  script 10/20 50%
+  script 15/20 75%
+  script 17/20 85%
+  end FAIL, code 1203, item 17: board 3 does not answer
+  [1]
+  $ varnel report --json script-mml.txt
+  {"event":"script","done":5,"total":20,"percent":25}
+  {"event":"script","done":10,"total":20,"percent":50}
+  {"event":"script","done":15,"total":20,"percent":75}
+  {"event":"script","done":20,"total":20,"percent":100}
+  {"event":"end","result":"SUCCESS","code":0,"item":null,"text":null}
+  $ varnel report --json script-mml-failed.txt
+  {"event":"script","done":5,"total":20,"percent":25}
+  {"event":"script","done":10,"total":20,"percent":50}
+  {"event":"script","done":15,"total":20,"percent":75}
+  {"event":"script","done":17,"total":20,"percent":85}
+  {"event":"end","result":"FAIL","code":1203,"item":"17","text":"board 3 does not answer"}
+  [1]
+  $ printf 'EVENT CAM RUN PROGRESS TOTAL  DONE_NUM 7 1;\n;\nEVENT CAM RUN END RSP SUCCESS' | varnel report -
+  script 1/7 100%
+  end SUCCESS, code 0
+
+Package loads.
+
+  $ varnel report --ne 0xFFFFFF package-mml.txt
+  package 0/12 0%
+  package 3/12 25%
+  package 9/12 75%
+  package 12/12 100%
+  package complete
+  $ varnel report --ne 0xFFFFFF package-mml-status.txt
+  package 1/4 25%
+  package 2/4 50%
+  package 4/4 100%
+  package complete
+  $ varnel report --ne 16777216 package-tl1.txt
+  package 0/12 0%
+  package 4/12 33%
+  package 8/12 66%
+  package 12/12 100%
+  package complete
+  $ varnel report --ne 16777216 package-tl1-files.txt
+  package 2/8 25%
+  package 5/8 62%
+  package 8/8 100%
+  package complete
+  $ varnel report --ne 16777216 package-tl1-slots.txt
+  package 1/3 33%
+  package 2/3 66%
+  package 3/3 100%
+  package complete
+  $ varnel report --json --ne 0x1000000 package-tl1.txt
+  {"event":"package","done":0,"total":12,"percent":0}
+  {"event":"package","done":4,"total":12,"percent":33}
+  {"event":"package","done":8,"total":12,"percent":66}
+  {"event":"package","done":12,"total":12,"percent":100}
+
+Without an end result.
+
+  $ sed '/RUN END/,$d' script-mml.txt | varnel report
+  script 5/20 25%
+  script 10/20 50%
+  script 15/20 75%
+  script 20/20 100%
+  ! varnel: -: no end result: the input ends
+  [1]
+  $ sed '/10:04/,$d' package-mml.txt | varnel report --json
+  {"event":"package","done":0,"total":12,"percent":0}
+  {"event":"package","done":3,"total":12,"percent":25}
+  {"event":"package","done":9,"total":12,"percent":75}
+  ! varnel: -: no end result: the input ends
+  [1]
+  $ printf 'EVENT CAM RUN END RSP FAIL 1 2\n' | varnel report
+  ! varnel: -: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  [1]
+  $ varnel report < /dev/null
+  ! varnel: -: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  [1]
+  $ varnel report package-tl1.txt
+  ! varnel: package-tl1.txt: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  [1]
+  $ varnel report --ne 0x1000000 script-mml.txt
+  ! varnel: script-mml.txt: no end result: the input ends; no TL1 report was recognised
+  [1]
+  $ varnel report script-mml.txt > /dev/full
+  ! varnel: standard output: cannot write
+  [1]
+  $ cd "$OLDPWD"
+
+Keys.
+
+  $ line() { echo "$1 EVENT CAM RUN END RSP SUCCESS $2"; echo ";"; }
+  $ { line NE-1 1; line NE-2 2; line NE-3 3; } > both.txt
+  $ varnel report both.txt
+  end SUCCESS, code 1
+  $ varnel report --key NE-2 both.txt
+  end SUCCESS, code 2
+  $ varnel report --key 'NE-*RSP*3*' both.txt
+  end SUCCESS, code 3
+  $ varnel report --key absent --key NE-3 both.txt
+  end SUCCESS, code 3
+  $ varnel report --key absent both.txt
+  ! varnel: both.txt: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  [1]
+
+Where a report ends.
+
+  $ end() { echo "EVENT CAM RUN END $1"; }
+  $ { end 'RSP'; echo; end 'RSP SUCCESS 1'; } | varnel report --json
+  {"event":"end","result":"SUCCESS","code":1,"item":null,"text":null}
+  $ { end 'RSP'; echo ';'; end 'RSP SUCCESS 2'; } | varnel report --json
+  {"event":"end","result":"SUCCESS","code":2,"item":null,"text":null}
+  $ { end 'RSP'; printf ' >\r\n'; end 'RSP SUCCESS 3'; } | varnel report --json
+  {"event":"end","result":"SUCCESS","code":3,"item":null,"text":null}
+  $ { end 'RSP'; echo '<'; end 'RSP SUCCESS 4'; } | varnel report --json
+  {"event":"end","result":"SUCCESS","code":4,"item":null,"text":null}
+  $ { end 'RSP'; echo '---  END'; end 'RSP SUCCESS 5'; } | varnel report --json
+  {"event":"end","result":"SUCCESS","code":5,"item":null,"text":null}
+  $ { echo '+++ NE-WEST'; echo; end; printf ';\n>\n'; echo 'RSP SUCCESS 6'; echo '--- END'; } | varnel report --json
+  {"event":"end","result":"SUCCESS","code":6,"item":null,"text":null}
+  $ { echo '+++ NE-WEST'; end; echo '+++ NE-WEST'; end 'RSP FAIL 7 8 no; nothing > that < ends'; } | varnel report --json
+  {"event":"end","result":"FAIL","code":7,"item":"8","text":"no; nothing > that < ends"}
+  [1]
+  $ { end 'RSP FAIL 9 1 a'; echo 'b'; printf '\r\n'; echo 'c'; } | varnel report --json
+  {"event":"end","result":"FAIL","code":9,"item":"1","text":"a b"}
+  [1]
+  $ { end; echo; echo 'RSP SUCCESS 10 |'; end 'RSP SUCCESS 11'; } | varnel report --json --separator '|'
+  {"event":"end","result":"SUCCESS","code":10,"item":null,"text":null}
+  $ { end 'RSP FAIL 12 1 text--'; echo '=='; echo ';'; } | varnel report --json --separator $'--\n=='
+  {"event":"end","result":"FAIL","code":12,"item":"1","text":"text"}
+  [1]
+  $ end 'RSP SUCCESS 13' | varnel report --json --separator 'nowhere'
+  {"event":"end","result":"SUCCESS","code":13,"item":null,"text":null}
+
+Only changes are printed.
+
+  $ package() { echo "status=completed done=$1 total=$2;"; echo ";"; }
+  $ script() { echo "EVENT CAM RUN PROGRESS TOTAL  DONE_NUM $2 $1;"; echo ";"; }
+  $ {
+  >   package 1 4; script 1 40; package 1 4; script 1 40
+  >   package 2 4; package 2 5; package 1 5; package 0 0
+  >   script 50 40
+  >   echo "status=completed done=x total=9"
+  >   package 6 5; package 7 9
+  > } | varnel report
+  package 1/4 25%
+  script 1/40 2%
+  package 2/4 50%
+  package 2/5 40%
+  package 1/5 20%
+  package 0/0 0%
+  script 50/40 125%
+  package 7/9 77%
+  ! varnel: -: no end result: the input ends
+  [1]
+
+A report has at most 10485760 bytes.
+
+  $ fill() { head -c "$1" /dev/zero | tr '\0' x; }
+  $ end='EVENT CAM RUN END RSP SUCCESS 0'
+  $ { printf '%s ' "$end"; fill $((10485760 - ${#end} - 1)); } > longest
+  $ varnel report longest > shown; head -c 100 shown
+  end SUCCESS, code 0
+  $ { cat longest; fill 1; } | varnel report
+  ! varnel: -: a report is longer than 10485760 bytes
+  [1]
+  $ { fill 10485761; echo; echo ';'; echo "$end"; } | varnel report
+  ! varnel: -: a report is longer than 10485760 bytes
+  [1]
+  $ { for _ in 1 2 3; do fill 9000000; printf '\n\n'; done; echo "$end"; } | varnel report
+  end SUCCESS, code 0
+  $ { fill 10485761; echo "|$end"; } | varnel report --separator '|'
+  ! varnel: -: a report is longer than 10485760 bytes
+  [1]
+  $ yes "$(fill 500)" | varnel report
+  ! varnel: -: a report is longer than 10485760 bytes
+  [1]
+
+Files that cannot be read.
+
+  $ mkdir folder
+  $ echo x > secret.txt
+  $ chmod 0 secret.txt
+  $ varnel report absent.txt
+  ! varnel: absent.txt: No such file or directory
+  [1]
+  $ varnel report folder
+  ! varnel: folder: is a folder
+  [1]
+  $ varnel report --follow absent.txt
+  ! varnel: absent.txt: No such file or directory
+  [1]
+  $ varnel report --follow folder
+  ! varnel: folder: is a folder
+  [1]
+  $ varnel report --follow /dev/null
+  ! varnel: /dev/null: --follow reads regular files only
+  [1]
+  $ with_permissions varnel report secret.txt
+  ! varnel: secret.txt: Permission denied
+  [1]
+
+Wrong usage.
+
+  $ try() { varnel report "$@" < /dev/null || echo "status $? of $*"; }
+  $ for ne in x -1 4294967296 0x 0x100000000 1.5 ''; do try --ne "$ne"; done
+  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel report --help tells the usage.
+  status 2 of --ne x
+  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel report --help tells the usage.
+  status 2 of --ne -1
+  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel report --help tells the usage.
+  status 2 of --ne 4294967296
+  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel report --help tells the usage.
+  status 2 of --ne 0x
+  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel report --help tells the usage.
+  status 2 of --ne 0x100000000
+  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel report --help tells the usage.
+  status 2 of --ne 1.5
+  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel report --help tells the usage.
+  status 2 of --ne 
+  $ for seconds in 0 -1 x nan inf 31536001 1s; do try --timeout "$seconds"; done
+  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel report --help tells the usage.
+  status 2 of --timeout 0
+  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel report --help tells the usage.
+  status 2 of --timeout -1
+  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel report --help tells the usage.
+  status 2 of --timeout x
+  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel report --help tells the usage.
+  status 2 of --timeout nan
+  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel report --help tells the usage.
+  status 2 of --timeout inf
+  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel report --help tells the usage.
+  status 2 of --timeout 31536001
+  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel report --help tells the usage.
+  status 2 of --timeout 1s
+  $ for address in host 127.0.0.1: :7 ::1:7 '[::1]' '[]:7' host:0 host:65536 host:x host:7x; do try --connect "$address"; done
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect host
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect 127.0.0.1:
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect :7
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect ::1:7
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect [::1]
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect []:7
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect host:0
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect host:65536
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect host:x
+  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel report --help tells the usage.
+  status 2 of --connect host:7x
+  $ try --connect 127.0.0.1:7 file
+  ! varnel: FILE excludes --connect
+  ! varnel report --help tells the usage.
+  status 2 of --connect 127.0.0.1:7 file
+  $ try --connect 127.0.0.1:7 --follow
+  ! varnel: --connect excludes --follow
+  ! varnel report --help tells the usage.
+  status 2 of --connect 127.0.0.1:7 --follow
+  $ try --follow
+  ! varnel: --follow: goes with a FILE only
+  ! varnel report --help tells the usage.
+  status 2 of --follow
+  $ try --follow -
+  ! varnel: --follow: goes with a FILE only
+  ! varnel report --help tells the usage.
+  status 2 of --follow -
+  $ try --separator ''
+  ! varnel: --separator: is empty
+  ! varnel report --help tells the usage.
+  status 2 of --separator 
+  $ try one two
+  ! varnel: unexpected argument: two
+  ! varnel report --help tells the usage.
+  status 2 of one two

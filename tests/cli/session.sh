@@ -1,0 +1,48 @@
+# shellcheck shell=bash
+# Sourced by the sessions: the command with its standard error marked, sample files, and elements to connect to.
+
+# Runs a command. The lines of its standard error come after its output, each after "! ".
+marked() {
+  local errors status=0
+  { errors=$("$@" 2>&1 >&3 3>&-) || status=$?; } 3>&1
+  [ -z "$errors" ] || sed 's/^/! /' <<< "$errors" >&2
+  return "$status"
+}
+
+varnel() { marked command varnel "$@"; }
+
+# Runs a command for which file permissions count even if the user is root.
+with_permissions() {
+  if [ "$(id -u)" -eq 0 ]; then marked setpriv --bounding-set=-dac_override,-dac_read_search "$@"; else "$@"; fi
+}
+
+on_terminal() { script -qec "$1" /dev/null < /dev/null; }
+
+# Writes sample.pkg, a good package.
+make_sample() {
+  varnel make-package -d "$DATA/description.txt" -p "$DATA/payload.txt" --version-text 2.10T20260115 \
+    --link "sample -> mainboard" --type 2 --extension 7 --gap 3,0,0,2 --skip-length 4 --tail-length 5 sample.pkg
+}
+
+# put FILE OFFSET BYTES: overwrites bytes; BYTES as printf takes them
+put() {
+  # shellcheck disable=SC2059
+  printf "$3" | dd of="$1" bs=1 seek="$2" conv=notrunc status=none
+}
+
+# serve ARGUMENT...: starts an element and sets $address. It ends with the connection, or by itself.
+serve() {
+  local port output
+  exec {output}< <(exec varnel_element "$@" < /dev/null)
+  read -r port <&"$output"
+  export address=127.0.0.1:$port
+}
+
+# The name of this machine for itself; its number if no name is known.
+local_name() { if getent hosts localhost > /dev/null; then echo localhost; else echo 127.0.0.1; fi; }
+
+# dismiss: ends an element that waits for nobody.
+dismiss() { kill "$!" && { wait "$!" || true; }; }
+
+# Replaces the port of an element, which changes from run to run.
+without_port() { sed 's/127\.0\.0\.1:[0-9]*/127.0.0.1:PORT/'; }

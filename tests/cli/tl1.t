@@ -1,0 +1,314 @@
+  $ . "$SUPPORT/session.sh"
+  $ cd "$PROJECT/tests/captures"
+  $ varnel tl1 00-by-the-book.tl1
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes
+  
+  response  COMPLD  ctag 1
+    from  NORTH1  26-03-04  05:06:07
+    at    7, 100 bytes
+      "SLOT-1:MAIN,OK"
+      STATE=IS
+      /* all of it */
+  
+  acknowledgement  PF  ctag 2
+    at    109, 7 bytes
+  
+  acknowledgement  OK  ctag 3
+    at    116, 7 bytes
+  
+  acknowledgement  NA  ctag 4
+    at    123, 7 bytes
+  
+  acknowledgement  NG  ctag 5
+    at    130, 7 bytes
+  
+  acknowledgement  RL  ctag 6
+    at    137, 7 bytes
+  
+  acknowledgement  IP
+    at    146, 5 bytes
+  
+  response  DENY  ctag 2
+    from  NORTH1  26-03-04  05:06:07
+    at    151, 88 bytes
+      ICNV
+      /* Input, Command Not Valid */
+  
+  response  PRTL  ctag 3
+    from  NORTH1  26-03-04  05:06:07
+    at    239, 66 bytes
+      "SLOT-2:\"half\""
+  
+  response  DELAY  ctag 4
+    from  NORTH1  26-03-04  05:06:07
+    at    305, 45 bytes
+  
+  autonomous  *C  REPT ALM EQPT  atag 10
+    from  NORTH1  26-03-04  05:06:07
+    at    350, 75 bytes
+      "SLOT-1:CR,FAIL"
+  
+  autonomous  **  REPT ALM COM  atag 11
+    from  NORTH1  26-03-04  05:06:07
+    at    425, 69 bytes
+      "NORTH1:MJ"
+  
+  autonomous  *  REPT ALM ENV  atag 12
+    from  NORTH1  26-03-04  05:06:07
+    at    494, 67 bytes
+      "DOOR:MN"
+  
+  autonomous  A  REPT EVT  atag 13
+    from  NORTH1  26-03-04  05:06:07
+    at    561, 67 bytes
+      "SLOT-1:DONE"
+  
+  autonomous  A  REPT DBCHG  atag 14
+    from  NORTH1  26-03-04  05:06:07
+    at    628, 51 bytes
+  
+  response  COMPLD  ctag 5  (continues)
+    from  NORTH1  26-03-04  05:06:07
+    at    679, 58 bytes
+      "first"
+  
+  response  COMPLD  ctag 5
+    from  NORTH1  26-03-04  05:06:07
+    at    737, 59 bytes
+      "second"
+  
+  $ varnel tl1 --join 09-continuations.tl1
+  response  COMPLD  ctag 1
+    from  NORTH1  26-03-04  05:06:07
+    at    0, 192 bytes
+      "1/3"
+      "a;b"
+      "2/3"
+      SLOT-1;UP
+      "3/3"
+  
+  response  COMPLD  ctag 2
+    from  NORTH1  26-03-04  05:06:07
+    at    192, 91 bytes
+      "1/3"
+      "2/3"
+      "3/3;
+      ;
+      "
+  
+  response  COMPLD  ctag 3
+    from  NORTH1  26-03-04  05:06:07
+    at    283, 82 bytes
+      "1/2"
+      "2/2"
+  
+  prompt  (continues)
+    at    419, 3 bytes
+  
+  response  COMPLD  ctag 4
+    from  NORTH1  26-03-04  05:06:07
+    at    365, 171 bytes
+      "1/3"
+      "2/3"
+      "3/3"
+  
+  autonomous  A  REPT EVT  atag 6
+    from  NORTH1  26-03-04  05:06:07
+    at    592, 62 bytes
+      "between"
+  
+  response  COMPLD  ctag 5
+    from  NORTH1  26-03-04  05:06:07
+    at    536, 174 bytes
+      "1/2"
+      "2/2"
+  
+  $ varnel tl1 --json - < 14-cuts.tl1 | diff - 14-cuts.json
+  $ for capture in *.tl1; do
+  >   varnel tl1 --json "$capture" 2>&1 | diff - "${capture%.tl1}.json"
+  > done
+
+Filters.
+
+  $ count() {
+  >   varnel tl1 --json "$@" 00-by-the-book.tl1 |
+  >     sed -E 's/.*"type":"([a-z]*)".*"ctag":([^,]*),.*"code":([^,]*),.*/\1 \2 \3/'
+  > }
+  $ count --type acknowledgement --type prompt
+  acknowledgement "1" "IP"
+  acknowledgement "2" "PF"
+  acknowledgement "3" "OK"
+  acknowledgement "4" "NA"
+  acknowledgement "5" "NG"
+  acknowledgement "6" "RL"
+  acknowledgement null "IP"
+  $ count --type prompt,response
+  response "1" "COMPLD"
+  response "2" "DENY"
+  response "3" "PRTL"
+  response "4" "DELAY"
+  response "5" "COMPLD"
+  response "5" "COMPLD"
+  $ count --ctag 1,5 --ctag 3
+  acknowledgement "1" "IP"
+  response "1" "COMPLD"
+  acknowledgement "3" "OK"
+  acknowledgement "5" "NG"
+  response "3" "PRTL"
+  response "5" "COMPLD"
+  response "5" "COMPLD"
+  $ count --code '*C,**' --code DENY
+  response "2" "DENY"
+  autonomous null "*C"
+  autonomous null "**"
+  $ count --type response --ctag 1,2 --code COMPLD
+  response "1" "COMPLD"
+
+The strict form, and log lines.
+
+  $ varnel tl1 --strict --type unrecognised 00-by-the-book.tl1
+  unrecognised
+    at    146, 5 bytes
+      IP
+      <
+  
+  unrecognised
+    at    561, 67 bytes
+      NORTH1 26-03-04 05:06:07
+      A  13 REPT EVT
+      "SLOT-1:DONE"
+      ;
+  
+  unrecognised
+    at    628, 51 bytes
+      NORTH1 26-03-04 05:06:07
+      A  14 REPT DBCHG
+      ;
+  
+  $ varnel tl1 --strict 04-missing-header.tl1
+  unrecognised
+    at    0, 30 bytes
+      M  1 COMPLD
+      "no header"
+      ;
+  
+  unrecognised
+    at    32, 37 bytes
+      *C 7 REPT ALM EQPT
+      "no header"
+      ;
+  
+  unrecognised
+    at    72, 21 bytes
+      M  2 DENY
+      IIAC
+      ;
+  
+  response  COMPLD  ctag 3
+    from  GATE9  26-03-04  05:06:07
+    at    93, 68 bytes
+      "behind a gateway"
+  
+  unrecognised
+    at    161, 75 bytes
+      GATE9 26-03-04 05:06:07
+      A  8 REPT EVT EQPT
+      "NORTH1,SLOT-1:UP"
+      ;
+  
+  $ varnel tl1 --strict --json 02-four-digit-years.tl1
+  {"type":"unrecognised","offset":0,"length":71,"sid":null,"date":null,"time":null,"ctag":null,"atag":null,"code":null,"verb":null,"lines":["NORTH1 2026-03-04 05:06:07","A  1001 REPT EVT","\"SLOT-3:T-UP\"",";"],"continues":false}
+  {"type":"autonomous","offset":71,"length":74,"sid":"NORTH1","date":"2026-03-04","time":"05:06:07","ctag":null,"atag":"1002","code":"**","verb":"REPT ALM EQPT","lines":["\"SLOT-3:MJ\""],"continues":false}
+  {"type":"response","offset":145,"length":56,"sid":"NORTH1","date":"2026-03-04","time":"05:06:07","ctag":"9","atag":null,"code":"COMPLD","verb":null,"lines":["\"x\""],"continues":false}
+  $ varnel tl1 --strict --json "$DATA/tl1/session.tl1" | cmp - <(varnel tl1 --json "$DATA/tl1/session.tl1")
+  $ varnel -v tl1 --ctag 3 11-echoes-banners-telnet.tl1
+  response  COMPLD  ctag 3
+    from  NORTH1  26-03-04  05:06:07
+    at    339, 46 bytes
+  
+  ! varnel: 11-echoes-banners-telnet.tl1: skipped 236 bytes between messages: 3 echoes, 3 prompts, 5 other lines; 6 telnet sequences
+  $ printf 'M  1 COMPLD\r\n;' | varnel tl1 --strict -v
+  unrecognised
+    at    0, 14 bytes
+      M  1 COMPLD
+      ;
+  
+  ! varnel: -: skipped 0 bytes between messages: 0 echoes, 0 prompts, 0 other lines; 0 telnet sequences
+  $ printf '\r\n\n   NORTH1 x\r\nM  1 COMPLD\r\n;' | varnel tl1 --strict -v
+  unrecognised
+    at    16, 14 bytes
+      M  1 COMPLD
+      ;
+  
+  ! varnel: -: skipped 16 bytes between messages: 0 echoes, 0 prompts, 1 other lines; 0 telnet sequences
+  $ cd "$OLDPWD"
+
+Messages without an end.
+
+  $ printf 'IP 1\r\n<\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x' | varnel tl1
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes
+  
+  ! varnel: -: the last message, at offset 7, has no end
+  [1]
+  $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>' > cut
+  $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COM' >> cut
+  $ varnel tl1 --join --json cut
+  {"type":"response","offset":0,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COMPLD","verb":null,"lines":["\"x\""],"continues":true}
+  ! varnel: cut: the last message, at offset 54, has no end
+  [1]
+
+The limit of a message: the second one has 103 bytes.
+
+  $ { printf 'IP 1\r\n<'; printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "%050d"\r\n;' 0; } > long
+  $ varnel tl1 --limit 103 long
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes
+  
+  response  COMPLD  ctag 1
+    from  NORTH1  26-03-04  05:06:07
+    at    7, 103 bytes
+      "00000000000000000000000000000000000000000000000000"
+  
+  $ varnel tl1 --limit 102 long
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes
+  
+  ! varnel: long: the message at offset 7 is longer than 102 bytes
+  [1]
+  $ for _ in 1 2 3; do printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>'; done | varnel tl1 --limit 100 --join
+  response  COMPLD  ctag 1  (continues)
+    from  NORTH1  26-03-04  05:06:07
+    at    0, 108 bytes
+      "x"
+      "x"
+  
+  ! varnel: -: an answer in several parts is longer than 100 bytes
+  [1]
+  $ printf '   NORTH1 26-03-04 05:06:07' | varnel tl1 --limit 20
+  ! varnel: -: the message at offset 0 is longer than 20 bytes
+  [1]
+
+Files that cannot be read, empty ones, and wrong usage.
+
+  $ mkdir folder
+  $ varnel tl1 absent
+  ! varnel: absent: No such file or directory
+  [1]
+  $ varnel tl1 --json folder
+  ! varnel: folder: is a folder
+  [1]
+  $ varnel tl1 /dev/null
+  $ varnel tl1 --type answer x
+  ! varnel: --type: answer is none of acknowledgement, response, autonomous, prompt, unrecognised
+  ! varnel tl1 --help tells the usage.
+  [2]
+  $ varnel tl1 --limit 0 x
+  ! varnel: --limit: is not a number from 1 to 1099511627776, decimal or 0x and hexadecimal
+  ! varnel tl1 --help tells the usage.
+  [2]
+  $ varnel tl1 one two
+  ! varnel: unexpected argument: two
+  ! varnel tl1 --help tells the usage.
+  [2]

@@ -1,0 +1,96 @@
+  $ . "$SUPPORT/session.sh"
+
+A message is printed while its stream is still open.
+
+  $ mkfifo answers
+  $ exec {live}< <(varnel tl1 < answers)
+  $ exec {feed}> answers
+  $ printf 'IP 1\r' >&"$feed"
+  $ for part in '\n' '<'; do
+  >   sleep 0.1
+  >   printf '%b' "$part" >&"$feed"
+  > done
+  $ read -r -t 20 line <&"$live" && echo "$line"
+  acknowledgement  IP  ctag 1
+  $ exec {feed}>&-
+  $ cat <&"$live"
+    at    0, 7 bytes
+  
+
+A growing file.
+
+  $ show() { IFS= read -r line <&"$live"; echo "$line" | cut -c 1-70; }
+  $ head -c 100 "$DATA/tl1/session.tl1" > growing.tl1
+  $ exec {live}< <(exec varnel tl1 --json --follow growing.tl1 --timeout 50)
+  $ show
+  {"type":"acknowledgement","offset":35,"length":9,"sid":null,"date":nul
+  $ tail -c +101 "$DATA/tl1/session.tl1" | head -c 100 >> growing.tl1
+  $ tail -c +201 "$DATA/tl1/session.tl1" >> growing.tl1
+  $ show
+  {"type":"response","offset":46,"length":133,"sid":"NE-EAST","date":"26
+  $ show
+  {"type":"autonomous","offset":181,"length":110,"sid":"NE-EAST","date":
+  $ show
+  {"type":"response","offset":293,"length":56,"sid":"NE-EAST","date":"26
+  $ kill "$!"
+
+Connections: whole, one byte at a time, cut off, refused, silent.
+
+  $ serve "$DATA/tl1/session.tl1"
+  $ varnel tl1 --json --connect "$address"
+  {"type":"acknowledgement","offset":35,"length":9,"sid":null,"date":null,"time":null,"ctag":"117","atag":null,"code":"IP","verb":null,"lines":[],"continues":false}
+  {"type":"response","offset":46,"length":133,"sid":"NE-EAST","date":"26-01-15","time":"12:00:07","ctag":"117","atag":null,"code":"COMPLD","verb":null,"lines":["\"SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\\\"second > third\\\"\"","/* one alarm */"],"continues":false}
+  {"type":"autonomous","offset":181,"length":110,"sid":"NE-EAST","date":"26-01-15","time":"12:00:31","ctag":null,"atag":"7860.7858","code":"*C","verb":"REPT ALM EQPT","lines":["\"SLOT-5:CR,FAN-FAIL,SA,01-15,12-00-31,NEND\""],"continues":false}
+  {"type":"response","offset":293,"length":56,"sid":"NE-EAST","date":"26-01-15","time":"12:01:02","ctag":"118","atag":null,"code":"DENY","verb":null,"lines":["PLNA"],"continues":false}
+  $ serve --piece 1 "$DATA/tl1/session.tl1"
+  $ varnel tl1 --connect "$address" --timeout 50
+  acknowledgement  IP  ctag 117
+    at    35, 9 bytes
+  
+  response  COMPLD  ctag 117
+    from  NE-EAST  26-01-15  12:00:07
+    at    46, 133 bytes
+      "SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\"second > third\""
+      /* one alarm */
+  
+  autonomous  *C  REPT ALM EQPT  atag 7860.7858
+    from  NE-EAST  26-01-15  12:00:31
+    at    181, 110 bytes
+      "SLOT-5:CR,FAN-FAIL,SA,01-15,12-00-31,NEND"
+  
+  response  DENY  ctag 118
+    from  NE-EAST  26-01-15  12:01:02
+    at    293, 56 bytes
+      PLNA
+  
+  $ head -c 330 "$DATA/tl1/session.tl1" > cut.tl1
+  $ serve --piece 100 --pause 5 cut.tl1
+  $ varnel tl1 --json --type response --connect "$address" 2>&1 | without_port
+  {"type":"response","offset":46,"length":133,"sid":"NE-EAST","date":"26-01-15","time":"12:00:07","ctag":"117","atag":null,"code":"COMPLD","verb":null,"lines":["\"SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\\\"second > third\\\"\"","/* one alarm */"],"continues":false}
+  ! varnel: 127.0.0.1:PORT: the last message, at offset 293, has no end
+  [1]
+  $ serve --refuse
+  $ varnel tl1 --connect "$address" 2>&1 | without_port
+  ! varnel: 127.0.0.1:PORT: Connection refused
+  [1]
+  $ dismiss
+  $ serve --silent "$DATA/tl1/session.tl1"
+  $ varnel tl1 --type acknowledgement --connect "$address" --timeout 1 2>&1 | without_port
+  acknowledgement  IP  ctag 117
+    at    35, 9 bytes
+  
+  ! varnel: 127.0.0.1:PORT: nothing came for 1 second
+  [1]
+
+A message that never ends meets the limit, a byte a second the time limit.
+
+  $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   no end in sight' > endless
+  $ serve --for-ever endless
+  $ varnel tl1 --limit 1000000 --connect "$address" 2>&1 | without_port
+  ! varnel: 127.0.0.1:PORT: the message at offset 0 is longer than 1000000 bytes
+  [1]
+  $ printf 'x' > drop
+  $ serve --for-ever --piece 1 --pause 1000 drop
+  $ varnel tl1 --timeout 0.3 --connect "$address" 2>&1 | without_port
+  ! varnel: 127.0.0.1:PORT: nothing came for 0.3 seconds
+  [1]
