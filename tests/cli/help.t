@@ -1,5 +1,4 @@
   $ . "$SUPPORT/session.sh"
-  $ subcommands() { varnel --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z0-9-]*\) .*/\1/p'; }
   $ varnel --help
   Tools for NE software packages and reports.
   
@@ -408,19 +407,5 @@
     varnel board --json - < boards.txt
         Tell of all boards in a file, one a line, for a program.
   == end of board
-
-The README has a row for each subcommand, and a document names each.
-
-  $ for subcommand in $(subcommands); do
-  >   grep -q "^| \`varnel $subcommand " "$PROJECT/README.md" || echo "README.md has no row for $subcommand"
-  >   grep -q "\`varnel $subcommand[\` ]" "$PROJECT"/docs/*.md || echo "no document in docs/ names varnel $subcommand"
-  > done
-
-Each subcommand has a line in terminal.t that shows it hostile bytes.
-
-  $ for subcommand in $(subcommands); do
-  >   grep -q "^  \$ show \(-v \)\?$subcommand .*\$bad" "$SUPPORT/terminal.t" || echo "terminal.t has no hostile bytes for $subcommand"
-  > done
-
   $ varnel --version | sed 's/[0-9][0-9]*/N/g'
   varnel N.N.N

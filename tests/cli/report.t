@@ -173,7 +173,8 @@ A report has at most 10485760 bytes.
   $ fill() { head -c "$1" /dev/zero | tr '\0' x; }
   $ end='EVENT CAM RUN END RSP SUCCESS 0'
   $ { printf '%s ' "$end"; fill $((10485760 - ${#end} - 1)); } > longest
-  $ varnel report longest > shown; head -c 100 shown
+  $ varnel report longest > shown
+  $ head -c 100 shown
   end SUCCESS, code 0
   $ { cat longest; fill 1; } | varnel report
   ! varnel: -: a report is longer than 10485760 bytes

@@ -5,11 +5,13 @@
 marked() {
   local errors status=0
   { errors=$("$@" 2>&1 >&3 3>&-) || status=$?; } 3>&1
-  [ -z "$errors" ] || sed 's/^/! /' <<< "$errors" >&2
+  [ -z "$errors" ] || printf '! %s\n' "${errors//$'\n'/$'\n! '}" >&2
   return "$status"
 }
 
 varnel() { marked command varnel "$@"; }
+
+subcommands() { varnel --help | sed -n '/^Subcommands:/,/^$/s/^  \([a-z0-9-]*\) .*/\1/p'; }
 
 # Runs a command for which file permissions count even if the user is root.
 with_permissions() {
