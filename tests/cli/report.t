@@ -217,103 +217,73 @@ Files that cannot be read.
 
 Wrong usage.
 
-  $ try() { varnel report "$@" < /dev/null || echo "status $? of $*"; }
+  $ try() { varnel report "$@" 2>&1 < /dev/null | sed '/--help/d'; echo "status ${PIPESTATUS[0]} of $*"; }
   $ for ne in x -1 4294967296 0x 0x100000000 1.5 ''; do try --ne "$ne"; done
   ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
-  ! varnel report --help tells the usage.
   status 2 of --ne x
   ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
-  ! varnel report --help tells the usage.
   status 2 of --ne -1
   ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
-  ! varnel report --help tells the usage.
   status 2 of --ne 4294967296
   ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
-  ! varnel report --help tells the usage.
   status 2 of --ne 0x
   ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
-  ! varnel report --help tells the usage.
   status 2 of --ne 0x100000000
   ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
-  ! varnel report --help tells the usage.
   status 2 of --ne 1.5
   ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
-  ! varnel report --help tells the usage.
   status 2 of --ne 
   $ for seconds in 0 -1 x nan inf 31536001 1s; do try --timeout "$seconds"; done
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
-  ! varnel report --help tells the usage.
   status 2 of --timeout 0
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
-  ! varnel report --help tells the usage.
   status 2 of --timeout -1
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
-  ! varnel report --help tells the usage.
   status 2 of --timeout x
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
-  ! varnel report --help tells the usage.
   status 2 of --timeout nan
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
-  ! varnel report --help tells the usage.
   status 2 of --timeout inf
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
-  ! varnel report --help tells the usage.
   status 2 of --timeout 31536001
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
-  ! varnel report --help tells the usage.
   status 2 of --timeout 1s
   $ for address in host 127.0.0.1: :7 ::1:7 '[::1]' '[]:7' host:0 host:65536 host:x host:7x; do try --connect "$address"; done
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect host
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect 127.0.0.1:
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect :7
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect ::1:7
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect [::1]
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect []:7
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect host:0
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect host:65536
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect host:x
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  ! varnel report --help tells the usage.
   status 2 of --connect host:7x
   $ try --connect 127.0.0.1:7 file
   ! varnel: FILE excludes --connect
-  ! varnel report --help tells the usage.
   status 2 of --connect 127.0.0.1:7 file
   $ try --connect 127.0.0.1:7 --follow
   ! varnel: --connect excludes --follow
-  ! varnel report --help tells the usage.
   status 2 of --connect 127.0.0.1:7 --follow
   $ try --follow
   ! varnel: --follow: goes with a FILE only
-  ! varnel report --help tells the usage.
   status 2 of --follow
   $ try --follow -
   ! varnel: --follow: goes with a FILE only
-  ! varnel report --help tells the usage.
   status 2 of --follow -
   $ try --separator ''
   ! varnel: --separator: is empty
-  ! varnel report --help tells the usage.
   status 2 of --separator 
   $ try one two
   ! varnel: unexpected argument: two
-  ! varnel report --help tells the usage.
   status 2 of one two
