@@ -23,7 +23,7 @@ void LogProcess::ForceLog(const char* module, EN_LOG_LEVEL level, const std::str
   ForceLog(module, level, text.c_str(), location);
 }
 
-// Masks what stands behind any "=", where the bundled filter masks the values of password-like keys.
+// Masks the text after any "="; the bundled filter masks the values of password-like keys.
 void NS_UTIL::CDCLogFilter::replaceAllSensInfo(std::string& text) {
   constexpr std::string_view ENDS = " ,;/\"";
   std::string masked;

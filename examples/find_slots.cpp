@@ -1,4 +1,4 @@
-// Tells where boards sit, whatever form the slot is written in, and writes it as an element of a generation does.
+// Finds the slots of boards in several notations, and writes them as an element of each generation does.
 
 #include <varnel_common/publicdata.h>
 #include <varnel_common/str.h>
@@ -24,7 +24,7 @@ unsigned short Word(unsigned short shelf, unsigned short slot) {
 }  // namespace
 
 int main() {
-  // Shelf and slot start at 0: what a text does not tell stays as it is.
+  // Set shelf and slot to 0 first: a value that the text lacks stays as it is.
   unsigned short shelf = 0, slot = 0;
   const char* const alarm = "FAC-1-SLOT-3-12";
   if (!ParseTL1SlotID(alarm, shelf, slot)) return 1;
@@ -35,7 +35,7 @@ int main() {
   if (!ParseMMLSlotID(parameter, shelf, slot)) return 1;
   PrintSlot(parameter, Word(shelf, slot));
 
-  // The same text means different slots, so the caller says which form it is in.
+  // The same text means different slots; the caller chooses the notation.
   PrintSlot("305 as DC form", static_cast<unsigned short>(convertSlotDC("305")));
   PrintSlot("305 plainly", WSlotIDstr2i("305"));
   std::cout << "305 as the NE slot ID of an older element: " << GetNESlotID(305) << '\n';

@@ -10,7 +10,7 @@ using namespace VARNEL_COMMON;
 
 namespace {
 
-// Takes the next report: its body, and the line that ends it, ";" in TL1, "---    END" in MML.
+// Reads the next report: its body, and the line that ends it, ";" in TL1, "---    END" in MML.
 bool NextReport(std::istream& in, std::string& body, std::string& endLine) {
   body.clear();
   while (std::getline(in, endLine)) {
@@ -37,14 +37,14 @@ int main(int argc, char** argv) {
   CVNScriptFileGuageEvt script;
   CVNScriptFileEndEvt end;
   const bool tl1 = language == "tl1";
-  load.m_dwNEID = script.m_dwNEID = end.m_dwNEID = tl1 ? 0x1000001 : 0x000001;  // above 0xFFFFFF speak TL1
+  load.m_dwNEID = script.m_dwNEID = end.m_dwNEID = tl1 ? 0x1000001 : 0x000001;  // above 0xFFFFFF: TL1
   load.m_strEvtKey = tl1 ? "*REPT EVT *" : "*CPYFILE_PROGRESS*";
   script.m_strEvtKey = "CAM RUN PROGRESS";
   end.m_strEvtKey = "CAM RUN END";
 
   bool ended = false;
   for (std::string body, endLine; NextReport(std::cin, body, endLine);) {
-    // Counts are taken for whole when something follows them. A failure's text goes on to the end of what is given.
+    // Counts must be followed by a non-blank character. The text of a failure extends to the end of what is passed.
     const std::string report = body + endLine;
     const char* text = report.c_str();
     if (load.IsMyEvt(text) && load.HandleReport(text)) PrintProgress("load", load);

@@ -1,4 +1,4 @@
-// Picks the lines that match a pattern, whatever the case, and reads an attribute and the slot from each.
+// Selects the lines that match a pattern, without regard to case, and reads an attribute and the slot from each.
 
 #include <varnel_common/str.h>
 

@@ -19,7 +19,7 @@ int main(int argc, char** argv) {
     return 1;
   }
 
-  // A package with damaged heads can still be parsed, so whoever wants good ones asks for them first.
+  // ParsePkgFile() also accepts packages with damaged headers. Check the headers first.
   int fileType = 0;
   std::string linkTarget, version;
   const unsigned int result = CheckZEPFileHead(path, fileType, linkTarget, version);

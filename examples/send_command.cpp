@@ -11,7 +11,7 @@ using namespace VARNEL_COMMON;
 
 namespace {
 
-// Header in network order, and behind it the body.
+// The header in network order, then the body.
 std::string Send(const CComNEMsg& message) {
   CComNEHead head(message);
   head.ToNetOrder();
@@ -19,7 +19,7 @@ std::string Send(const CComNEMsg& message) {
   return wire.append(message.m_pMsg, message.usMsgLen);
 }
 
-// Whoever receives believes no length before there are that many bytes.
+// The length is used only after that many bytes have arrived.
 bool Receive(const std::string& wire, CComNEMsg& message) {
   CComNEHead head;
   if (wire.size() < sizeof head) return false;
