@@ -12,13 +12,13 @@ namespace VARNEL_COMMON {
 
 /// One text appended to a CCmdStr and not yet merged into it. Of no use to callers; it is here for the layout only.
 struct CmdStrPiece {
-  char* pData;             ///< the characters, without a terminator; owned by the CCmdStr
-  unsigned int nLen;       ///< number of characters
-  unsigned int nBlockLen;  ///< size of the memory block that begins with this piece; 0 where none begins with it
+  char* pData;        ///< the characters, without a terminator; owned by the CCmdStr
+  unsigned int nLen;  ///< number of characters
 };
 
 /// A command or report text that is put together piece by piece and read as one NUL-terminated text.
 ///
+/// Lengths are unsigned 32-bit values: an argument of 2^32 + 5 bytes counts as 5 bytes.
 /// A text holds at most 10485760 bytes; what does not fit is cut off and a warning logged, no result tells so.
 /// Whatever the object frees is overwritten with zeros first, except the old text that a merge replaces.
 ///
@@ -46,7 +46,7 @@ class VARNEL_API CCmdStr {
 
   /// Replaces the text.
   ///
-  /// A bounded copy that fails is not reported: as many NULs then stand in place of the text.
+  /// A bounded copy that fails is not reported: the text is what it left, NULs if it wrote nothing.
   ///
   /// @param pszMsg  may point into this object's own text. Null or empty changes nothing; what is longer than the
   ///                maximum is cut to it and a warning logged.
@@ -54,7 +54,7 @@ class VARNEL_API CCmdStr {
 
   /// Appends a text.
   ///
-  /// A bounded copy that fails is not reported: as many NULs are then appended.
+  /// A bounded copy that fails is not reported: what it left is appended, NULs if it wrote nothing.
   ///
   /// @param pszMsg  may point into this object's own text. Null or empty changes nothing. One longer than the maximum
   ///                is refused as a whole, one that would take the total beyond the maximum is cut, each with a
@@ -63,8 +63,8 @@ class VARNEL_API CCmdStr {
 
   /// Merges what was appended and gives the whole text.
   ///
-  /// A bounded copy that fails is reported; as many NULs then stand in place of its piece. Pieces follow what the text
-  /// reads up to its first NUL, so that they take the place of a serial number that AddSnMML() put behind one.
+  /// A bounded copy that fails is reported, and what it left is kept, NULs if it wrote nothing. Pieces follow the text
+  /// up to its first NUL, so that they overwrite a serial number that AddSnMML() put there.
   ///
   /// @return the text, NUL-terminated, never null. Owned by the object and valid until its text is replaced, emptied,
   ///         or merged again after AddMsg(); what reads it merges, copying and AddSnMML() too.
@@ -86,12 +86,10 @@ class VARNEL_API CCmdStr {
   int AddSnMML(unsigned short usSn);
 
  private:
-  VARNEL_HIDDEN char* NewPiece(unsigned int length);
-
   char* m_pCmdBuf;
   std::vector<CmdStrPiece> m_lstAddBuf;
   unsigned int m_nBufLen;
-  unsigned int m_nBlockRoom;  ///< free bytes behind the last piece
+  unsigned int m_nTextLen;  ///< length of the text in m_pCmdBuf, what AddSnMML() puts after its NUL included
 };
 
 }  // namespace VARNEL_COMMON

@@ -14,8 +14,11 @@ namespace {
 
 constexpr char MODULE[] = "cmdstr";
 constexpr unsigned int MAX_LENGTH = 10485760;  // 10 MiB; callers rely on it, it never changes
-constexpr unsigned int SMALLEST_BLOCK = 128;
-constexpr unsigned int LARGEST_BLOCK = 65536;
+
+// Lengths are 32-bit values: a text of 2^32 + 5 bytes counts as 5.
+unsigned int LengthOf(const char* text) {
+  return text == nullptr ? 0 : static_cast<unsigned int>(std::strlen(text));
+}
 
 void WipeAndFree(char* text, size_t length) {
   if (text == nullptr) return;
@@ -28,21 +31,14 @@ struct WipingDelete {
   void operator()(char* text) const { WipeAndFree(text, length); }
 };
 
-// A copy that fails leaves NULs, never what the memory held before.
-int CopyOrClear(char* dest, size_t destMax, const char* src, size_t count) {
-  const int result = memcpy_s(dest, destMax, src, count);
-  if (result != 0) memset_s(dest, count, 0, count);
-  return result;
-}
-
 void MergeCopy(char* dest, size_t destMax, const char* src, size_t count) {
-  const int result = CopyOrClear(dest, destMax, src, count);
+  const int result = memcpy_s(dest, destMax, src, count);
   if (result != 0) ReportError({MODULE, "GetMsg", __LINE__}, result, "GetMsg:memcpy_s failed");
 }
 
 }  // namespace
 
-CCmdStr::CCmdStr() : m_pCmdBuf(nullptr), m_nBufLen(0), m_nBlockRoom(0) {}
+CCmdStr::CCmdStr() : m_pCmdBuf(nullptr), m_nBufLen(0), m_nTextLen(0) {}
 
 CCmdStr::CCmdStr(const CCmdStr& other) : CCmdStr() {
   SetMsg(const_cast<CCmdStr&>(other).GetMsg());
@@ -58,24 +54,22 @@ CCmdStr::~CCmdStr() {
 }
 
 void CCmdStr::SetMsg(const char* pszMsg) {
-  if (pszMsg == nullptr || *pszMsg == '\0') return;
-  size_t length = std::strlen(pszMsg);
+  unsigned int length = LengthOf(pszMsg);
+  if (length == 0) return;
   if (length > MAX_LENGTH) {
     ReportWarning({MODULE, "SetMsg", __LINE__}, Compose("SetMsg: nDataLen beyond max, nDataLen:", MAX_LENGTH));
     length = MAX_LENGTH;
   }
-  auto* copy = new char[length + 1];
-  CopyOrClear(copy, length, pszMsg, length);
-  copy[length] = '\0';
+  auto* copy = new char[length + 1]();  // a copy that fails shows nothing of older memory
+  memcpy_s(copy, length, pszMsg, length);
   EmptyMsg();
   m_pCmdBuf = copy;
-  m_nBufLen = static_cast<unsigned int>(length);
+  m_nBufLen = m_nTextLen = length;
 }
 
 void CCmdStr::AddMsg(const char* pszMsg) {
-  if (pszMsg == nullptr) return;
-  size_t length = std::strlen(pszMsg);
-  const size_t room = MAX_LENGTH - std::min(m_nBufLen, MAX_LENGTH);
+  unsigned int length = LengthOf(pszMsg);
+  const unsigned int room = MAX_LENGTH - std::min(m_nBufLen, MAX_LENGTH);
   if (length > room) {
     ReportWarning({MODULE, "AddMsg", __LINE__},
                   Compose("SetMsg: nDataLen beyond max, nDataLen:", length, ", m_nBufLen:", m_nBufLen));
@@ -83,24 +77,10 @@ void CCmdStr::AddMsg(const char* pszMsg) {
     length = room;
   }
   if (length == 0) return;
-  CopyOrClear(NewPiece(static_cast<unsigned int>(length)), length, pszMsg, length);
-  m_nBufLen += static_cast<unsigned int>(length);
-}
-
-// Pieces share blocks of memory, which grow with the text.
-char* CCmdStr::NewPiece(unsigned int length) {
-  if (length <= m_nBlockRoom) {
-    const CmdStrPiece& last = m_lstAddBuf.back();
-    m_lstAddBuf.push_back({last.pData + last.nLen, length, 0});
-    m_nBlockRoom -= length;
-  } else {
-    const unsigned int size = std::max(length, std::clamp(m_nBufLen, SMALLEST_BLOCK, LARGEST_BLOCK));
-    auto block = std::make_unique<char[]>(size);
-    m_lstAddBuf.push_back({block.get(), length, size});
-    static_cast<void>(block.release());
-    m_nBlockRoom = size - length;
-  }
-  return m_lstAddBuf.back().pData;
+  auto copy = std::make_unique<char[]>(length);
+  m_lstAddBuf.push_back({copy.get(), length});
+  memcpy_s(copy.release(), length, pszMsg, length);
+  m_nBufLen += length;
 }
 
 const char* CCmdStr::GetMsg() {
@@ -116,19 +96,19 @@ const char* CCmdStr::GetMsg() {
 
   // Nothing of the object changes before the last report is out: reporting may throw.
   const size_t size = size_t{m_nBufLen} + 1;
-  std::unique_ptr<char[], WipingDelete> merged(new char[size], WipingDelete{size});
+  std::unique_ptr<char[], WipingDelete> merged(new char[size](), WipingDelete{size});
   if (m_pCmdBuf != nullptr) MergeCopy(merged.get(), size, m_pCmdBuf, offset);
   for (const CmdStrPiece& piece : m_lstAddBuf) {
+    if (piece.pData == nullptr) continue;
     MergeCopy(merged.get() + offset, piece.nLen, piece.pData, piece.nLen);
     offset += piece.nLen;
   }
-  memset_s(merged.get() + offset, size - offset, 0, size - offset);
 
   const unsigned int length = m_nBufLen;
   delete[] std::exchange(m_pCmdBuf, nullptr);  // as it is: the one text that is freed without being wiped
   EmptyMsg();
   m_pCmdBuf = merged.release();
-  m_nBufLen = length;
+  m_nBufLen = m_nTextLen = length;
   return m_pCmdBuf;
 }
 
@@ -137,16 +117,12 @@ unsigned int CCmdStr::GetMsgLen() const {
 }
 
 void CCmdStr::EmptyMsg() {
-  size_t merged = m_nBufLen;  // without the pieces: the text that m_pCmdBuf holds, also what is behind a NUL in it
-  for (const CmdStrPiece& piece : m_lstAddBuf) {
-    merged -= piece.nLen;
-    if (piece.nBlockLen > 0) WipeAndFree(piece.pData, piece.nBlockLen);
-  }
-  WipeAndFree(m_pCmdBuf, merged);
+  for (const CmdStrPiece& piece : m_lstAddBuf)
+    WipeAndFree(piece.pData, piece.nLen);
+  WipeAndFree(m_pCmdBuf, std::max(LengthOf(m_pCmdBuf), m_nTextLen));
   m_pCmdBuf = nullptr;
   std::vector<CmdStrPiece>().swap(m_lstAddBuf);
-  m_nBufLen = 0;
-  m_nBlockRoom = 0;
+  m_nBufLen = m_nTextLen = 0;
 }
 
 int CCmdStr::AddSnMML(unsigned short usSn) {

@@ -105,9 +105,8 @@ void CComNEMsg::SetMsg(const void* pData, unsigned int nDataLen) {
     nDataLen = MAX_BODY;
   }
   const Source source(pData, nDataLen, m_pMsg, m_nMsgBufSize);
-  const bool grows = m_nMsgBufSize < nDataLen + 1;
-  if (grows) {
-    auto* buffer = new char[nDataLen + HEADROOM];
+  if (m_nMsgBufSize < nDataLen + 1) {
+    auto* buffer = new char[nDataLen + HEADROOM]();  // a copy that fails shows nothing of older memory
     delete[] m_pMsg;
     m_pMsg = buffer;
     m_nMsgBufSize = nDataLen + HEADROOM;
@@ -118,7 +117,6 @@ void CComNEMsg::SetMsg(const void* pData, unsigned int nDataLen) {
     return;
   }
   const int result = memcpy_s(m_pMsg, m_nMsgBufSize, source.get(), nDataLen);
-  if (result != 0 && grows) std::memset(m_pMsg, 0, nDataLen);
   m_pMsg[nDataLen] = '\0';
   usMsgLen = static_cast<uint16_t>(nDataLen);
   if (result != 0) ReportError({MODULE, "SetMsg", __LINE__}, result, "SetMsg:memcpy_s failed");
@@ -149,17 +147,15 @@ void CComNEMsg::AddMsg(const void* pData, unsigned int nDataLen) {
   if (nDataLen == 0) return;
   const Source source(pData, nDataLen, m_pMsg, m_nMsgBufSize);
   const unsigned int length = usMsgLen + nDataLen;
-  const bool grows = m_pMsg == nullptr || length + 1 > m_nMsgBufSize;
-  if (grows) {
+  if (m_pMsg == nullptr || length + 1 > m_nMsgBufSize) {
     Buffer buffer = Enlarged(length + HEADROOM, m_pMsg, usMsgLen, "AddMsg");
     if (buffer == nullptr) return;
+    std::memset(buffer.get() + usMsgLen, 0, nDataLen);
     delete[] m_pMsg;
     m_pMsg = buffer.release();
     m_nMsgBufSize = length + HEADROOM;
   }
-  char* end = m_pMsg + usMsgLen;
-  const int result = memcpy_s(end, nDataLen, source.get(), nDataLen);
-  if (result != 0 && grows) std::memset(end, 0, nDataLen);
+  const int result = memcpy_s(m_pMsg + usMsgLen, nDataLen, source.get(), nDataLen);
   m_pMsg[length] = '\0';
   usMsgLen = static_cast<uint16_t>(length);
   if (result != 0) ReportError({MODULE, "AddMsg", __LINE__}, result, "AddMsg.memcpy_s failed");

@@ -151,10 +151,11 @@ int stat(const char* path, struct ::stat* buffer, const char* encoding) {
 }  // namespace KELP_OS
 
 int memcpy_s(void* dest, size_t destMax, const void* src, size_t count) {
-  if (Host().boundedCopies.Next()) return Host().boundedCopyResult;
+  const bool fails = Host().boundedCopies.Next();
+  if (fails && !Host().failingCopiesCopy) return Host().boundedCopyResult;
   if (dest == nullptr || src == nullptr || count > destMax) return EINVAL;
   std::memcpy(dest, src, count);
-  return 0;
+  return fails ? Host().boundedCopyResult : 0;
 }
 
 int memset_s(void* dest, size_t destMax, int c, size_t count) {

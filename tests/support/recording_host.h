@@ -1,6 +1,7 @@
 #ifndef VARNEL_TESTS_RECORDING_HOST_H
 #define VARNEL_TESTS_RECORDING_HOST_H
 
+#include <cerrno>
 #include <cstddef>
 #include <functional>
 #include <ostream>
@@ -48,16 +49,20 @@ class CallFailure {
 /// every "SECRET" by "######".
 struct RecordingHost {
   static RecordingHost& Instance();
-  void Reset() { *this = RecordingHost(); }
+  void Reset() {
+    *this = RecordingHost();
+    errno = 0;  // appears in reports of files that simply end
+  }
 
   std::vector<LogLine> lines;
   std::vector<std::string> filtered;   ///< each text as it came to the filter
   std::vector<std::string> encodings;  ///< the encoding of each file call
   size_t moments = 0;                  ///< how often aroundOpening has been called
 
-  CallFailure boundedCopies;   ///< memcpy_s and strncpy_s
-  int boundedCopyResult = 34;  ///< what a failing one returns; nothing is copied
-  CallFailure formats;         ///< snprintf_s; a failing one returns -1 and writes nothing
+  CallFailure boundedCopies;       ///< memcpy_s and strncpy_s
+  int boundedCopyResult = 34;      ///< what a failing one returns
+  bool failingCopiesCopy = false;  ///< a failing one copies all the same
+  CallFailure formats;             ///< snprintf_s; a failing one returns -1 and writes nothing
   CallFailure stats;
   CallFailure opens;
   int fileError = 5;        ///< errno of a failing file call

@@ -1,10 +1,14 @@
 #include "cmdstr.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
+#include <unistd.h>
 
+#include <cstdint>
 #include <cstring>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "allocation.h"
 #include "growth.h"
@@ -15,10 +19,12 @@ namespace VARNEL_TEST {
 namespace {
 
 using VARNEL_COMMON::CCmdStr;
+using VARNEL_COMMON::CmdStrPiece;
 
 constexpr unsigned int MAXIMUM = 10485760;
 
 VARNEL_PRIVATE_MEMBER(BufLen, CCmdStr, m_nBufLen, unsigned int)
+VARNEL_PRIVATE_MEMBER(Pieces, CCmdStr, m_lstAddBuf, std::vector<CmdStrPiece>)
 
 class CmdStr : public RecordingTest {
  protected:
@@ -282,6 +288,18 @@ TEST_F(CmdStr, FailingCopiesOfSetMsgAndAddMsgAreNotReported) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
+TEST_F(CmdStr, WhatAFailingCopyLeftIsTheText) {
+  host.failingCopiesCopy = true;
+  host.boundedCopies.FailAt(1);
+  text.SetMsg("hello");
+  EXPECT_STREQ(text.GetMsg(), "hello");
+  host.boundedCopies.FailAt(1);
+  text.AddMsg(" world");
+  host.boundedCopies.FailAt(2);
+  EXPECT_STREQ(text.GetMsg(), "hello world");
+  EXPECT_EQ(host.lines, Lines{Error("ErrorCode:0x22, GetMsg:memcpy_s failed", "cmdstr", "GetMsg")});
+}
+
 TEST_F(CmdStr, LengthBelowTheTextAbandonsTheMerge) {
   text.SetMsg("abcdef");
   const char* old = text.GetMsg();
@@ -329,6 +347,79 @@ TEST_F(CmdStr, OnlyTheTextThatAMergeReplacesIsFreedAsItIs) {
   const FreedTextWatch watch("SEKRIT");
   command.GetMsg();
   EXPECT_EQ(watch.Found(), 1U);
+}
+
+TEST_F(CmdStr, EmptyMsgWipesAnInconsistentText) {
+  const FreedTextWatch watch("SEKRIT");
+  text.SetMsg("PWD=SEKRIT of 20 byt");
+  text.AddMsg("PWD=SEKRIT of 19 by");
+  text.*BufLen() = 12;
+  text.EmptyMsg();
+  EXPECT_EQ(watch.Found(), 0U);
+  EXPECT_EQ(text.GetMsgLen(), 0U);
+  EXPECT_STREQ(text.GetMsg(), "");
+}
+
+TEST_F(CmdStr, PieceWithoutABlockIsSkipped) {
+  text.SetMsg("ab");
+  text.AddMsg("lost");
+  CmdStrPiece& piece = (text.*Pieces()).at(0);
+  delete[] piece.pData;
+  piece.pData = nullptr;
+  text.AddMsg("cd");
+  EXPECT_STREQ(text.GetMsg(), "abcd");
+  EXPECT_EQ(text.GetMsgLen(), 8U);
+  text.AddMsg("lost");
+  CmdStrPiece& last = (text.*Pieces()).at(0);
+  delete[] last.pData;
+  last.pData = nullptr;
+  text.EmptyMsg();
+  EXPECT_EQ(text.GetMsgLen(), 0U);
+}
+
+// A text of 4 GiB and some bytes that takes hardly any memory: the same megabyte again and again.
+class HugeText {
+ public:
+  explicit HugeText(size_t length) : m_size((length / MEGABYTE + 1) * MEGABYTE) {
+    const int file = memfd_create("text", MFD_CLOEXEC);
+    EXPECT_EQ(ftruncate(file, 2 * MEGABYTE), 0);
+    m_text = static_cast<char*>(mmap(nullptr, m_size, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0));
+    for (size_t at = 0; at < m_size; at += MEGABYTE)
+      Map(at, file, at + MEGABYTE == m_size ? MEGABYTE : 0);
+    close(file);
+    std::memset(m_text, 'x', MEGABYTE);
+    std::memset(m_text + m_size - MEGABYTE, 'y', length % MEGABYTE);
+  }
+  ~HugeText() { munmap(m_text, m_size); }
+  HugeText(const HugeText&) = delete;
+  HugeText& operator=(const HugeText&) = delete;
+  const char* get() const { return m_text; }
+
+ private:
+  static constexpr size_t MEGABYTE = 1 << 20;
+
+  void Map(size_t at, int file, off_t offset) {
+    EXPECT_NE(mmap(m_text + at, MEGABYTE, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_FIXED, file, offset), MAP_FAILED);
+  }
+
+  size_t m_size;
+  char* m_text;
+};
+
+TEST_F(CmdStr, LengthsAre32BitNumbers) {
+  if (sizeof(size_t) == sizeof(uint32_t)) GTEST_SKIP() << "no text is that long";
+  constexpr uint64_t WRAP = uint64_t{1} << 32;
+  {
+    const HugeText five(static_cast<size_t>(WRAP + 5));
+    text.SetMsg(five.get());
+    text.AddMsg(five.get());
+    EXPECT_STREQ(text.GetMsg(), "xxxxxxxxxx");
+  }
+  const HugeText empty(static_cast<size_t>(WRAP));
+  text.SetMsg(empty.get());
+  text.AddMsg(empty.get());
+  EXPECT_STREQ(text.GetMsg(), "xxxxxxxxxx");
+  EXPECT_EQ(host.lines, Lines{});
 }
 
 TEST_F(CmdStr, AllocationFailuresLeaveTheTextAsItWas) {

@@ -290,6 +290,22 @@ TEST_F(ComNEMsg, SetMsgWhoseCopyFailsShowsNoOldMemoryInANewBuffer) {
   EXPECT_EQ(host.lines, Lines{Error("ErrorCode:0xffffffff, SetMsg:memcpy_s failed", "comnemsg", "SetMsg")});
 }
 
+TEST_F(ComNEMsg, WhatAFailingCopyLeftIsTheBody) {
+  CComNEMsg message(4);
+  host.failingCopiesCopy = true;
+  for (size_t copy = 1; copy <= 2; ++copy) {
+    host.boundedCopies.FailAt(1);
+    Set(message, Pattern(3000));  // the first time into a new buffer
+    ExpectBody(message, Pattern(3000), 4024);
+  }
+  for (size_t failing = 1; failing <= 2; ++failing) {
+    host.boundedCopies.FailAt(failing);  // the second time behind the copy into the new buffer
+    Add(message, std::string(1000, 'x'));
+  }
+  ExpectBody(message, Pattern(3000) + std::string(2000, 'x'), 6024);
+  EXPECT_EQ(host.lines.size(), 4U);
+}
+
 TEST_F(ComNEMsg, SetBufLenOnlyEnlarges) {
   CComNEMsg message(0);
   Set(message, Pattern(1000));
