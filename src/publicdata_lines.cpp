@@ -1,4 +1,6 @@
+#include <cerrno>
 #include <cstring>
+#include <limits>
 
 #include "common.h"
 #include "file_handle.h"
@@ -29,9 +31,10 @@ Vnifstream::~Vnifstream() {
 }
 
 bool Vnifstream::ReadFile(const std::string& path) {
+  const int callersErrno = errno;
   struct ::stat status;
   if (path.empty() || KELP_OS::stat(path.c_str(), &status, PATH_ENCODING) != 0) return false;
-  const FileHandle file = OpenForReading(path);
+  FileHandle file = OpenForReading(path);
   if (file == nullptr) return false;
 
   const auto size = static_cast<unsigned int>(status.st_size);
@@ -39,6 +42,8 @@ bool Vnifstream::ReadFile(const std::string& path) {
   auto* buffer = new char[allocated];
   const size_t read = std::fread(buffer, 1, size, file.get());
   memset_s(buffer + read, allocated - read, 0, allocated - read);
+  file.reset();
+  errno = callersErrno;
   m_pBuffer = buffer;
   m_uiSize = size;
   m_uiPos = 0;
@@ -61,7 +66,7 @@ bool Vnifstream::GetLine(char* buf, unsigned int size) {
     }
   }
   buf[length] = '\0';
-  if (m_uiPos < m_uiSize) ++m_uiPos;
+  if (m_uiPos < std::numeric_limits<unsigned int>::max()) ++m_uiPos;
   return true;
 }
 
@@ -71,7 +76,7 @@ bool isColdPatch(const std::string& path) {
   while (file.GetLine(line, sizeof line)) {
     if (VARNEL_INTERNAL::FindInString(line, "[COLDPATCH]") != nullptr) return true;
   }
-  ReportWarning({MODULE, "isColdPatch", __LINE__}, Compose("isColdPatch not find coldpatch, File: ", path));
+  ReportWarning({MODULE, "isColdPatch", __LINE__}, Compose("isColdPatch not find coldpatch, File: ", path.c_str()));
   return false;
 }
 

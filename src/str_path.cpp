@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cerrno>
 #include <climits>
 #include <cstdlib>
 #include <cstring>
@@ -21,7 +22,7 @@ std::string WithSlashes(std::string path) {
   return path;
 }
 
-std::string Refuse(int line, const char* why, const std::string& path) {
+std::string Refuse(int line, const char* why, const char* path) {
   ReportError({MODULE, "ToAbsPath", line}, CONSISTENCY_ERROR, Compose(why, path, ". "));
   return "";
 }
@@ -35,16 +36,17 @@ void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath
   std::string name = path.substr(nameStart);
   path.resize(nameStart);
   if (isBareName) path = "/";
-  filePath = std::move(path);
   fileName = std::move(name);
+  filePath = std::move(path);  // last, and so what one variable for both outputs keeps
 }
 
-// By value, so that the name may be one of the outputs. NOLINTNEXTLINE(performance-unnecessary-value-param)
+// The name is a copy and may be one of the outputs; one variable for both outputs keeps the extension.
 void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName) {
   const size_t dot = std::min(fileName.rfind('.'), fileName.size());
-  exName = fileName.substr(dot);
+  std::string extension = fileName.substr(dot);
   fileName.resize(dot);
   leftName = std::move(fileName);
+  exName = std::move(extension);
 }
 
 bool VerifyFilePathAndName(const std::string& path) {
@@ -53,12 +55,15 @@ bool VerifyFilePathAndName(const std::string& path) {
 }
 
 std::string ToAbsPath(const std::string& path) {
-  if (std::strlen(path.c_str()) > MAX_PATH_LENGTH) return Refuse(__LINE__, "fileName too long file:", path);
+  const char* text = path.c_str();  // up to the first NUL
+  if (std::strlen(text) > MAX_PATH_LENGTH) return Refuse(__LINE__, "fileName too long file:", text);
+  const int callersErrno = errno;
   char resolved[MAX_PATH_LENGTH + 1] = {};
-  if (realpath(path.c_str(), resolved) == nullptr) return Refuse(__LINE__, "realpath failed. file:", path);
+  if (realpath(text, resolved) == nullptr) return Refuse(__LINE__, "realpath failed. file:", text);
   if (!VerifyFilePathAndName(resolved)) {
     return Refuse(__LINE__, "VerifyFilePathAndName is failed, filename", resolved);
   }
+  errno = callersErrno;  // realpath() changes it on success too
   return resolved;
 }
 

@@ -1,6 +1,7 @@
 #include <sys/time.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
 #include <ctime>
 
@@ -15,8 +16,10 @@ namespace VARNEL_COMMON {
 namespace {
 
 std::tm LocalTime(time_t seconds) {
+  const int callersErrno = errno;
   std::tm local = {};
   ACE_OS::localtime_r(&seconds, &local);
+  errno = callersErrno;  // a missing time zone file changes it
   return local;
 }
 

@@ -114,6 +114,21 @@ TEST_F(StrPath, EmptyPathSplitsIntoNothing) {
   EXPECT_EQ(fileName, "");
 }
 
+TEST_F(StrPath, OneVariableForBothOutputsKeepsTheLastAssignment) {
+  const std::pair<std::string, std::string> paths[] = {{"x\\pkg\\a.bin", "x/pkg/"}, {"a.bin", "/"}, {"", ""}};
+  for (const auto& [path, kept] : paths) {
+    std::string both = "old";
+    SplitFilePathAndFileName(path, both, both);
+    EXPECT_EQ(both, kept);
+  }
+  const std::pair<std::string, std::string> names[] = {{"a.bin", ".bin"}, {"noext", ""}, {"", ""}};
+  for (const auto& [name, kept] : names) {
+    std::string both = "old";
+    GetFileLeftNameAndExName(name, both, both);
+    EXPECT_EQ(both, kept);
+  }
+}
+
 TEST_F(StrPath, SplitMayReplaceThePathItself) {
   for (const std::string& name : {"a.bin"s, std::string(1000, 'n')}) {
     std::string path = "x\\pkg\\" + name, other;
@@ -333,17 +348,26 @@ TEST_F(StrPath, PathBeyondTheLongestIsRefused) {
   EXPECT_EQ(host.filtered, std::vector<std::string>{"fileName too long file:" + path + ". "});
 }
 
+TEST_F(StrPath, SuccessKeepsErrno) {
+  errno = 77;
+  EXPECT_EQ(ToAbsPath(folder.Path()), folder.Path());
+  EXPECT_EQ(errno, 77);
+}
+
 TEST_F(StrPath, PathEndsAtItsFirstNul) {
   const std::string path = folder.Write("a.bin", "x");
   EXPECT_EQ(ToAbsPath(path + '\0' + std::string(LONGEST, 'y')), path);
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(StrPath, ReportOfAPathWithANulEndsThere) {
+TEST_F(StrPath, PathInAReportEndsAtItsFirstNul) {
   const std::string path = "/missing\0x"s;
   EXPECT_EQ(ToAbsPath(path), "");
-  EXPECT_EQ(host.filtered, std::vector<std::string>{"realpath failed. file:" + path + ". "});
-  EXPECT_EQ(host.lines, Lines{Refusal("realpath failed. file:/missing")});
+  const std::string tooLong(LONGEST + 1, 'y');
+  EXPECT_EQ(ToAbsPath(tooLong + "\0x"s), "");
+  EXPECT_EQ(host.lines,
+            (Lines{Refusal("realpath failed. file:/missing. "), Refusal("fileName too long file:" + tooLong + ". ")}));
+  EXPECT_EQ(host.filtered.at(0), "realpath failed. file:/missing. ");
 }
 
 TEST_F(StrPath, ResolvedPathWithTwoDotsInARowIsRefused) {

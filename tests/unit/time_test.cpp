@@ -129,7 +129,9 @@ TEST(TimeStamp, BreakdownThatFailsIsShownAllTheSame) {
     errno = 0;
     const std::string expected = StampByStream(seconds);
     ASSERT_EQ(errno, EOVERFLOW);
+    errno = 77;
     EXPECT_EQ(MakeTimeFormated(seconds), expected);
+    EXPECT_EQ(errno, 77);
   }
 }
 

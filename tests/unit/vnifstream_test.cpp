@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -158,6 +160,40 @@ TEST_F(LineReader, SizeMayBeTheLargestNumber) {
   char line[4];
   EXPECT_TRUE(file.GetLine(line, 0xFFFFFFFF));
   EXPECT_STREQ(line, "abc");
+}
+
+TEST_F(LineReader, PositionAfterTheLastLineIsOnePastTheEnd) {
+  for (const char* bytes : {"ab\n", "ab\nc", "c"}) {
+    Vnifstream file(Write(bytes));
+    const unsigned int size = file.*Size();
+    Rest(file);
+    EXPECT_EQ(file.*Position(), bytes[size - 1] == '\n' ? size : size + 1) << bytes;
+  }
+}
+
+TEST_F(LineReader, PositionAfterTheLastLineDoesNotWrap) {
+  if (sizeof(size_t) == sizeof(uint32_t)) GTEST_SKIP() << "no file is that long";
+  constexpr unsigned int LAST = 0xFFFFFFFF;
+  void* zeros = mmap(nullptr, LAST, PROT_READ, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(zeros, MAP_FAILED);
+  Vnifstream file("");
+  file.*Buffer() = static_cast<char*>(zeros);
+  file.*Size() = LAST;
+  file.*Position() = LAST - 1;
+  char line[8];
+  EXPECT_TRUE(file.GetLine(line, sizeof line));
+  EXPECT_EQ(file.*Position(), LAST);
+  EXPECT_FALSE(file.GetLine(line, sizeof line));
+  file.*Buffer() = nullptr;
+  munmap(zeros, LAST);
+}
+
+TEST_F(LineReader, LoadingKeepsErrno) {
+  const std::string path = Write("abc");
+  host.aroundOpening = [](size_t) { errno = ENOSPC; };
+  errno = 77;
+  const Vnifstream file(path);
+  EXPECT_EQ(errno, 77);
 }
 
 TEST_F(LineReader, WithoutABufferThePositionStays) {
