@@ -33,7 +33,6 @@ static_assert(sizeof(ZEP_FILE_HEAD) == 64 && offsetof(ZEP_FILE_HEAD, ulValue60) 
 
 // Reads exactly `size` bytes; a short read is reported.
 bool Read(const FileHandle& file, void* dest, size_t size) {
-  errno = 0;  // stays so where the file simply ends
   if (std::fread(dest, 1, size, file.get()) == size) return true;
   const int error = errno;
   ReportWarning({MODULE, "readZEPFileHead", __LINE__},
@@ -41,8 +40,9 @@ bool Read(const FileHandle& file, void* dest, size_t size) {
   return false;
 }
 
-bool Skip(const FileHandle& file, uint32_t size) {
-  return size == 0 || std::fseek(file.get(), static_cast<long>(size), SEEK_CUR) == 0;
+// A stream that cannot seek is read on from where it is.
+void Skip(const FileHandle& file, uint32_t size) {
+  if (size != 0) static_cast<void>(std::fseek(file.get(), static_cast<long>(size), SEEK_CUR));
 }
 
 template <typename Head>
@@ -75,6 +75,23 @@ bool ReadVersionText(const FileHandle& file, unsigned short length, std::string&
   text.resize(std::min({text.find('T'), text.find('\0'), text.size()}));
   versionText = std::move(text);
   return true;
+}
+
+unsigned int ReadHeads(const FileHandle& file, ZEP_FILE_HEAD& head, std::string& linkTarget, std::string& versionText,
+                       unsigned int& extWord, unsigned int& payloadOffset) {
+  ZEP_DIR_HEAD dirHead;
+  if (!ReadHead(file, DIR_MAGIC, dirHead)) return INVALID_HEAD;
+  const uint32_t gap = uint32_t{dirHead.usGapLen26} + dirHead.usGapLen32 + dirHead.usGapLen34 + dirHead.usGapLen36;
+  Skip(file, gap);
+  if (!ReadHead(file, FILE_MAGIC, head)) return INVALID_HEAD;
+
+  if (head.usFileType == EXTENDED_TYPE) extWord = ReadExtensionWord(file);
+  constexpr uint32_t HEADS = sizeof(ZEP_DIR_HEAD) + sizeof(ZEP_FILE_HEAD);
+  payloadOffset = gap + HEADS + head.usSkipLen + head.usLinkLen + head.usVersionLen + head.usTailLen;
+  Skip(file, head.usSkipLen);
+  const bool textsRead =
+      ReadLinkTarget(file, head.usLinkLen, linkTarget) && ReadVersionText(file, head.usVersionLen, versionText);
+  return textsRead ? 0 : INVALID_HEAD;
 }
 
 bool IsHandledFileType(unsigned short type) {
@@ -112,26 +129,18 @@ unsigned int GetUCCheckSum(const char* data, int len) {
 
 unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::string& linkTarget,
                              std::string& versionText, unsigned int& extWord, unsigned int& payloadOffset) {
-  char buffer[1024];  // outlives the file, which would get memory of its own for much more than the heads
-  const FileHandle file = OpenForReading(path);
+  const int callersErrno = errno;
+  FileHandle file = OpenForReading(path);
   if (file == nullptr) {
     const int error = errno;
     ReportWarning({MODULE, "readZEPFileHead", __LINE__},
                   Compose("readZEPFileHead(): KELP_OS::fopen failed! filename:", path, ". errno:", error));
     return CANNOT_OPEN;
   }
-  std::setvbuf(file.get(), buffer, _IOFBF, sizeof buffer);
-  ZEP_DIR_HEAD dirHead;
-  if (!ReadHead(file, DIR_MAGIC, dirHead)) return INVALID_HEAD;
-  const uint32_t gap = uint32_t{dirHead.usGapLen26} + dirHead.usGapLen32 + dirHead.usGapLen34 + dirHead.usGapLen36;
-  if (!Skip(file, gap) || !ReadHead(file, FILE_MAGIC, head)) return INVALID_HEAD;
-
-  if (head.usFileType == EXTENDED_TYPE) extWord = ReadExtensionWord(file);
-  constexpr uint32_t HEADS = sizeof(ZEP_DIR_HEAD) + sizeof(ZEP_FILE_HEAD);
-  payloadOffset = gap + HEADS + head.usSkipLen + head.usLinkLen + head.usVersionLen + head.usTailLen;
-  const bool textsRead = Skip(file, head.usSkipLen) && ReadLinkTarget(file, head.usLinkLen, linkTarget) &&
-                         ReadVersionText(file, head.usVersionLen, versionText);
-  return textsRead ? 0 : INVALID_HEAD;
+  const unsigned int result = ReadHeads(file, head, linkTarget, versionText, extWord, payloadOffset);
+  file.reset();
+  if (result == 0) errno = callersErrno;
+  return result;
 }
 
 unsigned int CheckZEPFileHead(const std::string& path, unsigned int& extWord, unsigned int& payloadOffset,

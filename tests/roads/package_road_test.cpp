@@ -1,4 +1,5 @@
 // From the path of a package to its entries, over the bundled platform.
+#include <cerrno>
 #include <filesystem>
 #include <string>
 
@@ -134,6 +135,7 @@ TEST_F(PackageRoad, RefusesEveryDamagedByteOfTheHeads) {
 
 TEST_F(PackageRoad, RefusesAShortFileWithALine) {
   const std::string cut = folder.Write("cut.pkg", Package().Bytes().substr(0, 70));
+  errno = 0;
   EXPECT_EQ(CheckHead(cut), INVALID_HEAD);
   CPkgFile package(cut);
   EXPECT_EQ(package.ParsePkgFile(), INVALID_DESCRIPTION);

@@ -1,6 +1,7 @@
 #ifndef VARNEL_TESTS_HEAD_READING_H
 #define VARNEL_TESTS_HEAD_READING_H
 
+#include <cerrno>
 #include <cstring>
 #include <ostream>
 #include <string>
@@ -59,6 +60,7 @@ class HeadReading : public RecordingTest {
 
   Outcome ReadPath(const std::string& path) {
     Outcome outcome;
+    errno = 0;  // shows in the report of a file that simply ends
     outcome.result = VARNEL_COMMON::readZEPFileHead(path, head, outcome.link, outcome.version, outcome.extension,
                                                     outcome.payloadOffset);
     return outcome;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
 #include <string>
 #include <type_traits>
@@ -568,6 +569,7 @@ TEST_F(WholePackage, DamagedHeadsAreParsedWithoutVersion) {
 TEST_F(WholePackage, HeadsAreNotNeeded) {
   Parse(SECTION + "a:b:::1:::\n");
   package.ClearSoftInfo();
+  errno = 0;
   EXPECT_EQ(package.ParsePkgFile(), 0U);
   EXPECT_EQ(package.m_strVersion, "");
   EXPECT_EQ(EntriesIn(package), entries);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <fstream>
 #include <set>
 #include <string>
@@ -144,6 +145,7 @@ TEST_F(ZepFileType, FailuresAreReportedByTheReader) {
   EXPECT_EQ(Check(absent), CANNOT_OPEN);
   EXPECT_EQ(CheckAnyType(absent), CANNOT_OPEN);
   const std::string cut = folder.Write("cut.bin", "QX");
+  errno = 0;
   EXPECT_EQ(Check(cut), INVALID_HEAD);
   EXPECT_EQ(CheckAnyType(cut), INVALID_HEAD);
   EXPECT_EQ(host.lines, (Lines{OpenFailed(absent, 2), OpenFailed(absent, 2), ShortRead(), ShortRead()}));

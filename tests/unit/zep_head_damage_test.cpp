@@ -30,6 +30,8 @@ class DamagedZepHead : public HeadReading {
   const size_t version = link + full.link.size();
   const size_t tail = version + full.version.size();
   const unsigned int payloadOffset = 206;
+  std::string linkTarget, versionText;
+  unsigned int extWord = 0, offset = 0;
   const Outcome valid{0, "main.bin", "5.31", 0xBEEF, payloadOffset};
 
   // The outcome when only the first `size` bytes of the full file can be read.
@@ -91,29 +93,27 @@ class Unseekable {
   std::array<int, 2> m_ends{-1, -1};
 };
 
-TEST_F(DamagedZepHead, GapThatCannotBeSkippedIsRefused) {
-  EXPECT_EQ(ReadPath(Unseekable(full.Bytes()).Path()), Outcome{INVALID_HEAD});
+TEST_F(DamagedZepHead, StreamThatCannotSeekIsReadOnFromWhereItIs) {
+  std::string bytes = full.Bytes();
+  bytes.erase(link - full.skipped.size(), full.skipped.size());
+  bytes.erase(64, fileHead - 64);
+  EXPECT_EQ(ReadPath(Unseekable(bytes).Path()), valid);
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(DamagedZepHead, AreaThatCannotBeSkippedIsRefused) {
-  SoftwareFile file;
-  file.skipped = "skipped";
-  Outcome outcome{INVALID_HEAD};
-  outcome.payloadOffset = static_cast<unsigned int>(128 + 7 + file.link.size() + file.version.size());
-  EXPECT_EQ(ReadPath(Unseekable(file.Bytes()).Path()), outcome);
-  EXPECT_EQ(host.lines, Lines{});
-}
-
-TEST_F(DamagedZepHead, FileWithoutPositionsIsReadWhereNothingIsSkipped) {
-  EXPECT_EQ(ReadPath(Unseekable(SoftwareFile().Bytes()).Path()).result, 0U);
-}
-
-TEST_F(DamagedZepHead, FormerErrorsDoNotGetIntoTheReport) {
+TEST_F(DamagedZepHead, FileThatSimplyEndsReportsTheErrorOfBefore) {
   const std::string path = folder.Write("short.bin", "QXDD");
-  errno = ENOSPC;
+  host.aroundOpening = [](size_t) { errno = ENOSPC; };
   EXPECT_EQ(ReadPath(path), Outcome{INVALID_HEAD});
-  EXPECT_EQ(host.lines, Lines{ShortRead(0)});
+  EXPECT_EQ(host.lines, Lines{ShortRead(ENOSPC)});
+}
+
+TEST_F(DamagedZepHead, SuccessKeepsErrno) {
+  const std::string path = folder.Write("good.bin", full.Bytes());
+  host.aroundOpening = [](size_t) { errno = ENOSPC; };
+  errno = 77;
+  EXPECT_EQ(VARNEL_COMMON::readZEPFileHead(path, head, linkTarget, versionText, extWord, offset), 0U);
+  EXPECT_EQ(errno, 77);
 }
 
 TEST_F(DamagedZepHead, FileHeadCutShortIsGivenAsRead) {
