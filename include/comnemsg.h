@@ -60,7 +60,7 @@ class VARNEL_API CComNEMsg : public CComNEHead {
   /// An empty message: all fields of the header 0, a NUL at the start of the buffer, the rest of it undefined.
   ///
   /// @param nBufLen  size of the buffer in bytes: 0 for 1024; more than 65534 counts as 65534.
-  explicit CComNEMsg(unsigned int nBufLen);
+  CComNEMsg(unsigned int nBufLen);
 
   /// Copies header and body; the copy has a buffer of 1024 bytes, or of the body and 1024 where that does not do.
   ///
@@ -81,9 +81,9 @@ class VARNEL_API CComNEMsg : public CComNEHead {
 
   /// Replaces the body. A buffer that is too small for it and its NUL gives way to one of `nDataLen` + 1024 bytes.
   ///
-  /// A bounded copy that fails is reported; length and NUL are then set all the same, over the bytes that the buffer
-  /// held before, or over zeros where it is new. So is a buffer that is null though `m_nMsgBufSize` says otherwise;
-  /// the length is then 0.
+  /// A bounded copy that fails is reported; length and NUL are then set all the same, over what the copy left: the
+  /// bytes that the buffer held before, or zeros in a new one, if it wrote nothing. So is a buffer that is null though
+  /// `m_nMsgBufSize` says otherwise; the length is then 0.
   ///
   /// @param pData     may point into this message's own body. Null changes nothing.
   /// @param nDataLen  bytes to take; 0 empties the body, more than 65534 are cut to that and a warning is logged.

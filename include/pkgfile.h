@@ -28,7 +28,7 @@ class VARNEL_API CPkgFile {
   /// Keeps the path; nothing is read yet.
   ///
   /// @param path  of the package description file.
-  explicit CPkgFile(const std::string& path);
+  CPkgFile(const std::string& path);
   CPkgFile(const CPkgFile&) = delete;             ///< not copied: it owns its entries
   CPkgFile& operator=(const CPkgFile&) = delete;  ///< not copied: it owns its entries
   virtual ~CPkgFile();                            ///< deletes all entries

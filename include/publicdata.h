@@ -82,9 +82,12 @@ VARNEL_API unsigned int GetUCCheckSum(const char* data, int len);
 /// @param payloadOffset  gap + 128 + the four lengths of the file head. The two bytes of an extension word are not
 ///                       part of it: the payload of a file of type 2 begins 2 bytes further on. Set as soon as both
 ///                       heads are valid, also when a text then fails.
+/// A stream of the host that cannot seek is read on from where it is.
+///
 /// @return 0 on success; 0x3BA00013 when the file cannot be opened; 0x3BA00B02 when it ends too soon, a magic word or
 ///         checksum is wrong, or the link text is longer than 1023 bytes or without "-> ". Open failures and short
-///         reads are logged, nothing else is.
+///         reads are logged, nothing else is. The errno in the line is that of the failing call; if the file simply
+///         ends it is the caller's.
 VARNEL_API unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::string& linkTarget,
                                         std::string& versionText, unsigned int& extWord, unsigned int& payloadOffset);
 
@@ -122,7 +125,7 @@ class VARNEL_API Vnifstream {
   /// Loads a file. No result tells whether that went well; ReadFile() would, on an object made with an empty path.
   ///
   /// @param path  of the file, up to its first NUL.
-  explicit Vnifstream(const std::string& path);
+  Vnifstream(const std::string& path);
 
   /// Copies position and buffer, which is then shared: see the class.
   ///

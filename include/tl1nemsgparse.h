@@ -20,7 +20,7 @@ class VARNEL_API CTL1NEMsgParse {
   /// Keeps the message; nothing is parsed yet.
   ///
   /// @param msg  one whole message.
-  explicit CTL1NEMsgParse(const std::string& msg);
+  CTL1NEMsgParse(const std::string& msg);
 
   /// Empties all texts, the message too; the type becomes -1 and the start position 0.
   void InitAllPrivate();

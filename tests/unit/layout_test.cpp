@@ -143,6 +143,18 @@ TEST(Layout, LineReaderIsBufferSizeAndPosition) {
   EXPECT_EQ(sizeof(Vnifstream), POINTER + 8);
 }
 
+TEST(Layout, ConstructorsOfOneArgumentConvert) {
+  const std::string text = "absent";
+  const CComNEMsg message = 100U;
+  const CTL1NEMsgParse parser = text;
+  const Vnifstream reader = text;
+  const CPkgFile package = text;
+  EXPECT_EQ(message.m_nMsgBufSize, 100U);
+  EXPECT_EQ(parser.m_strNEMsg, text);
+  EXPECT_EQ(reader.*LineBuffer(), nullptr);
+  EXPECT_EQ(package.m_strFilePath, text);
+}
+
 TEST(Layout, SoftwareEntryIsTwoTextsAndANumber) {
   const SOFT_INFO entry;
   const size_t text = sizeof(std::string);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -72,8 +73,9 @@ TEST_F(Surprise, NetOrderTurnsTheLengthOfAMessageToo) {
   head.ToNetOrder();
   EXPECT_EQ(message.usMsgLen, 5);
   message.ToNetOrder();
-  EXPECT_EQ(message.usMsgLen, 0x0500);
-  EXPECT_EQ(head.usMsgLen, 0x0500);
+  const unsigned char wire[] = {0, 5};
+  EXPECT_EQ(std::memcmp(&message.usMsgLen, wire, sizeof wire), 0);
+  EXPECT_EQ(std::memcmp(&head.usMsgLen, wire, sizeof wire), 0);
   message.ToHostOrder();
   EXPECT_EQ(message.usMsgLen, 5);
 }

@@ -131,7 +131,6 @@ TEST_F(Tl1Parser, NewObjectHoldsTheMessageUnparsed) {
   EXPECT_EQ(parser.GetCtage(), "");
   EXPECT_EQ(parser.GetSID(), "");
   EXPECT_EQ(parser.GetTextBlock(), "");
-  EXPECT_FALSE((std::is_convertible_v<std::string, CTL1NEMsgParse>));
 }
 
 TEST_F(Tl1Parser, InitAllPrivateEmptiesEverything) {
