@@ -28,7 +28,7 @@ need() {
   done
   [ ${#missing[@]} -gt 0 ] || return 0
   say "Installing ${missing[*]}"
-  as_root apt-get update -q
+  as_root apt-get update -q || echo "$0: some package lists cannot be read; trying the installation all the same" >&2
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -qy --no-install-recommends "${missing[@]}"
 }
 
