@@ -111,13 +111,24 @@ std::set<std::string> ExportedOperations() {
   return names;
 }
 
+// The names that only the first set holds, one on each line.
+std::string Difference(const std::set<std::string>& names, const std::set<std::string>& others) {
+  std::string difference;
+  for (const std::string& name : names) {
+    if (others.count(name) == 0) difference += name + '\n';
+  }
+  return difference;
+}
+
 TEST_F(Injection, TheTableHoldsEveryExportedOperation) {
   std::set<std::string> names;
   for (const Operation& operation : operations)
     names.insert(operation.name);
   const std::set<std::string> exported = ExportedOperations();
   EXPECT_GT(exported.size(), 90U);
-  EXPECT_EQ(names, exported);
+  EXPECT_EQ(Difference(exported, names), "") << "These exported operations have no row in tests/unit/operations.cpp.";
+  EXPECT_EQ(Difference(names, exported), "")
+      << "These rows of tests/unit/operations.cpp name nothing that is exported.";
 }
 
 TEST_F(Injection, EachAllocationFails) {
