@@ -1,15 +1,64 @@
-// A stranger's program: it knows the installed headers and nothing of the build tree, and uses every name that the
-// library exports.
-#include "families.h"
+// A stranger's program: it knows the installed headers and nothing of the build tree.
+#include <varnel_common/tl1stream.h>
+#include <varnel_common/varnel_common.h>
+
+#include <iostream>
+#include <memory>
+#include <string>
+
+// The shorter spellings work too.
+#include "cmdstr.h"
+#include "platform/annex_k.h"
+#include "platform/log_process.h"
+
+using namespace VARNEL_COMMON;
+
+namespace {
+
+void UseValues() {
+  CCmdStr command;
+  command.SetMsg("RTRV-HDR");
+  command.AddMsg(":NE1;");
+  std::cout << "command: " << command.GetMsg() << '\n';
+  unsigned short number = 0;
+  ConvertFromString("70000", number);
+  std::cout << "largest number of 16 bits: " << number << '\n';
+  std::cout << "shelf 1, slot 3: " << WSlotIDi2str(0x0103) << '\n';
+}
+
+// Needs the class's table of virtual operations and the description of its type.
+class Awaited : public CVNPackGuageEvt {
+ public:
+  bool IsMyEvt(const char* report) override { return CVNPackGuageEvt::IsMyEvt(report); }
+};
+
+void UseEvents() {
+  const std::unique_ptr<CEvtMsg> event = std::make_unique<Awaited>();
+  event->m_strEvtKey = "TASK";
+  std::cout << "report claimed: " << event->IsMyEvt("TASK") << '\n';
+  std::cout << "class recognised: " << (dynamic_cast<const CVNPackGuageEvt*>(event.get()) != nullptr) << '\n';
+}
+
+void UseTl1() {
+  VARNEL_TL1::Framer framer;
+  VARNEL_TL1::Message message;
+  framer.Feed("IP 7\r\n<");
+  if (framer.Next(message)) std::cout << "TL1 tag: " << *VARNEL_TL1::Reader().Read(message).ctag << '\n';
+}
+
+void UsePlatform() {
+  CPkgFile package("/absent");
+  std::cout << "absent package: " << std::hex << package.ParsePkgFile() << std::dec << '\n';
+  LogProcess::ForceLog("stranger", EN_LOG_LEVEL_WARNING, std::string("a line"), LocationInfo("main", "main", 7));
+  char small[4];
+  std::cout << "characters written: " << snprintf_s(small, sizeof small, 3, "%d", 123) << '\n';
+}
+
+}  // namespace
 
 int main() {
-  UseBuffers();
-  UseTexts();
-  UsePaths();
-  UseTimes();
+  UseValues();
   UseEvents();
   UseTl1();
-  UseSlots();
-  UseSoftwareFiles();
   UsePlatform();
 }
