@@ -19,6 +19,7 @@
 #include "foreign_locale.h"
 #include "growth.h"
 #include "recording_test.h"
+#include "report_shapes.h"
 
 namespace VARNEL_TEST {
 namespace {
@@ -413,9 +414,6 @@ TEST_F(Event, CopyProgressGoesBeforeCompleted) {
 }
 
 TEST_F(Event, EachTl1Shape) {
-  const std::pair<std::string, std::string> names[] = {{"FILES_DONE=", "FILES_TOTAL="},
-                                                       {"REPT EVT PROGRESS TRANSFEREDFILES=", "TOTALNUM="},
-                                                       {"SLOTSDONE=", "SLOTSTTL="}};
   const std::tuple<std::string, std::string, Counts> values[] = {
       {"3,", "12", {true, 3, 12}},
       {"3,", "12,X=1", {true, 3, 12}},
@@ -440,9 +438,10 @@ TEST_F(Event, EachTl1Shape) {
        "12\xFF",
        {true, 0, 12}},
   };
-  for (const auto& [doneName, totalName] : names) {
+  for (const Tl1Shape& shape : TL1_SHAPES) {
+    const std::string pattern = shape.pattern, start = pattern.substr(1, pattern.find(shape.done) - 1);
     for (const auto& [done, total, expected] : values) {
-      const std::string report = std::string(doneName).append(done).append(totalName).append(total);
+      const std::string report = start + shape.done + done + shape.total + total;
       EXPECT_EQ(ReadTl1(report), expected) << report;
       EXPECT_EQ(ReadTl1("\r\n\"" + report), expected) << report;
     }

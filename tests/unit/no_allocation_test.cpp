@@ -7,6 +7,7 @@
 #include "evtmsg.h"
 #include "exact_text.h"
 #include "recording_test.h"
+#include "report_shapes.h"
 #include "str.h"
 
 namespace VARNEL_TEST {
@@ -26,13 +27,16 @@ size_t AllocationsOf(Run run) {
   return guard.Count();
 }
 
-// Reports of several sizes that hold pieces of every shape, and no shape.
+// Reports of several sizes with the words of every shape, in the wrong order.
 std::vector<std::string> UnrecognisedReports() {
-  const std::string pieces =
-      "done= TOTAL_NUM FILES_DONE= SLOTSDONE= TOTALNUM= EVENT CAM RUN TOTAL RSP SUCCESS FAIL \xFF";
-  std::vector<std::string> reports{"", " ", pieces};
+  std::string words = "TOTAL RSP SUCCESS FAIL \xFF";
+  for (const auto& shape : WordsOfAllShapes()) {
+    for (const std::string& word : shape)
+      words.insert(0, word + ' ');
+  }
+  std::vector<std::string> reports{"", " ", words};
   for (const size_t size : {300U, 4096U, 65536U})
-    reports.push_back(std::string(size, 'x') + pieces);
+    reports.push_back(std::string(size, 'x') + words);
   return reports;
 }
 
