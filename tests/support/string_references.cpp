@@ -218,17 +218,24 @@ void Split(const char* text, char separator, std::vector<std::string>& fields) {
 
 namespace VARNEL_TEST {
 
-std::vector<std::string> AllTexts(const std::string& alphabet, size_t longest) {
+std::vector<std::string> AllTexts(const std::vector<std::string>& pieces, size_t longest) {
   std::vector<std::string> texts{""};
   size_t first = 0;
   for (size_t length = 1; length <= longest; ++length) {
     const size_t end = texts.size();
     for (; first < end; ++first) {
-      for (const char c : alphabet)
-        texts.push_back(texts[first] + c);
+      for (const std::string& piece : pieces)
+        texts.push_back(texts[first] + piece);
     }
   }
   return texts;
+}
+
+std::vector<std::string> AllTexts(const std::string& alphabet, size_t longest) {
+  std::vector<std::string> letters;
+  for (const char c : alphabet)
+    letters.emplace_back(1, c);
+  return AllTexts(letters, longest);
 }
 
 std::string RandomTexts::Next(const std::string& alphabet, size_t longest) {

@@ -33,6 +33,8 @@ void Split(const char* text, char separator, std::vector<std::string>& fields);
 
 namespace VARNEL_TEST {
 
+/// All texts of 0 to `longest` pieces.
+std::vector<std::string> AllTexts(const std::vector<std::string>& pieces, size_t longest);
 /// All texts of 0 to `longest` characters out of `alphabet`.
 std::vector<std::string> AllTexts(const std::string& alphabet, size_t longest);
 
