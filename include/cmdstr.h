@@ -12,8 +12,9 @@ namespace VARNEL_COMMON {
 
 /// One text appended to a CCmdStr and not yet merged into it. Of no use to callers; it is here for the layout only.
 struct CmdStrPiece {
-  char* pData;        ///< the characters, without a terminator; owned by the CCmdStr
-  unsigned int nLen;  ///< number of characters
+  char* pData;             ///< the characters, without a terminator; owned by the CCmdStr
+  unsigned int nLen;       ///< number of characters
+  unsigned int nBlockLen;  ///< size of the memory block that begins with this piece, 0 if the piece begins none
 };
 
 /// A command or report text that is put together piece by piece and read as one NUL-terminated text.
@@ -86,10 +87,13 @@ class VARNEL_API CCmdStr {
   int AddSnMML(unsigned short usSn);
 
  private:
+  VARNEL_HIDDEN char* NewPiece(unsigned int length);
+
   char* m_pCmdBuf;
   std::vector<CmdStrPiece> m_lstAddBuf;
   unsigned int m_nBufLen;
-  unsigned int m_nTextLen;  ///< length of the text in m_pCmdBuf, what AddSnMML() puts after its NUL included
+  unsigned int m_nBlockRoom;  ///< free bytes after the last piece
+  unsigned int m_nTextLen;    ///< length of the text in m_pCmdBuf, what AddSnMML() puts after its NUL included
 };
 
 }  // namespace VARNEL_COMMON

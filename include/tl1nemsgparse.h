@@ -1,6 +1,7 @@
 #ifndef VARNEL_TL1NEMSGPARSE_H
 #define VARNEL_TL1NEMSGPARSE_H
 
+#include <cstddef>
 #include <string>
 
 #include "varnel_export.h"
@@ -14,7 +15,8 @@ namespace VARNEL_COMMON {
 /// prompt. It accepts the strict form only; varnel::tl1stream reads what elements really send.
 ///
 /// The message is any bytes, NULs included. The members are the result and are there to be read. One object belongs to
-/// one thread at a time; memory exhaustion throws std::bad_alloc and leaves the object as it was or as after the call.
+/// one thread at a time. Memory exhaustion throws std::bad_alloc; the object can then be used, but its parts may be those of
+/// two messages: call ParseMsgEndFlg() or InitAllPrivate().
 class VARNEL_API CTL1NEMsgParse {
  public:
   /// Keeps the message; nothing is parsed yet.
@@ -92,10 +94,17 @@ class VARNEL_API CTL1NEMsgParse {
   unsigned int m_nMsgStartPos;  ///< see GetMsgStartPos()
 
  private:
-  struct Findings;
-  VARNEL_HIDDEN void Reserve(const Findings& found);
-  VARNEL_HIDDEN void Take(const Findings& found);
   VARNEL_HIDDEN void ClearParts();
+  VARNEL_HIDDEN bool Refuse();
+  VARNEL_HIDDEN bool ParseAck();
+  VARNEL_HIDDEN bool ParseSID(size_t& cursor);
+  VARNEL_HIDDEN bool ParseDate(size_t& cursor);
+  VARNEL_HIDDEN bool ParseTime(size_t& cursor);
+  VARNEL_HIDDEN bool ParseOutputAndAuto(size_t mPos, size_t lineEnd);
+  VARNEL_HIDDEN bool ParseOutput(size_t mPos);
+  VARNEL_HIDDEN bool ParseAuto(size_t lineEnd);
+  VARNEL_HIDDEN bool ParseVerb(size_t& cursor);
+  VARNEL_HIDDEN bool ParseTextBlock(size_t& cursor);
 };
 
 }  // namespace VARNEL_COMMON

@@ -23,16 +23,16 @@ void Filter(std::string& text) {
 
 }  // namespace
 
-void ReportWarning(const ReportPlace& place, std::string text) {
+void LogWarning(const LogSite& site, std::string text) {
   Filter(text);
-  const LocationInfo location(place.module, place.function, place.line);
+  const LocationInfo location(site.module, site.function, site.line);
   LogProcess::ForceLog(LOG_MODULE, EN_LOG_LEVEL_WARNING, text, location);
 }
 
-void ReportError(const ReportPlace& place, int code, std::string message) {
+void LogError(const LogSite& site, int code, std::string message) {
   Filter(message);
-  const std::string line = Compose("ErrorCode:0x", Hexadecimal(code), ", ", message);
-  const LocationInfo location(place.module, place.function, place.line);
+  const std::string line = StrCat("ErrorCode:0x", Hexadecimal(code), ", ", message);
+  const LocationInfo location(site.module, site.function, site.line);
   LogProcess::ForceLog(LOG_MODULE, EN_LOG_LEVEL_ERROR, line.c_str(), location);
 }
 

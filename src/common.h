@@ -14,32 +14,32 @@ namespace VARNEL_COMMON {
 /// Error code of internal consistency failures.
 constexpr int CONSISTENCY_ERROR = 0x3B001400;
 
-/// Where a report stands; `function` is the bare name, without class or namespace.
-struct ReportPlace {
+/// Where a log line comes from; `function` is the bare name, without class or namespace.
+struct LogSite {
   const char* module;
   const char* function;
   int line;
 };
 
 /// Writes a warning to the host's log. The whole text goes through the sensitive-text filter.
-void ReportWarning(const ReportPlace& place, std::string text);
+void LogWarning(const LogSite& site, std::string text);
 
 /// Writes an error report, "ErrorCode:0x<code in hexadecimal>, <message>". Only the message goes through the filter.
-void ReportError(const ReportPlace& place, int code, std::string message);
+void LogError(const LogSite& site, int code, std::string message);
 
-inline std::string_view ReportPart(std::string_view text) {
+inline std::string_view TextOf(std::string_view text) {
   return text;
 }
 template <typename Number, typename = std::enable_if_t<std::is_integral_v<Number>>>
-std::string ReportPart(Number number) {
+std::string TextOf(Number number) {
   return std::to_string(number);
 }
 
-/// Joins the texts and decimal numbers of a report. Numbers never follow the host's global locale.
+/// Joins texts and decimal numbers, which never follow the host's global locale.
 template <typename... Parts>
-std::string Compose(const Parts&... parts) {
+std::string StrCat(const Parts&... parts) {
   std::string text;
-  (text.append(ReportPart(parts)), ...);
+  (text.append(TextOf(parts)), ...);
   return text;
 }
 

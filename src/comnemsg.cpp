@@ -5,10 +5,11 @@
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <string>
 
-#include "big_endian.h"
 #include "common.h"
 #include "platform/annex_k.h"
+#include "util/big_endian.h"
 
 namespace VARNEL_COMMON {
 
@@ -22,33 +23,21 @@ constexpr unsigned int HEADROOM = 1024;
 static_assert(sizeof(CComNEHead) == 4 + 4 + 2 + 2 + 4 && offsetof(CComNEHead, ulHeadWord2) == 12,
               "as on the wire, see docs/formats.md");
 
+using VARNEL_UTIL::BigToHost;
 using Buffer = std::unique_ptr<char[]>;
 
-// Data that may lie in the buffer it is to be copied into: a copy is made where it does.
-class Source {
- public:
-  Source(const void* data, unsigned int length, const char* buffer, unsigned int bufferSize)
-      : m_data(static_cast<const char*>(data)) {
-    const std::less<> before;
-    if (buffer == nullptr || before(m_data, buffer) || before(buffer + bufferSize, m_data)) return;
-    m_copy.reset(new char[length]);
-    std::memcpy(m_copy.get(), data, length);
-    m_data = m_copy.get();
-  }
-
-  const char* get() const { return m_data; }
-
- private:
-  const char* m_data;
-  Buffer m_copy;
-};
+// Whether data is in the buffer that it is to be copied into.
+bool IsInside(const void* data, const char* buffer, unsigned int size) {
+  const std::less<const void*> before;
+  return buffer != nullptr && !before(data, buffer) && before(data, buffer + size);
+}
 
 // A new buffer that begins with what the old one holds; null when the bounded copy fails, which is reported.
 Buffer Enlarged(unsigned int size, const char* old, unsigned int length, const char* function) {
   Buffer buffer(new char[size]);
   const int result = memcpy_s(buffer.get(), size, old, length);
   if (result == 0) return buffer;
-  ReportError({MODULE, function, __LINE__}, result, Compose(function, ".memcpy_s failed"));
+  LogError({MODULE, function, __LINE__}, result, StrCat(function, ".memcpy_s failed"));
   return nullptr;
 }
 
@@ -101,10 +90,13 @@ void CComNEMsg::EmptyMsg() {
 void CComNEMsg::SetMsg(const void* pData, unsigned int nDataLen) {
   if (pData == nullptr) return;
   if (nDataLen > MAX_BODY) {
-    ReportWarning({MODULE, "SetMsg", __LINE__}, Compose("SetMsg: nDataLen beyond max, nDataLen:", MAX_BODY));
+    LogWarning({MODULE, "SetMsg", __LINE__}, StrCat("SetMsg: nDataLen beyond max, nDataLen:", MAX_BODY));
     nDataLen = MAX_BODY;
   }
-  const Source source(pData, nDataLen, m_pMsg, m_nMsgBufSize);
+  if (IsInside(pData, m_pMsg, m_nMsgBufSize)) {
+    const std::string copy(static_cast<const char*>(pData), nDataLen);
+    return SetMsg(copy.data(), nDataLen);
+  }
   if (m_nMsgBufSize < nDataLen + 1) {
     auto* buffer = new char[nDataLen + HEADROOM]();  // a copy that fails shows nothing of older memory
     delete[] m_pMsg;
@@ -113,18 +105,18 @@ void CComNEMsg::SetMsg(const void* pData, unsigned int nDataLen) {
   }
   if (m_pMsg == nullptr) {
     usMsgLen = 0;
-    ReportError({MODULE, "SetMsg", __LINE__}, CONSISTENCY_ERROR, "SetMsg:m_pMsg==NULL");
+    LogError({MODULE, "SetMsg", __LINE__}, CONSISTENCY_ERROR, "SetMsg:m_pMsg==NULL");
     return;
   }
-  const int result = memcpy_s(m_pMsg, m_nMsgBufSize, source.get(), nDataLen);
+  const int result = memcpy_s(m_pMsg, m_nMsgBufSize, pData, nDataLen);
   m_pMsg[nDataLen] = '\0';
   usMsgLen = static_cast<uint16_t>(nDataLen);
-  if (result != 0) ReportError({MODULE, "SetMsg", __LINE__}, result, "SetMsg:memcpy_s failed");
+  if (result != 0) LogError({MODULE, "SetMsg", __LINE__}, result, "SetMsg:memcpy_s failed");
 }
 
 void CComNEMsg::SetBufLen(unsigned int nBufLen) {
   if (nBufLen > MAX_BODY) {
-    ReportWarning({MODULE, "SetBufLen", __LINE__}, Compose("AddStrToMsg: nDataLen beyond max, nDataLen:", MAX_BODY));
+    LogWarning({MODULE, "SetBufLen", __LINE__}, StrCat("AddStrToMsg: nDataLen beyond max, nDataLen:", MAX_BODY));
     nBufLen = MAX_BODY;
   }
   if (m_nMsgBufSize >= nBufLen + 1) return;
@@ -140,12 +132,15 @@ void CComNEMsg::AddMsg(const void* pData, unsigned int nDataLen) {
   if (pData == nullptr) return;
   const unsigned int room = MAX_BODY - std::min<unsigned int>(usMsgLen, MAX_BODY);
   if (nDataLen > room) {
-    ReportWarning({MODULE, "AddMsg", __LINE__},
-                  Compose("AddMsg: nDataLen beyond max, nDataLen:", nDataLen, ", nBufLen:", usMsgLen));
+    LogWarning({MODULE, "AddMsg", __LINE__},
+               StrCat("AddMsg: nDataLen beyond max, nDataLen:", nDataLen, ", nBufLen:", usMsgLen));
     nDataLen = room;
   }
   if (nDataLen == 0) return;
-  const Source source(pData, nDataLen, m_pMsg, m_nMsgBufSize);
+  if (IsInside(pData, m_pMsg, m_nMsgBufSize)) {
+    const std::string copy(static_cast<const char*>(pData), nDataLen);
+    return AddMsg(copy.data(), nDataLen);
+  }
   const unsigned int length = usMsgLen + nDataLen;
   if (m_pMsg == nullptr || length + 1 > m_nMsgBufSize) {
     Buffer buffer = Enlarged(length + HEADROOM, m_pMsg, usMsgLen, "AddMsg");
@@ -155,10 +150,10 @@ void CComNEMsg::AddMsg(const void* pData, unsigned int nDataLen) {
     m_pMsg = buffer.release();
     m_nMsgBufSize = length + HEADROOM;
   }
-  const int result = memcpy_s(m_pMsg + usMsgLen, nDataLen, source.get(), nDataLen);
+  const int result = memcpy_s(m_pMsg + usMsgLen, nDataLen, pData, nDataLen);
   m_pMsg[length] = '\0';
   usMsgLen = static_cast<uint16_t>(length);
-  if (result != 0) ReportError({MODULE, "AddMsg", __LINE__}, result, "AddMsg.memcpy_s failed");
+  if (result != 0) LogError({MODULE, "AddMsg", __LINE__}, result, "AddMsg.memcpy_s failed");
 }
 
 }  // namespace VARNEL_COMMON

@@ -7,16 +7,17 @@
 #include <utility>
 #include <vector>
 
-#include "chars.h"
-#include "find.h"
 #include "publicdata.h"
 #include "str.h"
-#include "stream_reader.h"
-#include "tl1_attribute.h"
+#include "util/chars.h"
+#include "util/find.h"
+#include "util/stream_reader.h"
 
 namespace VARNEL_COMMON {
 
-using VARNEL_INTERNAL::FindInString;
+using VARNEL_UTIL::FindInString;
+using VARNEL_UTIL::StreamReader;
+using VARNEL_UTIL::TrimmedRight;
 
 namespace {
 
@@ -28,17 +29,15 @@ bool Matches(const char* report, const char* pattern) {
 }
 
 // What follows the first occurrence of `word`, or null.
-const char* Behind(const char* report, const char* word) {
+const char* After(const char* report, const char* word) {
   const char* found = std::strstr(report, word);
   return found == nullptr ? nullptr : found + std::strlen(word);
 }
 
-// Reads two numbers. They count only when something other than white space follows them: a default stream that has run
-// into the end of the text no longer tells its position, which is what recognition rests on.
+// Both numbers must be followed by a character that is not white space. At the end of the text a stream's tellg()
+// returns -1, and the report is not recognised. Example: "3 12 " is refused, "3 12 ;" is accepted.
 bool ReadTwoNumbers(std::string_view text, unsigned int& first, unsigned int& second) {
-  while (!text.empty() && IsBlank(text.back()))
-    text.remove_suffix(1);
-  StreamReader reader(text);
+  StreamReader reader(TrimmedRight(text));
   reader.Read(first);
   reader.Read(second);
   return !reader.Failed() && !reader.AtEnd();
@@ -53,12 +52,6 @@ bool ReadUnsigned(const char* text, unsigned int& number) {
   return !reader.Failed() || wide != 0;  // an overflow fails too, but has digits
 }
 
-// `behind` is where the attribute's name ends.
-void ReadAttribute(const char* behind, unsigned int& number) {
-  const auto value = AttributeValue(behind, 0, 0);
-  StreamReader(value.value_or(std::string_view())).Read(number);
-}
-
 unsigned int Percent(unsigned int done, unsigned int total) {
   return total == 0 ? 0 : done * 100U / total;
 }
@@ -69,7 +62,7 @@ struct Tl1Shape {
   const char* total;
 };
 
-// The misspellings are the elements' own. All shapes, those of MML too, stand in docs/formats.md.
+// The misspellings are the elements' own. docs/formats.md lists all shapes, those of MML too.
 constexpr Tl1Shape TL1_SHAPES[] = {
     {"*FILES_DONE=*FILES_TOTAL=*", "FILES_DONE=", "FILES_TOTAL="},
     {"*REPT EVT PROGRESS*TRANSFEREDFILES=*TOTALNUM=*", "TRANSFEREDFILES=", "TOTALNUM="},
@@ -125,12 +118,12 @@ CEvtMsg* CVNPackGuageEvt::Duplicate() {
 bool CVNPackGuageEvt::HandleMMLReport(const char* report) {
   if (report == nullptr) return false;
   // A plain search for what a shape holds is cheaper than a match that fails.
-  const char* counts = Behind(report, "TOTAL_NUM");
+  const char* counts = After(report, "TOTAL_NUM");
   if (counts != nullptr && Matches(report, "*EVT_SFTM_CPYFILE_PROGRESS*DONE_NUM*TOTAL_NUM*")) {
     return ReadTwoNumbers(counts, m_dwDoneNum, m_dwTotalNum);
   }
-  const char* done = Behind(report, "done=");
-  const char* total = done == nullptr ? nullptr : Behind(report, "total=");
+  const char* done = After(report, "done=");
+  const char* total = done == nullptr ? nullptr : After(report, "total=");
   if (total == nullptr || !Matches(report, "*status=completed*done=*total=*")) return false;
   const bool hasDone = ReadUnsigned(done, m_dwDoneNum);
   const bool hasTotal = ReadUnsigned(total, m_dwTotalNum);
@@ -140,11 +133,13 @@ bool CVNPackGuageEvt::HandleMMLReport(const char* report) {
 bool CVNPackGuageEvt::HandleTL1LReport(const char* report) {
   if (report == nullptr) return false;
   for (const Tl1Shape& shape : TL1_SHAPES) {
-    const char* done = Behind(report, shape.done);
-    const char* total = done == nullptr ? nullptr : Behind(report, shape.total);
-    if (total == nullptr || !Matches(report, shape.pattern)) continue;
-    ReadAttribute(done, m_dwDoneNum);
-    ReadAttribute(total, m_dwTotalNum);
+    if (std::strstr(report, shape.done) == nullptr || !Matches(report, shape.pattern)) continue;
+    std::string done;
+    std::string total;
+    GetTL1AttrbuteString(report, shape.done, done);
+    GetTL1AttrbuteString(report, shape.total, total);
+    ConvertFromString(done.c_str(), m_dwDoneNum);
+    ConvertFromString(total.c_str(), m_dwTotalNum);
     return m_dwTotalNum != 0;
   }
   return false;
@@ -202,7 +197,7 @@ CEvtMsg* CVNScriptFileEndEvt::Duplicate() {
 }
 
 bool CVNScriptFileEndEvt::HandleMMLReport(const char* report) {
-  const char* result = report == nullptr ? nullptr : Behind(report, "RSP");
+  const char* result = report == nullptr ? nullptr : After(report, "RSP");
   if (result == nullptr || !Matches(report, "*EVENT*CAM*RUN*END*")) return false;
   const bool success = std::strstr(result, "SUCCESS") != nullptr;
   if (!success && std::strstr(result, "FAIL") == nullptr) return false;

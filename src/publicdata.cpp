@@ -4,39 +4,59 @@
 #include <cerrno>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
+#include <limits>
 #include <string_view>
 #include <utility>
 
-#include "big_endian.h"
 #include "common.h"
-#include "file_handle.h"
+#include "platform/annex_k.h"
+#include "platform/kelp_os.h"
+#include "productdata.h"
+#include "str.h"
+#include "util/big_endian.h"
+#include "util/file_handle.h"
+#include "util/wildcard.h"
+#include "zepv2data.h"
 
 namespace VARNEL_COMMON {
+
+using namespace VARNEL_UTIL;
 
 namespace {
 
 constexpr char MODULE[] = "publicdata";
 
-// Persistent numbers: result codes that callers compare with, and what stands in files; see docs/formats.md.
+// Persistent numbers: result codes that callers compare with, and what is in files; see docs/formats.md.
 constexpr unsigned int CANNOT_OPEN = 0x3BA00013;
 constexpr unsigned int INVALID_HEAD = 0x3BA00B02;
 constexpr uint32_t DIR_MAGIC = 0x51584444;   // "QXDD"
 constexpr uint32_t FILE_MAGIC = 0x51584646;  // "QXFF"
-constexpr int SUM_START = 4 + 4;             // behind magic word and sum
+constexpr int SUM_START = 4 + 4;             // after magic word and sum
 constexpr int SUM_LENGTH = 64 - SUM_START - 4;
 constexpr unsigned short EXTENDED_TYPE = 2;
 constexpr unsigned short MAX_LINK_LENGTH = 1023;
 constexpr unsigned short NO_VERSION = 65535;
 
+constexpr unsigned int SPARE_BYTES = 1024;  // zeros after the content of a loaded file
+constexpr unsigned int LINE_SIZE = 1024;
+constexpr size_t NUMBER_SIZE = 8;  // five digits at most, and a NUL
+constexpr unsigned int LAST_MML_NE_ID = 0xFFFFFF;
+constexpr char PATH_ENCODING[] = "UTF-8";
+
 static_assert(sizeof(ZEP_DIR_HEAD) == 64 && offsetof(ZEP_DIR_HEAD, ulValue60) == 60, "laid out as in the file");
 static_assert(sizeof(ZEP_FILE_HEAD) == 64 && offsetof(ZEP_FILE_HEAD, ulValue60) == 60, "laid out as in the file");
+
+// Opens a file through the host; null with errno set on failure.
+FileHandle OpenForReading(const std::string& path) {
+  return FileHandle(KELP_OS::fopen(path.c_str(), "rb", PATH_ENCODING));
+}
 
 // Reads exactly `size` bytes; a short read is reported.
 bool Read(const FileHandle& file, void* dest, size_t size) {
   if (std::fread(dest, 1, size, file.get()) == size) return true;
   const int error = errno;
-  ReportWarning({MODULE, "readZEPFileHead", __LINE__},
-                Compose("readZEPFileHead(): ACE_OS::fread failed! errno: ", error));
+  LogWarning({MODULE, "readZEPFileHead", __LINE__}, StrCat("readZEPFileHead(): ACE_OS::fread failed! errno: ", error));
   return false;
 }
 
@@ -98,6 +118,15 @@ bool IsHandledFileType(unsigned short type) {
   return type <= 13 || type == 15 || type == 513;
 }
 
+// Copies digits to `buffer` and returns the code of the first character, 0 without one.
+unsigned char FirstDigitCode(char (&buffer)[NUMBER_SIZE], const char* digits, size_t count, int line) {
+  const int result = strncpy_s(buffer, sizeof buffer, digits, count);
+  if (result != 0) LogError({MODULE, "GetNESlotID", line}, result, "GetNESlotID.strncpy_s failed");
+  char digit = '\0';
+  ConvertFromString(buffer, digit);
+  return static_cast<unsigned char>(digit);
+}
+
 }  // namespace
 
 void ZEP_DIR_HEAD::ToHostOrder() {
@@ -133,8 +162,8 @@ unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::
   FileHandle file = OpenForReading(path);
   if (file == nullptr) {
     const int error = errno;
-    ReportWarning({MODULE, "readZEPFileHead", __LINE__},
-                  Compose("readZEPFileHead(): KELP_OS::fopen failed! filename:", path, ". errno:", error));
+    LogWarning({MODULE, "readZEPFileHead", __LINE__},
+               StrCat("readZEPFileHead(): KELP_OS::fopen failed! filename:", path, ". errno:", error));
     return CANNOT_OPEN;
   }
   const unsigned int result = ReadHeads(file, head, linkTarget, versionText, extWord, payloadOffset);
@@ -159,6 +188,94 @@ unsigned int CheckZEPFileHead(const std::string& path, int& fileType, std::strin
   if (result != 0) return result;
   fileType = type;
   return IsHandledFileType(type) ? 0 : INVALID_HEAD;
+}
+
+Vnifstream::Vnifstream(const std::string& path) : m_pBuffer(nullptr), m_uiSize(0), m_uiPos(0) {
+  ReadFile(path);
+}
+
+Vnifstream::Vnifstream(const Vnifstream& other) = default;
+
+Vnifstream& Vnifstream::operator=(const Vnifstream& other) = default;
+
+Vnifstream::~Vnifstream() {
+  delete[] m_pBuffer;
+}
+
+bool Vnifstream::ReadFile(const std::string& path) {
+  const int callersErrno = errno;
+  struct ::stat status;
+  if (path.empty() || KELP_OS::stat(path.c_str(), &status, PATH_ENCODING) != 0) return false;
+  FileHandle file = OpenForReading(path);
+  if (file == nullptr) return false;
+
+  const auto size = static_cast<unsigned int>(status.st_size);
+  const size_t allocated = size_t{size} + SPARE_BYTES;
+  auto* buffer = new char[allocated];
+  const size_t read = std::fread(buffer, 1, size, file.get());
+  memset_s(buffer + read, allocated - read, 0, allocated - read);
+  file.reset();
+  errno = callersErrno;
+  m_pBuffer = buffer;
+  m_uiSize = size;
+  m_uiPos = 0;
+  return true;
+}
+
+bool Vnifstream::GetLine(char* buf, unsigned int size) {
+  if (buf == nullptr || size == 0 || m_pBuffer == nullptr || m_uiPos >= m_uiSize) return false;
+  const char* start = m_pBuffer + m_uiPos;
+  const size_t left = m_uiSize - m_uiPos;
+  const void* lineFeed = std::memchr(start, '\n', left);
+  size_t length = lineFeed == nullptr ? left : static_cast<size_t>(static_cast<const char*>(lineFeed) - start);
+  m_uiPos += static_cast<unsigned int>(length);
+  if (length >= size) length = size - 1;
+  if (length > 0) {
+    const int result = memcpy_s(buf, length, start, length);
+    if (result != 0) {
+      LogError({MODULE, "GetLine", __LINE__}, result, "Vnifstream::GetLine.memcpy_s failed");
+      return false;
+    }
+  }
+  buf[length] = '\0';
+  if (m_uiPos < std::numeric_limits<unsigned int>::max()) ++m_uiPos;
+  return true;
+}
+
+bool isColdPatch(const std::string& path) {
+  Vnifstream file(path);
+  char line[LINE_SIZE];
+  while (file.GetLine(line, sizeof line)) {
+    if (std::strstr(line, "[COLDPATCH]") != nullptr) return true;
+  }
+  LogWarning({MODULE, "isColdPatch", __LINE__}, StrCat("isColdPatch not find coldpatch, File: ", path.c_str()));
+  return false;
+}
+
+unsigned int GetNESlotID(unsigned short slotNumber) {
+  char number[NUMBER_SIZE] = {};
+  if (snprintf_s(number, sizeof number, sizeof number - 1, "%d", slotNumber) == -1) {
+    LogError({MODULE, "GetNESlotID", 528}, -1, StrCat("GetNESlotID.snprintf_s failed, SlotId", slotNumber));
+  }
+  if (std::strlen(number) != 3) return slotNumber;
+  char digits[NUMBER_SIZE] = {};
+  const unsigned int shelf = FirstDigitCode(digits, number, 1, 543);
+  const unsigned int slot = FirstDigitCode(digits, number + 1, 2, 550);
+  return shelf << 5 | slot;
+}
+
+bool IsTL1NeID(unsigned int neId) {
+  return neId > LAST_MML_NE_ID;
+}
+
+bool IsKorvaneNE(int generation, const std::string& name) {
+  return !IsZepv2(generation) && strmcmpnocase(name.c_str(), KORVANE_NAME) != 0;
+}
+
+bool IsSccBdName(const std::string& name) {
+  const std::string_view text = name.c_str();
+  return std::any_of(std::begin(SCC_BOARD_NAMES), std::end(SCC_BOARD_NAMES),
+                     [text](std::string_view pattern) { return NoCaseMatcher(text, pattern).Matches(); });
 }
 
 }  // namespace VARNEL_COMMON

@@ -1,103 +1,104 @@
 #include "str.h"
 
+#include <sys/time.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <iterator>
-#include <optional>
+#include <string_view>
+#include <utility>
 
+#include <ace/OS_NS_time.h>
 #include <ace/Recursive_Thread_Mutex.h>
+#include <ace/Time_Value.h>
 
-#include "chars.h"
 #include "common.h"
-#include "find.h"
-#include "piece.h"
 #include "platform/ns_util.h"
-#include "replace.h"
-#include "stream_reader.h"
-#include "tl1_attribute.h"
-#include "wildcard.h"
+#include "util/chars.h"
+#include "util/checked_math.h"
+#include "util/collapse.h"
+#include "util/find.h"
+#include "util/replace.h"
+#include "util/stream_reader.h"
+#include "util/wildcard.h"
 
 namespace VARNEL_COMMON {
 
-using VARNEL_INTERNAL::Finder;
-using VARNEL_INTERNAL::FindLinear;
+using namespace VARNEL_UTIL;
 
 namespace {
+
+constexpr char MODULE[] = "str";
+constexpr size_t MAX_PATH_LENGTH = 4096;
+static_assert(MAX_PATH_LENGTH >= PATH_MAX, "realpath() may write PATH_MAX bytes");
 
 // Part of the module by convention; no operation takes it.
 [[maybe_unused]] ACE_Recursive_Thread_Mutex g_mutex;
 
-// Writes a collapsed text over the text that it is read from, a block at a time.
-class Collapser {
+std::string WithSlashes(std::string path) {
+  ReplaceString(path, "\\", "/");
+  return path;
+}
+
+std::string Refuse(int line, const char* why, const char* path) {
+  LogError({MODULE, "ToAbsPath", line}, CONSISTENCY_ERROR, StrCat(why, path, ". "));
+  return "";
+}
+
+std::tm LocalTime(time_t seconds) {
+  const int callersErrno = errno;
+  std::tm local = {};
+  ACE_OS::localtime_r(&seconds, &local);
+  errno = callersErrno;  // a missing time zone file changes it
+  return local;
+}
+
+// A stamp while it is written.
+class Stamp {
  public:
-  explicit Collapser(char* text) : m_start(text), m_end(text) {}
-
-  // Packs the stretches that stay, each with a copy of known size, so that more than the stretch is copied.
-  void AddBlock(const char* text) {
-    char block[2 * BLOCK];
-    std::memcpy(block, text, BLOCK);
-    const BlankMasks masks = FindBlanks(block);
-    for (uint32_t unusual = masks.unusual; unusual != 0; unusual &= unusual - 1)
-      block[LowestBit(unusual)] = ' ';
-    uint32_t kept = WHOLE_BLOCK & ~(masks.blank & (masks.blank << 1 | static_cast<uint32_t>(m_blankBefore)));
-    m_blankBefore = (masks.blank >> (BLOCK - 1)) != 0;
-    // Written in place where that overwrites nothing but what has been read, which is soon so.
-    char aside[2 * BLOCK];
-    char* packed = text - m_end >= std::ptrdiff_t{BLOCK} ? m_end : aside;
-    size_t size = 0;
-    while (kept != 0) {
-      const size_t start = LowestBit(kept);
-      std::memcpy(packed + size, block + start, BLOCK);
-      size += LowestBit(~(kept >> start));
-      kept &= kept + (uint32_t{1} << start);  // takes the lowest stretch away
-    }
-    if (packed == aside) std::memcpy(m_end, aside, BLOCK);
-    m_end += size;
+  // Adds a number as a stream of that width and fill character "0" writes it: a sign comes after the zeros.
+  Stamp& Number(int number, size_t width) {
+    char digits[11];
+    const char* end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+    for (auto length = static_cast<size_t>(end - digits); length < width; ++length)
+      *m_end++ = '0';
+    m_end = std::copy(static_cast<const char*>(digits), end, m_end);
+    return *this;
   }
 
-  void Add(char c) {
-    const bool blank = IsBlank(c);
-    *m_end = blank ? ' ' : c;
-    m_end += blank && m_blankBefore ? 0 : 1;
-    m_blankBefore = blank;
+  Stamp& Separator(char c) {
+    *m_end++ = c;
+    return *this;
   }
 
-  size_t Size() const { return static_cast<size_t>(m_end - m_start); }
+  Stamp& Year(const std::tm& local) { return Number(CheckedAdd(local.tm_year, 1900), 4); }
+  Stamp& Month(const std::tm& local) { return Number(CheckedAdd(local.tm_mon, 1), 2); }
+
+  std::string Text() const { return {m_text, static_cast<size_t>(m_end - m_text)}; }
 
  private:
-  char* m_start;
-  char* m_end;
-  bool m_blankBefore = true;  // also in front of the text, which so loses its leading blanks
+  char m_text[6 * 11 + 5];  // six numbers of any size and the separators
+  char* m_end = m_text;
 };
-
-std::vector<std::string> Split(std::string_view text, char sep) {
-  std::vector<std::string> fields;
-  fields.reserve(static_cast<size_t>(std::count(text.begin(), text.end(), sep)) + 1);
-  size_t start = LeadingBlanks(text);
-  ForEachPlace(text, sep, [&](size_t end) {
-    if (end < start) return;  // a separator that is white space is itself skipped in front of a field
-    AppendPiece(fields, text, start, end - start);
-    start = end + 1;
-    if (start < text.size() && IsBlank(text[start])) start += LeadingBlanks(text.substr(start));
-  });
-  AppendPiece(fields, text, start, text.size() - start);
-  return fields;
-}
 
 }  // namespace
 
 void StrTrimLeft(std::string& s) {
-  s.erase(0, LeadingBlanks(s));
+  s.erase(0, s.size() - TrimmedLeft(s).size());
 }
 
 void StrTrimRight(std::string& s) {
-  s.resize(LengthWithoutTrailingBlanks(s));
+  s.resize(TrimmedRight(s).size());
 }
 
 void StrTrim(std::string& s) {
-  StrTrimLeft(s);
   StrTrimRight(s);
+  StrTrimLeft(s);
 }
 
 int strmcmp(const char* text, const char* pattern) {
@@ -105,7 +106,7 @@ int strmcmp(const char* text, const char* pattern) {
 }
 
 int strmcmpnocase(const char* text, const char* pattern) {
-  return text != nullptr && pattern != nullptr && MatchesNoCase(text, pattern) ? 1 : 0;
+  return text != nullptr && pattern != nullptr && NoCaseMatcher(text, pattern).Matches() ? 1 : 0;
 }
 
 void freeArray(void** array) {
@@ -118,35 +119,18 @@ void freeArray(void** array) {
 }
 
 void ReplaceString(std::string& s, const std::string& from, const std::string& to) {
-  if (from.empty()) return;
-  const Finder finder(from);
-  const size_t firstHit = finder.Find(s);
-  // A `to` that holds `from` would go on for ever.
-  if (firstHit != std::string::npos && finder.Find(to) == std::string::npos) {
-    ReplaceRepeatedly(s, finder, to, firstHit);
-  }
+  const size_t hit = from.empty() ? std::string::npos : FindLinear(s, from);
+  // A `to` that contains `from` would go on for ever.
+  if (hit == std::string::npos || FindLinear(to, from) != std::string::npos) return;
+  s = MayCascade(from, to) ? CascadingReplacer(s, from, to).Run() : ReplaceOnce(s, from, to, hit);
 }
 
 void StrCollapse(std::string& s) {
-  Collapser collapser(s.data());
-  const char* next = s.data();
-  const char* end = next + s.size();
-  for (; static_cast<size_t>(end - next) >= BLOCK; next += BLOCK)
-    collapser.AddBlock(next);
-  while (next != end)
-    collapser.Add(*next++);
-  s.resize(LengthWithoutTrailingBlanks({s.data(), collapser.Size()}));
+  Collapser::Collapse(s);
 }
 
 void toUpperCase(std::string& s) {
-  constexpr size_t STRIDE = 16;  // a known number of turns is done in one go
-  char* next = s.data();
-  char* end = next + s.size();
-  for (; static_cast<size_t>(end - next) >= STRIDE; next += STRIDE) {
-    for (size_t i = 0; i < STRIDE; ++i)
-      next[i] = ToUpper(next[i]);
-  }
-  std::transform(next, end, next, ToUpper);
+  std::transform(s.begin(), s.end(), s.begin(), ToUpper);
 }
 
 std::string replaceEnterWithBlank(const char* text) {
@@ -164,21 +148,31 @@ std::string replaceEnterWithBlank(const char* text) {
 bool GetTL1AttrbuteString(const char* text, const std::string& name, std::string& value) {
   const std::string_view all = text == nullptr ? "" : text;
   const size_t found = name.empty() ? std::string_view::npos : FindLinear(all, name);
-  const auto part = found == std::string_view::npos ? std::nullopt : AttributeValue(all, found, name.size());
-  value.assign(part.value_or(std::string_view()));
-  return part.has_value();
+  if (found == std::string_view::npos) {
+    value.clear();
+    return false;
+  }
+  size_t end = all.find(',', found);
+  if (end == std::string_view::npos) end = all.find('"', found);
+  const size_t start = found + name.size();
+  value.assign(all.substr(start, std::max(end, start) - start));  // empty if the end is inside the name
+  return end != std::string_view::npos || !value.empty();
 }
 
 void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields) {
   if (text == nullptr) return;
-  // Growing the vector itself would move the text away where it belongs to one of the elements, and memory that runs
-  // out half-way would leave some of the fields in it.
-  std::vector<std::string> added = Split(text, sep);
+  // The text may be part of `fields`, and running out of memory must not leave some of its fields there.
+  std::vector<std::string> added;
+  added.reserve(static_cast<size_t>(std::count(text, text + std::strlen(text), sep)) + 1);  // 46 instead of 124 ns
+  std::string_view rest = TrimmedLeft(text);
+  for (size_t end; (end = rest.find(sep)) != std::string_view::npos; rest = TrimmedLeft(rest.substr(end + 1)))
+    added.emplace_back(rest.substr(0, end));
+  added.emplace_back(rest);
   if (fields.empty()) {
     fields.swap(added);
-    return;
+  } else {
+    fields.insert(fields.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
   }
-  fields.insert(fields.end(), std::make_move_iterator(added.begin()), std::make_move_iterator(added.end()));
 }
 
 template <typename T>
@@ -189,5 +183,91 @@ void ConvertFromString(const char* text, T& value) {
 template void ConvertFromString<unsigned int>(const char* text, unsigned int& value);
 template void ConvertFromString<char>(const char* text, char& value);
 template void ConvertFromString<unsigned short>(const char* text, unsigned short& value);
+
+void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath, std::string& fileName) {
+  std::string path = WithSlashes(fullPath);
+  const size_t nameStart = path.rfind('/') + 1;  // 0 where there is no separator
+  const bool isBareName = !path.empty() && nameStart == 0;
+  std::string name = path.substr(nameStart);
+  path.resize(nameStart);
+  if (isBareName) path = "/";
+  fileName = std::move(name);
+  filePath = std::move(path);  // last, and so what one variable for both outputs keeps
+}
+
+// The name is a copy and may be one of the outputs; one variable for both outputs keeps the extension.
+void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName) {
+  const size_t dot = std::min(fileName.rfind('.'), fileName.size());
+  std::string extension = fileName.substr(dot);
+  fileName.resize(dot);
+  leftName = std::move(fileName);
+  exName = std::move(extension);
+}
+
+bool VerifyFilePathAndName(const std::string& path) {
+  // Two dots are in the folder part or in the name part, never across the separator between them.
+  return path.find("..") == std::string::npos;
+}
+
+std::string ToAbsPath(const std::string& path) {
+  const char* text = path.c_str();  // up to the first NUL
+  if (std::strlen(text) > MAX_PATH_LENGTH) return Refuse(__LINE__, "fileName too long file:", text);
+  const int callersErrno = errno;
+  char resolved[MAX_PATH_LENGTH + 1] = {};
+  if (realpath(text, resolved) == nullptr) return Refuse(__LINE__, "realpath failed. file:", text);
+  if (!VerifyFilePathAndName(resolved)) {
+    return Refuse(__LINE__, "VerifyFilePathAndName is failed, filename", resolved);
+  }
+  errno = callersErrno;  // realpath() changes it on success too
+  return resolved;
+}
+
+int VNRemoveFile(const std::string& path) {
+  return NS_UTIL::RemoveFile(path);
+}
+
+int VNRemoveDir(const std::string& path) {
+  return NS_UTIL::RemoveDir(path);
+}
+
+double GetCurTimeMilSec() {
+  const time_t seconds = std::time(nullptr);
+  timeval now;
+  const ACE_Time_Value time = gettimeofday(&now, nullptr) == -1 ? ACE_Time_Value(-1, 0) : ACE_Time_Value(now);
+  return static_cast<double>(time.usec()) / 1000000.0 + static_cast<double>(seconds);
+}
+
+bool IsTimerReach(unsigned int last, unsigned int now, unsigned int period) {
+  return now != 0 && now / period != last / period;
+}
+
+std::string GetCurDateFormated() {
+  const std::tm local = LocalTime(std::time(nullptr));
+  return Stamp().Year(local).Month(local).Number(local.tm_mday, 2).Text();
+}
+
+std::string MakeTimeFormated(long seconds) {
+  const std::tm local = LocalTime(seconds);
+  Stamp stamp;
+  stamp.Year(local).Separator('-').Month(local).Separator('-').Number(local.tm_mday, 2).Separator(' ');
+  stamp.Number(local.tm_hour, 2).Separator(':').Number(local.tm_min, 2).Separator(':').Number(local.tm_sec, 2);
+  return stamp.Text();
+}
+
+std::string GetCurTimeFormated() {
+  return MakeTimeFormated(std::time(nullptr));
+}
+
+bool ParseTL1SlotID(const char* text, unsigned short& shelf, unsigned short& slot) {
+  constexpr std::string_view PREFIX = "SLOT-";
+  const char* found = text == nullptr ? nullptr : std::strstr(text, PREFIX.data());
+  return found != nullptr && ParseMMLSlotID(found + PREFIX.size(), shelf, slot);
+}
+
+bool ParseMMLSlotID(const char* text, unsigned short& shelf, unsigned short& slot) {
+  if (text == nullptr) return false;
+  ReadDashed(text, shelf, slot);
+  return true;
+}
 
 }  // namespace VARNEL_COMMON

@@ -1,49 +1,48 @@
 #include "tl1nemsgparse.h"
 
-#include <string_view>
-
 #include "common.h"
-#include "find.h"
-#include "tl1_parser.h"
 
 namespace VARNEL_COMMON {
 
 namespace {
 
 constexpr char MODULE[] = "tl1nemsgparse";
-constexpr VARNEL_INTERNAL::Finder RESPONSE_END("\r\n;");
+constexpr size_t NPOS = std::string::npos;
+constexpr int NONE = -1, ACKNOWLEDGEMENT = 2, RESPONSE = 3, AUTONOMOUS = 4;
+
+constexpr char HEADER_START[] = "\r\n\n   ";
+constexpr char ACK_END[] = "\r\n<";
+constexpr char VERB_END[] = "\r\n   ";
+constexpr size_t INDENT = 3;      // blanks before the SID
+constexpr size_t CTAG_START = 3;  // "M" and two blanks
 
 bool HasHeader(int type) {
-  return type == TL1Findings::RESPONSE || type == TL1Findings::AUTONOMOUS;
+  return type == RESPONSE || type == AUTONOMOUS;
 }
 
 // Always false, for the caller to return.
-bool Warn(int line, const char* text) {
-  ReportWarning({MODULE, "ParseMsgEndFlg", line}, text);
+bool Warn(const char* function, int line, const char* text) {
+  LogWarning({MODULE, function, line}, text);
   return false;
 }
 
-// A part of a message, and the member that keeps it.
-struct Place {
-  TL1Part TL1Findings::*part;
-  std::string CTL1NEMsgParse::*text;
-};
+// Cuts out the field from `start` to the next `end`, where the cursor moves. False without an end or with an empty
+// field.
+bool TakeField(const std::string& message, size_t start, char end, size_t& cursor, std::string& field) {
+  const size_t found = message.find(end, start);
+  if (found == NPOS) return false;
+  cursor = found;
+  field.assign(message, start, found - start);
+  return !field.empty();
+}
 
-constexpr Place PLACES[] = {
-    {&TL1Findings::sid, &CTL1NEMsgParse::m_strSID},         {&TL1Findings::date, &CTL1NEMsgParse::m_strDate},
-    {&TL1Findings::time, &CTL1NEMsgParse::m_strTime},       {&TL1Findings::echo, &CTL1NEMsgParse::m_strEcho},
-    {&TL1Findings::rspLine, &CTL1NEMsgParse::m_strRspLine}, {&TL1Findings::textBlock, &CTL1NEMsgParse::m_strTextBlock},
-    {&TL1Findings::verb, &CTL1NEMsgParse::m_strVerb},       {&TL1Findings::code, &CTL1NEMsgParse::m_strRetRspCode},
-    {&TL1Findings::ctag, &CTL1NEMsgParse::m_strCtag},       {&TL1Findings::atag, &CTL1NEMsgParse::m_strAtag},
-};
+bool EndsInTerminator(const std::string& message) {
+  return message.back() == ';' || message.back() == '>';
+}
 
 }  // namespace
 
-// Nothing of the object changes before all of it is known.
-struct CTL1NEMsgParse::Findings : TL1Findings {};
-
-CTL1NEMsgParse::CTL1NEMsgParse(const std::string& msg)
-    : m_strNEMsg(msg), m_nMsgType(TL1Findings::NONE), m_nMsgStartPos(0) {}
+CTL1NEMsgParse::CTL1NEMsgParse(const std::string& msg) : m_strNEMsg(msg), m_nMsgType(NONE), m_nMsgStartPos(0) {}
 
 void CTL1NEMsgParse::InitAllPrivate() {
   m_strNEMsg.clear();
@@ -51,58 +50,141 @@ void CTL1NEMsgParse::InitAllPrivate() {
 }
 
 void CTL1NEMsgParse::ClearParts() {
-  for (const Place& place : PLACES)
-    (this->*place.text).clear();
-  m_nMsgType = TL1Findings::NONE;
+  for (std::string* part : {&m_strSID, &m_strDate, &m_strTime, &m_strEcho, &m_strRspLine, &m_strTextBlock, &m_strVerb,
+                            &m_strRetRspCode, &m_strCtag, &m_strAtag})
+    part->clear();
+  m_nMsgType = NONE;
   m_nMsgStartPos = 0;
 }
 
+// Most failures end here. Always false, for the caller to return.
+bool CTL1NEMsgParse::Refuse() {
+  InitAllPrivate();
+  return false;
+}
+
 bool CTL1NEMsgParse::NEMsgParse() {
-  Findings found;
-  const bool recognised = FindTL1Parts(m_strNEMsg, found);
-  Reserve(found);
-  Take(found);
-  return recognised;
-}
-
-// Gets the memory for what was found, so that running out of it changes nothing.
-void CTL1NEMsgParse::Reserve(const Findings& found) {
-  for (const Place& place : PLACES) {
-    std::string& text = this->*place.text;
-    const size_t length = (found.*place.part).length;
-    if (text.capacity() < length) text.reserve(length);  // a smaller number asks it to shrink
+  if (m_strNEMsg.empty()) return Warn("NEMsgParse", __LINE__, "CTL1NEMsgParse::NEMsgParse(): NEMsg is empty;");
+  const size_t header = m_strNEMsg.find(HEADER_START);
+  if (header == NPOS) {
+    if (m_strNEMsg.find(ACK_END) != NPOS) return ParseAck();
+    const size_t prompt = m_strNEMsg.find("\r\n>");
+    if (prompt == NPOS) return false;
+    m_nMsgType = AUTONOMOUS;
+    m_nMsgStartPos = static_cast<unsigned int>(prompt);
+    return true;
   }
+  m_nMsgStartPos = static_cast<unsigned int>(header);
+  size_t cursor = header;
+  if (!ParseSID(cursor)) return Warn("NEMsgParse", __LINE__, "CTL1NEMsgParse::ParseSID(): ParseSID failed;");
+  if (!ParseDate(cursor)) {
+    m_strSID.clear();
+    return Warn("NEMsgParse", __LINE__, "CTL1NEMsgParse::ParseDate(): ParseDate failed;");
+  }
+  if (!ParseTime(cursor)) {
+    m_strSID.clear();
+    m_strDate.clear();
+    return Warn("NEMsgParse", __LINE__, "CTL1NEMsgParse::ParseDate(): ParseDate failed;");
+  }
+  m_strEcho.assign(m_strNEMsg, 0, header);
+  const size_t lineEnd = m_strNEMsg.find('\n', cursor);
+  // An "M" must follow even if the message turns out to be an autonomous one.
+  const size_t mPos = lineEnd == NPOS ? NPOS : m_strNEMsg.find('M', lineEnd + 1);
+  return mPos != NPOS && ParseOutputAndAuto(mPos, lineEnd);
 }
 
-void CTL1NEMsgParse::Take(const Findings& found) {
-  if (found.emptiesAll) return InitAllPrivate();
-  for (const Place& place : PLACES)
-    (found.*place.part).CopyTo(this->*place.text, m_strNEMsg);
-  // Whatever stands around the "M" in the message.
-  constexpr std::string_view START = TL1Findings::RSP_LINE_START;
-  if (found.rspLine.length > 0) START.copy(m_strRspLine.data(), START.size());
-  if (found.type != TL1Findings::NONE) m_nMsgType = found.type;
-  m_nMsgStartPos = found.startPos.value_or(m_nMsgStartPos);
+bool CTL1NEMsgParse::ParseSID(size_t& cursor) {
+  const size_t blank = m_strNEMsg.find(' ', cursor);
+  return TakeField(m_strNEMsg, blank + INDENT, ' ', cursor, m_strSID);
+}
+
+bool CTL1NEMsgParse::ParseDate(size_t& cursor) {
+  return TakeField(m_strNEMsg, cursor + 1, ' ', cursor, m_strDate);
+}
+
+bool CTL1NEMsgParse::ParseTime(size_t& cursor) {
+  return TakeField(m_strNEMsg, cursor + 1, '\r', cursor, m_strTime);
+}
+
+bool CTL1NEMsgParse::ParseAck() {
+  size_t blank = 0;
+  if (!TakeField(m_strNEMsg, 0, ' ', blank, m_strRetRspCode)) return Refuse();
+  const size_t end = m_strNEMsg.find(ACK_END, blank);
+  if (end == NPOS || end + 3 != m_strNEMsg.size()) return Refuse();
+  m_strCtag.assign(m_strNEMsg, blank + 1, end - (blank + 1));
+  if (m_strCtag.empty()) return Refuse();
+  m_nMsgStartPos = 0;
+  m_nMsgType = ACKNOWLEDGEMENT;
+  return true;
+}
+
+bool CTL1NEMsgParse::ParseOutputAndAuto(size_t mPos, size_t lineEnd) {
+  return mPos == lineEnd + 1 ? ParseOutput(mPos) : ParseAuto(lineEnd);
+}
+
+bool CTL1NEMsgParse::ParseOutput(size_t mPos) {
+  const auto refuse = [this](int line, const char* why) {
+    Refuse();
+    return Warn("ParseOutputAndAuto", line, why);
+  };
+  const size_t blank = m_strNEMsg.find(' ', mPos + CTAG_START);
+  if (blank == NPOS) return refuse(__LINE__, "CTL1NEMsgParse::ParseOutputAndAuto(): Not find ctag");
+  m_strCtag.assign(m_strNEMsg, mPos + CTAG_START, blank - (mPos + CTAG_START));
+  if (m_strCtag.empty()) return refuse(__LINE__, "CTL1NEMsgParse::ParseOutputAndAuto(): ctag is empty");
+  size_t end = m_strNEMsg.find("\r\n", blank);
+  if (end == NPOS) return refuse(__LINE__, "CTL1NEMsgParse::ParseOutputAndAuto(): m_strRetRspCode not find");
+  m_strRetRspCode.assign(m_strNEMsg, blank + 1, end - (blank + 1));
+  if (m_strRetRspCode.empty()) {
+    return refuse(__LINE__, "CTL1NEMsgParse::ParseOutputAndAuto(): m_strRetRspCode is empty");
+  }
+  m_strRspLine.assign("\r\nM  ").append(m_strNEMsg, mPos + CTAG_START, end - (mPos + CTAG_START));
+  m_nMsgType = RESPONSE;
+  return ParseTextBlock(end);
+}
+
+bool CTL1NEMsgParse::ParseAuto(size_t lineEnd) {
+  size_t cursor = lineEnd;
+  if (!TakeField(m_strNEMsg, lineEnd + 1, ' ', cursor, m_strRetRspCode)) return Refuse();
+  const size_t atag = cursor + 1;
+  const size_t atagEnd = m_strNEMsg.find(' ', atag + 1);
+  if (atagEnd == NPOS) return Refuse();
+  m_strAtag.assign(m_strNEMsg, atag, atagEnd - atag);
+  cursor = atagEnd;
+  if (!ParseVerb(cursor)) return Refuse();
+  m_nMsgType = AUTONOMOUS;
+  return ParseTextBlock(cursor);
+}
+
+bool CTL1NEMsgParse::ParseVerb(size_t& cursor) {
+  const size_t start = cursor + 1;
+  const size_t end = m_strNEMsg.find(VERB_END, start);
+  if (end == NPOS && !EndsInTerminator(m_strNEMsg)) return false;
+  cursor = end == NPOS ? m_strNEMsg.size() - 1 : end;
+  m_strVerb.assign(m_strNEMsg, start, cursor - start);
+  return !m_strVerb.empty();
+}
+
+bool CTL1NEMsgParse::ParseTextBlock(size_t& cursor) {
+  if (!EndsInTerminator(m_strNEMsg)) return false;
+  const size_t start = cursor + 1;
+  // A message that ends in ">" but holds a ";" ends its block at that ";".
+  const size_t semicolon = m_strNEMsg.rfind(';');
+  cursor = semicolon == NPOS ? m_strNEMsg.size() - 1 : semicolon;
+  m_strTextBlock.assign(m_strNEMsg, start, cursor > start ? cursor - start : 0);
+  return true;
 }
 
 bool CTL1NEMsgParse::ParseMsgEndFlg(const std::string& msg) {
   if (msg.empty()) {
-    return Warn(__LINE__, "CTL1NEMsgParse::ParseMsgEndFlg(): strNEMsg is empty;");
+    return Warn("ParseMsgEndFlg", __LINE__, "CTL1NEMsgParse::ParseMsgEndFlg(): strNEMsg is empty;");
   }
-  const bool hasEnd = RESPONSE_END.Find(msg) != std::string_view::npos;
-  Findings found;
-  const bool recognised = FindTL1Parts(msg, found);
-  Reserve(found);
-  m_strNEMsg = msg;  // may be one of the parts
+  const bool hasEnd = msg.find("\r\n;") != NPOS;
+  m_strNEMsg = msg;  // first, as it may be one of the parts
   ClearParts();
-  Take(found);
-  if (!recognised) {
-    return Warn(__LINE__, "CTL1NEMsgParse::ParseMsgEndFlg(): NEMsgParse() is faid;");
+  if (!NEMsgParse()) {
+    return Warn("ParseMsgEndFlg", __LINE__, "CTL1NEMsgParse::ParseMsgEndFlg(): NEMsgParse() is faid;");
   }
-  if (m_nMsgType == TL1Findings::NONE) {
-    return Warn(__LINE__, "CTL1NEMsgParse::ParseMsgEndFlg(): strNEMsg is Error;");
-  }
-  return m_nMsgType != TL1Findings::ACKNOWLEDGEMENT && hasEnd;
+  return m_nMsgType != ACKNOWLEDGEMENT && hasEnd;
 }
 
 std::string CTL1NEMsgParse::GetRetRspCode() const {

@@ -1,18 +1,18 @@
 #include "zepv2data.h"
 
-#include <algorithm>
 #include <cstring>
 #include <string_view>
 
 #include <ace/OS_NS_stdlib.h>
 
-#include "checked_math.h"
 #include "common.h"
 #include "platform/annex_k.h"
-#include "slot_reader.h"
-#include "stream_reader.h"
+#include "util/checked_math.h"
+#include "util/stream_reader.h"
 
 namespace VARNEL_COMMON {
+
+using namespace VARNEL_UTIL;
 
 namespace {
 
@@ -55,25 +55,17 @@ std::string SlotText(unsigned short slotId, int radix) {
 unsigned short ReadSlotText(std::string_view text) {
   unsigned short shelf = 0;
   unsigned short slot = 0;
-  ReadShelfAndSlot(text, shelf, slot);
+  ReadDashed(text, shelf, slot);
   return static_cast<unsigned short>((shelf << 8) + slot);
-}
-
-// For a few characters that have just been written strlen() is slower.
-std::string_view UpToNul(const char* text, size_t size) {
-  size_t length = 0;
-  while (length < size && text[length] != '\0')
-    ++length;
-  return {text, length};
 }
 
 // Reads a part of a DC text by way of `buffer`, which keeps its text where the copy fails.
 template <typename Number>
 Number ReadPart(char (&buffer)[DC_BUFFER], const char* part, size_t count, int line) {
   const int result = strncpy_s(buffer, sizeof buffer, part, count);
-  if (result != 0) ReportError({MODULE, "convertSlotDC", line}, result, "convertSlotDC.strncpy_s failed");
+  if (result != 0) LogError({MODULE, "convertSlotDC", line}, result, "convertSlotDC.strncpy_s failed");
   Number number = 0;
-  StreamReader(UpToNul(buffer, sizeof buffer)).Read(number);
+  StreamReader(buffer).Read(number);
   return number;
 }
 
@@ -122,19 +114,17 @@ std::string convertSlot2strDC(unsigned int neid, int bdid) {
   char part[DC_BUFFER] = {};
   std::string text = ACE_OS::itoa_emulation((bdid >> 8) & 0xFFFF, part, 10);
   if (snprintf_s(part, sizeof part, sizeof part - 1, "%02d", bdid & 0xFF) == -1) {
-    ReportError({MODULE, "convertSlot2strDC", 265}, -1,
-                Compose("convertSlot2strDC.snprintf_s failed, neid:", neid, ", Bdid:", bdid));
+    LogError({MODULE, "convertSlot2strDC", 265}, -1,
+             StrCat("convertSlot2strDC.snprintf_s failed, neid:", neid, ", Bdid:", bdid));
   }
   return text.append(part);
 }
 
 unsigned int convertSlotDC(const std::string& text) {
-  if (text.size() < MIN_DC_LENGTH || text.size() > MAX_DC_LENGTH) return ReadSlotText(text.c_str());
-  const std::string_view read = UpToNul(text.data(), text.size());
-  if (std::find(read.begin(), read.end(), '-') != read.end()) return ReadSlotText(read);
-  unsigned short plainSlot = 0;
-  StreamReader(read).Read(plainSlot);
-  if (plainSlot <= LAST_PLAIN_SLOT) return plainSlot;
+  const unsigned short slotId = ReadSlotText(text.c_str());
+  const bool isDC = !IsExistShelfID(text.c_str()) && text.size() >= MIN_DC_LENGTH && text.size() <= MAX_DC_LENGTH &&
+                    slotId > LAST_PLAIN_SLOT;
+  if (!isDC) return slotId;
 
   char part[DC_BUFFER] = {};
   const size_t shelfLength = text.size() - DC_SLOT_LENGTH;

@@ -9,8 +9,8 @@
 #include "exact_text.h"
 #include "input.h"
 #include "replay.h"
-#include "stream_reader.h"
 #include "string_references.h"
+#include "util/stream_reader.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ void CheckConverting(const std::string& text) {
 }
 
 template <typename Value>
-void CheckRead(VARNEL_COMMON::StreamReader& reader, std::istream& stream) {
+void CheckRead(VARNEL_UTIL::StreamReader& reader, std::istream& stream) {
   Value expected = 77, value = 77;
   stream >> expected;
   reader.Read(value);
@@ -43,7 +43,7 @@ void CheckRead(VARNEL_COMMON::StreamReader& reader, std::istream& stream) {
 template <typename First, typename Second>
 void CheckReading(const std::string& text) {
   std::istream& stream = StreamOf(text);
-  VARNEL_COMMON::StreamReader reader(text);
+  VARNEL_UTIL::StreamReader reader(text);
   CheckRead<First>(reader, stream);
   CheckRead<Second>(reader, stream);
 }

@@ -1,4 +1,4 @@
-#include "big_endian.h"
+#include "util/big_endian.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 namespace VARNEL_TEST {
 namespace {
 
-using VARNEL_COMMON::BigToHost;
-using VARNEL_COMMON::LoadBig16;
-using VARNEL_COMMON::LoadBig32;
+using VARNEL_UTIL::BigToHost;
+using VARNEL_UTIL::LoadBig16;
+using VARNEL_UTIL::LoadBig32;
 
 TEST(BigEndian, EveryPairOfBytes) {
   for (unsigned int value = 0; value <= 0xFFFF; ++value) {

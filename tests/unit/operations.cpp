@@ -285,9 +285,11 @@ void AddParser(Table& table) {
   const std::string acknowledgement = "IP" + LONG + " " + LONG + "\r\n<";
   for (const std::string& message : {response, autonomous, unfinished, acknowledgement, std::string("\r\n>")}) {
     const auto make = [message] { return std::make_unique<CTL1NEMsgParse>(message); };
-    table.Add<CTL1NEMsgParse>("CTL1NEMsgParse::NEMsgParse", make, [](CTL1NEMsgParse& parser) { parser.NEMsgParse(); });
-    table.Add<CTL1NEMsgParse>("CTL1NEMsgParse::ParseMsgEndFlg", make,
-                              [response](CTL1NEMsgParse& parser) { parser.ParseMsgEndFlg(response); });
+    table.Add<CTL1NEMsgParse>(
+        "CTL1NEMsgParse::NEMsgParse", make, [](CTL1NEMsgParse& parser) { parser.NEMsgParse(); }, Promise::Usable);
+    table.Add<CTL1NEMsgParse>(
+        "CTL1NEMsgParse::ParseMsgEndFlg", make, [response](CTL1NEMsgParse& parser) { parser.ParseMsgEndFlg(response); },
+        Promise::Usable);
   }
   const auto make = [response] {
     auto parser = std::make_unique<CTL1NEMsgParse>(response);

@@ -20,6 +20,7 @@ struct Trial {
 enum class Promise {
   Whole,     ///< all as before or all as after
   EachPart,  ///< each part as before or as after
+  Usable,    ///< nothing but that the object can be used
   Entries,   ///< entries read so far stay: parts as after, and some at the end may be missing
 };
 

@@ -9,9 +9,9 @@
 #include <string>
 
 #include "allocation.h"
-#include "checked_math.h"
 #include "foreign_locale.h"
 #include "recording_test.h"
+#include "util/checked_math.h"
 
 namespace VARNEL_TEST {
 namespace {
@@ -362,7 +362,7 @@ TEST_F(SlotDeathTest, SumOfTheLowestShelfAndANegativeSlotEndsTheProcess) {
 }
 
 TEST(CheckedMathDeathTest, SumsWithinTheRangeAreGiven) {
-  using VARNEL_COMMON::CheckedAdd;
+  using VARNEL_UTIL::CheckedAdd;
   EXPECT_EQ(CheckedAdd(INT_MAX - 1, 1), INT_MAX);
   EXPECT_EQ(CheckedAdd(INT_MIN + 1, -1), INT_MIN);
   EXPECT_EQ(CheckedAdd(INT_MAX, INT_MIN), -1);
@@ -370,7 +370,7 @@ TEST(CheckedMathDeathTest, SumsWithinTheRangeAreGiven) {
 }
 
 TEST(CheckedMathDeathTest, OverflowEndsTheProcess) {
-  using VARNEL_COMMON::CheckedAdd;
+  using VARNEL_UTIL::CheckedAdd;
   EXPECT_EXIT(CheckedAdd(INT_MAX, 1), testing::KilledBySignal(SIGABRT), "");
   EXPECT_EXIT(CheckedAdd(INT_MIN, -1), testing::KilledBySignal(SIGABRT), "");
   EXPECT_EXIT(CheckedAdd(INT_MAX, INT_MAX), testing::KilledBySignal(SIGABRT), "");

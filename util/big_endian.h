@@ -1,10 +1,10 @@
-#ifndef VARNEL_SRC_BIG_ENDIAN_H
-#define VARNEL_SRC_BIG_ENDIAN_H
+#ifndef VARNEL_UTIL_BIG_ENDIAN_H
+#define VARNEL_UTIL_BIG_ENDIAN_H
 
 #include <cstdint>
 #include <cstring>
 
-namespace VARNEL_COMMON {
+namespace VARNEL_UTIL {
 
 /// Big-endian integers, whatever the byte order of the machine. `bytes` needs no alignment.
 inline uint16_t LoadBig16(const void* bytes) {
@@ -28,6 +28,6 @@ inline void BigToHost(uint32_t& number) {
   number = LoadBig32(&number);
 }
 
-}  // namespace VARNEL_COMMON
+}  // namespace VARNEL_UTIL
 
 #endif

@@ -1,9 +1,9 @@
-#ifndef VARNEL_SRC_CHECKED_MATH_H
-#define VARNEL_SRC_CHECKED_MATH_H
+#ifndef VARNEL_UTIL_CHECKED_MATH_H
+#define VARNEL_UTIL_CHECKED_MATH_H
 
 #include <cstdlib>
 
-namespace VARNEL_COMMON {
+namespace VARNEL_UTIL {
 
 /// The sum of two numbers. An overflow ends the process: a wrong slot or date must not go on its way.
 inline int CheckedAdd(int a, int b) {
@@ -12,6 +12,6 @@ inline int CheckedAdd(int a, int b) {
   return sum;
 }
 
-}  // namespace VARNEL_COMMON
+}  // namespace VARNEL_UTIL
 
 #endif
