@@ -10,8 +10,8 @@
 
 namespace VARNEL_UTIL {
 
-/// Reads values from a text exactly as a default std::istream in the "C" locale would, without building one: 25 ns
-/// instead of 400 for a short number.
+/// Reads values from a text exactly as a default std::istream in the "C" locale would, without building one: 2 to 7 ns
+/// for a number instead of 230.
 ///
 /// After a failed read nothing more is read, as with a stream. AtEnd() returns whether a read ran into the end of the
 /// text, as eof() does.
