@@ -1,5 +1,5 @@
 #include <varnel_common/tl1nemsgparse.h>
-#include <varnel_common/tl1stream.h>
+#include <varnel_tl1/tl1.h>
 
 #include <iostream>
 
@@ -22,8 +22,8 @@ void ParseOne() {
 void ReadStream() {
   VARNEL_TL1::Framer framer;
   VARNEL_TL1::Message message;
-  framer.Feed("IP 7\r\n<");
-  std::cout << framer.Next(message) << ' ' << *VARNEL_TL1::Reader().Read(message).ctag << '\n';
+  framer.Append("IP 7\r\n<");
+  std::cout << framer.Next(message) << ' ' << message.ctag << '\n';
 }
 
 }  // namespace

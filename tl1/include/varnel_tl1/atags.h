@@ -27,8 +27,8 @@ class VARNEL_API Atags {
   /// Examines the next message of the stream.
   ///
   /// @param message  any message; only autonomous ones count.
-  /// @return how many atags of the SID are missing before this one. Absent for the first of a SID, after a restart (an
-  ///         atag that is not larger than the one before), and if the atag is no number of up to 18 digits.
+  /// @return how many atags of the SID are missing before this one; 0 too if it is the same as the one before. Absent
+  ///         for the first of a SID, after a restart (a smaller atag), and if the atag is no number of up to 18 digits.
   std::optional<uint64_t> Missed(const Message& message);
 
  private:

@@ -36,10 +36,11 @@ class VARNEL_API LineReader {
   std::string_view Quoted() const { return m_quoted; }
 
  private:
-  VARNEL_HIDDEN void FindQuoted(std::string_view line);
+  VARNEL_HIDDEN void FindQuoted(std::string_view text, size_t lineLength);
 
   std::string_view m_rest;
   std::string_view m_quoted;
+  size_t m_afterQuoted = static_cast<size_t>(-1);  // bytes after the quoted text that was found last
 };
 
 /// A quoted text taken apart: "AID:positional,...,NAME=VALUE,...:...".
@@ -78,7 +79,7 @@ class VARNEL_API QuotedText {
   std::string_view Positional(size_t block, size_t index) const;
 
  private:
-  VARNEL_HIDDEN void AddParameter(size_t block, std::string_view parameter);
+  VARNEL_HIDDEN void AddParameter(std::string_view parameter);
 
   std::string_view m_aid;
   size_t m_blocks = 0;

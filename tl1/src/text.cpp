@@ -1,0 +1,177 @@
+#include "text.h"
+
+#include <algorithm>
+
+#include "chars.h"
+
+namespace VARNEL_TL1 {
+
+namespace {
+
+// Takes the first line off a text; one NUL may follow a CR.
+std::string_view TakeLine(std::string_view& text) {
+  const size_t lf = std::min(text.find('\n'), text.size());
+  const size_t end = std::min(text.substr(0, lf).find('\r'), lf);
+  const std::string_view line = text.substr(0, end);
+  size_t next = std::min(end + 1, text.size());
+  if (end < lf) {
+    if (next < text.size() && text[next] == '\0') ++next;
+    if (next < text.size() && text[next] == '\n') ++next;
+  }
+  text.remove_prefix(next);
+  return line;
+}
+
+// The blank lines at the end dropped; the last line keeps the blanks after its text.
+std::string_view WithoutBlankLinesAtEnd(std::string_view text) {
+  size_t end = text.size(), lineEnd = end;
+  for (; end > 0 && (IsBlank(text[end - 1]) || IsLineEnd(text[end - 1])); --end)
+    if (IsLineEnd(text[end - 1])) lineEnd = end - 1;
+  return text.substr(0, end == 0 ? 0 : lineEnd);
+}
+
+// The first place of one of two or three characters from `begin` on; the size of the text if there is none.
+template <typename... Chars>
+size_t FindAny(std::string_view text, size_t begin, Chars... chars) {
+  while (begin < text.size() && ((text[begin] != chars) && ...))
+    ++begin;
+  return begin;
+}
+
+// True for the \" that opens or closes a value, false for \\\" inside one.
+bool IsValueMark(std::string_view text, size_t quote) {
+  return BackslashesBefore(text, quote) % 4 == 1;
+}
+
+// The first separator, outside quoted values; the size of the text if there is none.
+size_t FindSeparator(std::string_view text, char separator) {
+  bool quoted = false;
+  for (size_t at = 0; (at = FindAny(text, at, separator, '"')) < text.size(); ++at) {
+    if (text[at] == '"') {
+      quoted = quoted != IsValueMark(text, at);
+    } else if (!quoted) {
+      return at;
+    }
+  }
+  return text.size();
+}
+
+// Calls use() for each piece of a text between separators, an empty one too.
+template <typename Use>
+void ForEachPiece(std::string_view text, char separator, Use use) {
+  for (bool more = true; more;) {
+    const size_t end = FindSeparator(text, separator);
+    more = end < text.size();
+    use(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+}
+
+// \"a, b\"  ->  a, b
+std::string_view WithoutValueMarks(std::string_view raw) {
+  constexpr std::string_view MARK = "\\\"";
+  const bool marked = raw.size() >= 2 * MARK.size() && raw.substr(0, MARK.size()) == MARK && raw.back() == '"' &&
+                      IsValueMark(raw, raw.size() - 1);
+  return marked ? raw.substr(MARK.size(), raw.size() - 2 * MARK.size()) : raw;
+}
+
+}  // namespace
+
+LineReader::LineReader(std::string_view text) : m_rest(WithoutBlankLinesAtEnd(text)) {
+  for (std::string_view rest = m_rest; !rest.empty() && WithoutIndent(TakeLine(rest)).empty();)
+    m_rest = rest;
+}
+
+bool LineReader::Next(std::string_view& line) {
+  if (m_rest.empty()) return false;
+  const char* const end = m_rest.data() + m_rest.size();
+  line = WithoutIndent(TakeLine(m_rest));
+  FindQuoted({line.data(), static_cast<size_t>(end - line.data())}, line.size());
+  return true;
+}
+
+// `text` begins with the line that was read, and `lineLength` is its length.
+void LineReader::FindQuoted(std::string_view text, size_t lineLength) {
+  const bool folded = text.size() > m_afterQuoted;
+  m_quoted = {};
+  if (folded || lineLength == 0 || text.front() != '"') return;
+  const size_t end = FindQuote(text, 1) + 1;
+  if (end > text.size()) return;
+  const std::string_view after = WithoutIndent(text.substr(end));
+  if (!after.empty() && !IsLineEnd(after.front())) return;
+  m_quoted = text.substr(0, end);
+  m_afterQuoted = text.size() - end;
+}
+
+bool QuotedText::Read(std::string_view quoted) {
+  m_aid = {};
+  m_blocks = 0;
+  m_parameters.clear();
+  if (quoted.size() < 2 || quoted.front() != '"' || quoted.back() != '"') return false;
+  const std::string_view text = quoted.substr(1, quoted.size() - 2);
+  const size_t aidEnd = FindSeparator(text, ':');
+  m_aid = text.substr(0, aidEnd);
+  if (aidEnd == text.size()) return true;
+  ForEachPiece(text.substr(aidEnd + 1), ':', [this](std::string_view block) {
+    if (!block.empty()) ForEachPiece(block, ',', [this](std::string_view parameter) { AddParameter(parameter); });
+    ++m_blocks;
+  });
+  return true;
+}
+
+void QuotedText::AddParameter(std::string_view parameter) {
+  const size_t sign = FindSeparator(parameter, '=');
+  const bool named = sign > 0 && sign < parameter.size();
+  m_parameters.push_back({m_blocks, named ? parameter.substr(0, sign) : std::string_view(),
+                          named ? parameter.substr(sign + 1) : parameter});
+}
+
+std::string_view QuotedText::Positional(size_t block, size_t index) const {
+  for (const Parameter& parameter : m_parameters) {
+    if (parameter.block == block && parameter.name.empty() && index-- == 0) return parameter.value;
+  }
+  return {};
+}
+
+// The places to change are few; what is between them is copied as a whole.
+void AppendUnescaped(std::string_view raw, std::string& text) {
+  raw = WithoutValueMarks(raw);
+  text.reserve(text.size() + raw.size());
+  while (!raw.empty()) {
+    const size_t mark = FindAny(raw, 0, '\\', '\r', '\n');
+    text.append(raw.substr(0, mark));
+    const std::string_view before = raw.substr(0, mark);
+    raw.remove_prefix(mark);
+    if (raw.empty()) break;
+    if (IsLineEnd(raw.front())) {
+      raw.remove_prefix(std::min(raw.find_first_not_of(std::string_view("\r\n\0", 3)), raw.size()));
+      raw = WithoutIndent(raw);
+      continue;
+    }
+    const bool escape = raw.size() > 1 && (raw[1] == '"' || raw[1] == '\\') && !EndsInsideCharacter(before);
+    text += raw[escape ? 1 : 0];
+    raw.remove_prefix(escape ? 2 : 1);
+  }
+}
+
+std::string Unescaped(std::string_view raw) {
+  std::string text;
+  AppendUnescaped(raw, text);
+  return text;
+}
+
+std::string_view Severity(const Message& message) {
+  LineReader lines(message.text);
+  for (std::string_view line; lines.Next(line);) {
+    if (lines.Quoted().empty()) continue;
+    const size_t begin = FindSeparator(lines.Quoted(), ':') + 1;
+    const std::string_view block = lines.Quoted().substr(std::min(begin, lines.Quoted().size()));
+    const std::string_view first = block.substr(0, FindAny(block, 0, ',', ':', '"'));
+    for (const std::string_view severity : {"CR", "MJ", "MN", "CL"})
+      if (first == severity) return first;
+    return {};
+  }
+  return {};
+}
+
+}  // namespace VARNEL_TL1
