@@ -25,6 +25,7 @@ bool IsUtf8(std::string_view bytes) {
 }  // namespace
 
 bool EndsInsideCharacter(std::string_view text) {
+  if (text.empty() || !IsHigh(text.back())) return false;
   size_t begin = text.size();
   while (begin > 0 && IsHigh(text[begin - 1]))
     --begin;
@@ -41,10 +42,11 @@ size_t BackslashesBefore(std::string_view text, size_t pos) {
 }
 
 size_t FindQuote(std::string_view text, size_t begin) {
-  size_t quote = std::min(text.find('"', begin), text.size());
-  while (quote < text.size() && BackslashesBefore(text, quote) % 2 == 1)
-    quote = std::min(text.find('"', quote + 1), text.size());
-  return quote;
+  size_t quote = text.find('"', begin);
+  while (quote != std::string_view::npos && quote > 0 && text[quote - 1] == '\\' &&
+         BackslashesBefore(text, quote) % 2 == 1)
+    quote = text.find('"', quote + 1);
+  return std::min(quote, text.size());
 }
 
 }  // namespace VARNEL_TL1

@@ -38,6 +38,7 @@ Answer FramerMachine::FindAcknowledgementEnd(const Line& line, size_t maxLineEnd
 // Whether a line of text outside quotes and comments belongs to something else, and where that begins.
 Answer FramerMachine::CutsBody(const Line& line, size_t& cut) {
   const std::string_view content = View(line);
+  if (IsBlank(content.front()) && content.back() == '"') return Answer::No;  // nearly every line
   HeaderLine header;
   if (ReadHeader(content, header)) {
     FoundIdentification found;

@@ -54,10 +54,10 @@ void FramerMachine::Change(Operation change) {
 }
 
 bool FramerMachine::Next(Message& message) {
+  m_message = &message;
   Step step = Step::Again;
   while (step == Step::Again)
     step = DoStep();
-  if (step == Step::Message) message = m_message;
   return step == Step::Message;
 }
 
@@ -186,16 +186,17 @@ FramerMachine::Step FramerMachine::Cut(size_t end) {
 
 // Hands on the message from m_begin to `end`.
 FramerMachine::Step FramerMachine::Emit(size_t textEnd, size_t end, bool complete, bool tooLong) {
-  Message& message = m_message;
+  Message& message = *m_message;
   if (m_bare) {
     message = m_part;
   } else {
-    message = {};
+    const bool autonomous = m_fields.type == MessageType::Autonomous;
     message.type = m_fields.type;
     message.sid = ViewOf(m_fields.sid);
     message.date = ViewOf(m_fields.date);
     message.time = ViewOf(m_fields.time);
-    (message.type == MessageType::Autonomous ? message.atag : message.ctag) = ViewOf(m_fields.tag);
+    message.atag = ViewOf(autonomous ? m_fields.tag : Span());
+    message.ctag = ViewOf(autonomous ? Span() : m_fields.tag);
     message.code = ViewOf(m_fields.code);
     message.verb = ViewOf(m_fields.verb);
   }
@@ -214,15 +215,14 @@ FramerMachine::Step FramerMachine::Emit(size_t textEnd, size_t end, bool complet
   m_lastEndOffset = endOffset;
   if (message.type == MessageType::Response || message.type == MessageType::Autonomous) {
     m_moreToCome = more;
-    RememberPart();
+    if (more && !message.bare) RememberPart();
   }
   m_bare = false;
   return Step::Message;
 }
 
 void FramerMachine::RememberPart() {
-  if (!m_moreToCome || m_message.bare) return;
-  m_part = m_message;
+  m_part = *m_message;
   m_part.date = m_part.time = {};
   m_partKept = false;
 }

@@ -145,7 +145,7 @@ class FramerMachine {
   Message m_part;             // the fields of that part
   std::string m_partText;     // what they show once the buffer has changed
   bool m_partKept = false;
-  Message m_message;  // the one that Step::Message hands on
+  Message* m_message = nullptr;  // receives the next one
 };
 
 }  // namespace VARNEL_TL1

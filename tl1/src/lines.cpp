@@ -1,7 +1,7 @@
 #include "lines.h"
 
 #include <algorithm>
-#include <initializer_list>
+#include <utility>
 
 #include "chars.h"
 
@@ -15,14 +15,15 @@ constexpr char ESCAPE = '\x1B';
 bool IsWordCharacter(char c) {
   return IsLetter(c) || IsDigit(c) || c == '-' || c == '_' || c == '.';
 }
-bool IsOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
-  return std::find(words.begin(), words.end(), word) != words.end();
+template <typename... Words>
+bool IsOneOf(std::string_view word, const Words&... words) {
+  return ((word == std::string_view(words)) || ...);
 }
 bool IsReportVerb(std::string_view word) {
-  return IsOneOf(word, {"REPT", "CANC", "RPT"});
+  return IsOneOf(word, "REPT", "CANC", "RPT");
 }
 bool IsCompletionCode(std::string_view code) {
-  return IsOneOf(code, {"COMPLD", "DENY", "PRTL", "DELAY", "RTRV"});
+  return IsOneOf(code, "COMPLD", "DENY", "PRTL", "DELAY", "RTRV");
 }
 
 bool IsWithin(char c, char low, char high) {
@@ -57,6 +58,15 @@ std::string_view TrimmedEnd(std::string_view text) {
   for (size_t length; (length = ControlLengthAtEnd(text)) > 0;)
     text = WithoutBlankEnd(text.substr(0, text.size() - length));
   return text;
+}
+
+std::string_view TrimmedFront(std::string_view line) {
+  line = WithoutIndent(line);
+  for (size_t size = line.size() + 1; !line.empty() && line.front() == ESCAPE && line.size() < size;) {
+    size = line.size();
+    line = WithoutIndent(WithoutControlsInFront(line));
+  }
+  return line;
 }
 
 std::string_view TakeWord(std::string_view& line) {
@@ -161,12 +171,14 @@ bool IsAlarmCharacter(char c) {
   return IsUpper(c) || c == '*' || c == '^';
 }
 
+// These take a line that is trimmed.
+
 // "M  12 COMPLD"
 bool ReadResponse(std::string_view line, bool afterHeader, Identification& found) {
   if (TakeWord(line) != "M") return false;
   found.type = MessageType::Response;
   found.tag = TakeWord(line);
-  found.code = Trimmed(line);
+  found.code = TrimmedFront(line);
   found.verb = {};
   if (found.code.empty()) std::swap(found.tag, found.code);
   return IsCompletionCode(found.code) || (afterHeader && !found.tag.empty());
@@ -182,14 +194,14 @@ bool ReadAutonomous(std::string_view line, bool afterHeader, Identification& fou
   if (!joined && !IsBlank(line[codeLength]) && line[codeLength] != ESCAPE) return false;
   found.type = MessageType::Autonomous;
   found.code = line.substr(0, codeLength);
-  line = Trimmed(line.substr(codeLength));
+  line = TrimmedFront(line.substr(codeLength));
   found.verb = line;
   found.tag = TakeWord(line);
   if (IsReportVerb(found.tag)) {
     found.tag = {};
     return true;
   }
-  found.verb = Trimmed(line);
+  found.verb = TrimmedFront(line);
   if (!AnyOf(found.tag, IsDigit)) return false;
   return IsReportVerb(TakeWord(line)) || (afterHeader && !joined && !found.verb.empty() && IsUpper(found.verb.front()));
 }
@@ -229,13 +241,7 @@ size_t LineEndLength(std::string_view text) {
 }  // namespace
 
 std::string_view Trimmed(std::string_view line) {
-  line = WithoutIndent(line);
-  while (!line.empty() && line.front() == ESCAPE) {
-    const size_t size = line.size();
-    line = WithoutIndent(WithoutControlsInFront(line));
-    if (line.size() == size) break;
-  }
-  return TrimmedEnd(line);
+  return TrimmedEnd(TrimmedFront(line));
 }
 
 bool IsUnindented(std::string_view line) {
@@ -287,7 +293,7 @@ bool ReadAcknowledgement(std::string_view line, AcknowledgementLine& acknowledge
   if (line.size() > MAX_LINE) return false;
   line = Trimmed(line);
   acknowledgement.code = TakeWord(line);
-  if (!IsOneOf(acknowledgement.code, {"IP", "PF", "OK", "NA", "NG", "RL"})) return false;
+  if (!IsOneOf(acknowledgement.code, "IP", "PF", "OK", "NA", "NG", "RL")) return false;
   acknowledgement.ctag = Trimmed(line);
   return !AnyOf(acknowledgement.ctag, IsBlank);
 }

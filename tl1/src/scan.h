@@ -63,10 +63,12 @@ class Finder {
   bool m_hit = false;  // m_at is one
 };
 
-template <char C>
-struct ByteSearch {
+struct LineEndSearch {
   static constexpr size_t OVERLAP = 0;
-  static size_t First(std::string_view bytes, size_t begin) { return bytes.find(C, begin); }
+  static size_t First(std::string_view bytes, size_t begin) {
+    const size_t found = FindLineEnd(bytes, begin);
+    return found < bytes.size() ? found : std::string_view::npos;
+  }
 };
 
 struct QuoteSearch {
@@ -90,35 +92,22 @@ struct Line {
   bool whole = false;  ///< the line end is there; else content may follow, and `next` is the size of the text
 };
 
-/// Finds lines that end in CR, LF or CR LF. One NUL may follow a CR, as telnet sends it.
+/// Finds lines that end in CR, LF or CR LF.
 class LineFinder {
  public:
   /// @param begin  where the line begins; at most the size of the text.
   Line Find(const Text& text, size_t begin) {
     const size_t size = text.Size();
-    const size_t lf = std::min(m_lf.Find(text.bytes, begin), size);
-    const size_t end = std::min(m_cr.Find(text.bytes, begin), lf);
-    Line line{begin, end, lf + 1, true};
-    if (end == lf) {
-      line.whole = lf < size || text.finished;
-    } else {
-      line.next = end + 1;
-      if (line.next < size && text[line.next] == '\0') ++line.next;
-      line.whole = line.next < size || text.finished;
-      if (line.next < size && text[line.next] == '\n') ++line.next;
-    }
-    if (!line.whole || line.next > size) line.next = size;
-    return line;
+    const size_t end = m_ends.Find(text.bytes, begin);
+    if (end == std::string_view::npos) return {begin, size, size, text.finished};
+    const size_t next = AfterLineEnd(text.bytes, end);
+    return {begin, end, next, next < size || text[next - 1] == '\n' || text.finished};
   }
 
-  void Shift(size_t dropped) {
-    m_lf.Shift(dropped);
-    m_cr.Shift(dropped);
-  }
+  void Shift(size_t dropped) { m_ends.Shift(dropped); }
 
  private:
-  Finder<ByteSearch<'\n'>> m_lf;
-  Finder<ByteSearch<'\r'>> m_cr;
+  Finder<LineEndSearch> m_ends;
 };
 
 /// Finds headers in the strict form that an identification line follows.

@@ -8,17 +8,11 @@ namespace VARNEL_TL1 {
 
 namespace {
 
-// Takes the first line off a text; one NUL may follow a CR.
+// Takes the first line off a text.
 std::string_view TakeLine(std::string_view& text) {
-  const size_t lf = std::min(text.find('\n'), text.size());
-  const size_t end = std::min(text.substr(0, lf).find('\r'), lf);
+  const size_t end = FindLineEnd(text, 0);
   const std::string_view line = text.substr(0, end);
-  size_t next = std::min(end + 1, text.size());
-  if (end < lf) {
-    if (next < text.size() && text[next] == '\0') ++next;
-    if (next < text.size() && text[next] == '\n') ++next;
-  }
-  text.remove_prefix(next);
+  text.remove_prefix(end < text.size() ? AfterLineEnd(text, end) : end);
   return line;
 }
 
@@ -78,29 +72,28 @@ std::string_view WithoutValueMarks(std::string_view raw) {
 }  // namespace
 
 LineReader::LineReader(std::string_view text) : m_rest(WithoutBlankLinesAtEnd(text)) {
-  for (std::string_view rest = m_rest; !rest.empty() && WithoutIndent(TakeLine(rest)).empty();)
-    m_rest = rest;
+  size_t begin = 0;
+  for (size_t at = 0; at < m_rest.size() && (IsBlank(m_rest[at]) || IsLineEnd(m_rest[at])); ++at)
+    if (IsLineEnd(m_rest[at])) begin = at + 1;
+  m_rest.remove_prefix(begin);
 }
 
 bool LineReader::Next(std::string_view& line) {
   if (m_rest.empty()) return false;
-  const char* const end = m_rest.data() + m_rest.size();
-  line = WithoutIndent(TakeLine(m_rest));
-  FindQuoted({line.data(), static_cast<size_t>(end - line.data())}, line.size());
+  m_fromLine = WithoutIndent(m_rest);
+  m_line = line = WithoutIndent(TakeLine(m_rest));
   return true;
 }
 
-// `text` begins with the line that was read, and `lineLength` is its length.
-void LineReader::FindQuoted(std::string_view text, size_t lineLength) {
-  const bool folded = text.size() > m_afterQuoted;
-  m_quoted = {};
-  if (folded || lineLength == 0 || text.front() != '"') return;
-  const size_t end = FindQuote(text, 1) + 1;
-  if (end > text.size()) return;
-  const std::string_view after = WithoutIndent(text.substr(end));
-  if (!after.empty() && !IsLineEnd(after.front())) return;
-  m_quoted = text.substr(0, end);
-  m_afterQuoted = text.size() - end;
+std::string_view LineReader::Quoted() {
+  const bool folded = m_fromLine.size() > m_afterQuoted;
+  if (folded || m_line.empty() || m_line.front() != '"') return {};
+  const size_t end = FindQuote(m_fromLine, 1) + 1;
+  if (end > m_fromLine.size()) return {};
+  const std::string_view after = WithoutIndent(m_fromLine.substr(end));
+  if (!after.empty() && !IsLineEnd(after.front())) return {};
+  m_afterQuoted = m_fromLine.size() - end;
+  return m_fromLine.substr(0, end);
 }
 
 bool QuotedText::Read(std::string_view quoted) {
@@ -163,9 +156,9 @@ std::string Unescaped(std::string_view raw) {
 std::string_view Severity(const Message& message) {
   LineReader lines(message.text);
   for (std::string_view line; lines.Next(line);) {
-    if (lines.Quoted().empty()) continue;
-    const size_t begin = FindSeparator(lines.Quoted(), ':') + 1;
-    const std::string_view block = lines.Quoted().substr(std::min(begin, lines.Quoted().size()));
+    const std::string_view quoted = lines.Quoted();
+    if (quoted.empty()) continue;
+    const std::string_view block = quoted.substr(std::min(FindSeparator(quoted.substr(1), ':') + 2, quoted.size()));
     const std::string_view first = block.substr(0, FindAny(block, 0, ',', ':', '"'));
     for (const std::string_view severity : {"CR", "MJ", "MN", "CL"})
       if (first == severity) return first;

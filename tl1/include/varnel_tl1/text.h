@@ -30,16 +30,17 @@ class VARNEL_API LineReader {
   /// @return false, `line` unchanged, if there is no other line.
   bool Next(std::string_view& line);
 
+  /// Call it after each Next() or not at all, as it remembers where a folded text ends.
+  ///
   /// @return the quoted text that begins with the line that Next() read last, for QuotedText::Read(): from its first
   ///         quote to the one that closes it, which is the last character of this line or, if the text is folded, of
   ///         a later one. Empty for every other line, also for the later lines of a folded text.
-  std::string_view Quoted() const { return m_quoted; }
+  std::string_view Quoted();
 
  private:
-  VARNEL_HIDDEN void FindQuoted(std::string_view text, size_t lineLength);
-
-  std::string_view m_rest;
-  std::string_view m_quoted;
+  std::string_view m_line;                         // read last
+  std::string_view m_fromLine;                     // the same, and all after it
+  std::string_view m_rest;                         // after it
   size_t m_afterQuoted = static_cast<size_t>(-1);  // bytes after the quoted text that was found last
 };
 
