@@ -72,6 +72,12 @@ TEST(Tl1Damage, TheLimitIsTheMostBytesOfAMessage) {
   }
 }
 
+TEST(Tl1Damage, TheLineEndsBeforeAHeaderDoNotCountForTheLimit) {
+  const std::string open = std::string(HEADER) + "M  1 COMPLD\r\n   bbbbbbbbbb";
+  EXPECT_EQ(Shown(CutStream(open + RESPONSE, 0, open.size()).messages),
+            (Texts{"response NORTH1 1 COMPLD incomplete | bbbbbbbbbb", SHOWN_RESPONSE}));
+}
+
 TEST(Tl1Damage, QuotesHideALoneTerminatorUpToTheLimitOnly) {
   const std::string stray = std::string(HEADER) + "M  1 COMPLD\r\n   \"b\r\n;";
   const std::string noise = "\r\nIP 7\r\n<" + std::string(50000, 'c') + "\r\n";

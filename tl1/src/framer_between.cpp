@@ -12,7 +12,9 @@ FramerMachine::Step FramerMachine::StepBetween() {
     ++m_pos;
   if (m_pos == m_text.Size()) return m_text.finished ? FinishStream() : Step::NeedBytes;
   Line line = FindLine(m_pos);
-  if (const auto step = JudgePrompt(line)) return *step;
+  if (m_text[m_pos] == '>') {
+    if (const auto step = JudgePrompt(line)) return *step;
+  }
   const bool tooLong = line.end - line.begin > MAX_LINE;
   const size_t promptLength = PromptLength(View(line).substr(0, MAX_LINE));
   line.begin += promptLength;

@@ -121,7 +121,8 @@ FramerMachine::Step FramerMachine::StepThroughText(const Line& line, size_t rest
 
 // The end of a line of text; its bytes from `restBegin` on are outside quotes and comments.
 FramerMachine::Step FramerMachine::CloseLine(const Line& line, size_t restBegin) {
-  if (line.end - m_begin > m_limit) return TooLong();
+  const size_t maybeOfHeader = line.begin == line.end ? MAX_LEAD : 0;
+  if (line.end - m_begin > m_limit + maybeOfHeader) return TooLong();
   const std::string_view rest = WithoutBlankEnd(m_text.Between(restBegin, line.end));
   if (rest.empty() || rest.back() != ';') return GoTo(State::Body, line.next);
   m_semicolon = restBegin + rest.size() - 1;

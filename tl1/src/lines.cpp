@@ -158,9 +158,11 @@ bool ReadUsualHeader(std::string_view line, HeaderLine& header) {
   constexpr std::string_view TIME = " 00:00:00", DATE = " 00-00-00", CENTURY = " 0000-00-00";
   if (line.size() < CENTURY.size() + TIME.size() || !Fits(line.substr(line.size() - TIME.size()), TIME)) return false;
   const std::string_view front = line.substr(0, line.size() - TIME.size());
-  const bool century = Fits(front.substr(front.size() - CENTURY.size()), CENTURY);
-  if (!century && !Fits(front.substr(front.size() - DATE.size()), DATE)) return false;
-  const size_t dateLength = (century ? CENTURY : DATE).size();
+  size_t dateLength = DATE.size();
+  if (!Fits(front.substr(front.size() - dateLength), DATE)) {
+    dateLength = CENTURY.size();
+    if (!Fits(front.substr(front.size() - dateLength), CENTURY)) return false;
+  }
   header.time = line.substr(line.size() - TIME.size() + 1);
   header.date = front.substr(front.size() - dateLength + 1);
   header.sid = SidOf(front.substr(0, front.size() - dateLength));

@@ -101,8 +101,9 @@ void StreamBuffer::TakeSubnegotiation(char byte) {
     const size_t begin = m_held.find_last_of("\r\n") + 1;  // 0 without a line end
     const std::string_view before = std::string_view(m_held).substr(0, begin);
     if (IsStrictHeader(before, std::string_view(m_held).substr(begin))) {
+      const size_t end = std::min(begin - HeaderLead(before), MAX_SUBNEGOTIATION);
       m_held += byte;
-      EndSubnegotiation(std::min(begin - HeaderLead(before), MAX_SUBNEGOTIATION));
+      EndSubnegotiation(end);
       return;
     }
   }
