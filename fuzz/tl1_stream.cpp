@@ -119,7 +119,7 @@ size_t FilledLines(std::string_view text) {
   size_t count = 0;
   LineReader lines(text);
   for (std::string_view line; lines.Next(line);)
-    count += line.empty() ? 0 : 1;
+    count += line.empty() ? 0U : 1U;
   return count;
 }
 

@@ -81,9 +81,10 @@ TEST(Tl1Damage, TheLineEndsBeforeAHeaderDoNotCountForTheLimit) {
 TEST(Tl1Damage, QuotesHideALoneTerminatorUpToTheLimitOnly) {
   const std::string stray = std::string(HEADER) + "M  1 COMPLD\r\n   \"b\r\n;";
   const std::string noise = "\r\nIP 7\r\n<" + std::string(50000, 'c') + "\r\n";
-  for (const size_t pieceSize : {0U, 999U})
-    EXPECT_EQ(Shown(CutStream(stray + noise, pieceSize, 1000).messages),
-              (Texts{"response NORTH1 1 COMPLD | \"b", "acknowledgement 7 IP"}));
+  for (const std::string& stream : {stray + noise, stray + noise + "   \"c\"\r\n;"})
+    for (const size_t pieceSize : {0U, 999U})
+      EXPECT_EQ(Shown(CutStream(stream, pieceSize, 1000).messages),
+                (Texts{"response NORTH1 1 COMPLD | \"b", "acknowledgement 7 IP"}));
 }
 
 TEST(Tl1Damage, ATelnetSubnegotiationWithoutAnEndTakesLittle) {

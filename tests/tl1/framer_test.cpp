@@ -52,7 +52,8 @@ TEST(Tl1Framer, HeaderLines) {
                               {"   A/B:C 04.03.2026 5:06", "A/B:C", "04.03.2026", "5:06"},
                               {"   26-03-04 05:06:07.25", "", "26-03-04", "05:06:07.25"},
                               {"   A 26-03-04 05:06:07 PM", "A", "26-03-04", "05:06:07 PM"},
-                              {"   A 26-03-04 05:06:07PM EST", "A", "26-03-04", "05:06:07PM EST"},
+                              {"   A 26-03-04 05:06:07PM", "A", "26-03-04", "05:06:07PM"},
+                              {"   A 26-03-04 05:06:07 PM EST", "A", "26-03-04", "05:06:07 PM EST"},
                               {"   A 26-03-04 05:06:07 +02:00", "A", "26-03-04", "05:06:07 +02:00"},
                               {"   A 26-03-04 05:06:07Z", "A", "26-03-04", "05:06:07Z"},
                               {"\x1B[1m   A 26-03-04 05:06:07\x1B[0m", "A", "26-03-04", "05:06:07"},
@@ -140,10 +141,12 @@ TEST(Tl1Framer, ASemicolonEndsAMessageOnItsIdentificationLine) {
          {header + "A  1 REPT EVT EQPT;", {"autonomous NORTH1 1 A REPT EVT EQPT"}},
          {header + "A  1 REPT a;b\r\n;", {"autonomous NORTH1 1 A REPT a;b"}},
          {header + "M  1 a;b\r\n;", {"response NORTH1 1 a;b"}}});
-  Framer framer;
-  Message message;
-  framer.Append(header + "M  1 COMPLD;");
-  EXPECT_TRUE(framer.Next(message)) << "before the end of the line";
+  for (const std::string& before : {header, std::string()}) {
+    Framer framer;
+    Message message;
+    framer.Append(before + "M  1 COMPLD;");
+    EXPECT_TRUE(framer.Next(message)) << "before the end of the line";
+  }
 }
 
 TEST(Tl1Framer, Acknowledgements) {
@@ -226,6 +229,7 @@ TEST(Tl1Framer, ASemicolonAtTheEndOfALineEndsAMessageIfSomethingNewFollows) {
 // As in texts of several unquoted lines.
 TEST(Tl1Framer, ASemicolonAtTheEndOfALineOfTextEndsNothing) {
   Check({{OPEN + "   b;\r\n   c;\r\n   d:e;\r\n;", {SHOWN_OPEN + " | a | b; | c; | d:e;"}},
+         {OPEN + "   b;\r\nc;\r\n;", {SHOWN_OPEN + " | a | b; | c;"}},
          {OPEN + "   b;\r\n>", {SHOWN_OPEN + " continues | a | b;"}},
          {OPEN + "   b;\r\n>\r\n", {SHOWN_OPEN + " continues | a | b;"}},
          {OPEN + "   b;\r\n>c\r\n", {SHOWN_OPEN + " continues | a | b;"}},
@@ -306,6 +310,7 @@ TEST(Tl1Framer, TextAfterAPartBelongsToItsAnswer) {
          {part + "\r\nIP 7\r\n<\r\n   b\r\n;", {first, "acknowledgement 7 IP", second}},
          {part + "\r\n>\r\n   b\r\n;", {first, "prompt continues", second}},
          {part + "\r\n< \r\nRTRV-HDR:::1;\r\n" + RESPONSE, {first, SHOWN_RESPONSE}},
+         {part + "\r\nNE1> b\r\n" + RESPONSE, {first, SHOWN_RESPONSE}},
          {part + RESPONSE + "\r\n   b\r\n;", {first, SHOWN_RESPONSE}},
          {part + "\r\n   X 26-03-04 05:06:07\r\n;", {first, "response NORTH1 1 COMPLD bare | X 26-03-04 05:06:07"}},
          {std::string(RESPONSE) + "\r\n   b\r\n;", {SHOWN_RESPONSE}}});

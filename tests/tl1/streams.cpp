@@ -1,5 +1,7 @@
 #include "streams.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 
 namespace VARNEL_TEST {
@@ -71,6 +73,12 @@ Texts ShownWithPlaces(const Messages& messages) {
     shown.push_back(Place(message) + header + " " + Shown(message));
   }
   return shown;
+}
+
+Texts Read(std::string_view stream) {
+  const Cut cut = CutStream(stream);
+  EXPECT_EQ(ShownWithPlaces(CutStream(stream, 1).messages), ShownWithPlaces(cut.messages));
+  return Shown(cut.messages);
 }
 
 std::string MessageMaker::Words(std::string_view characters, size_t most) {

@@ -32,10 +32,8 @@ Texts Shown(const Messages& messages);
 /// The same with its place and its header: `12+40 response A 26-03-04 05:06:07 1 COMPLD`.
 Texts ShownWithPlaces(const Messages& messages);
 
-/// The messages of a stream, shown.
-inline Texts Read(std::string_view stream) {
-  return Shown(CutStream(stream).messages);
-}
+/// The messages of a stream, shown. Checks that they are the same byte by byte.
+Texts Read(std::string_view stream);
 
 /// Makes well-formed messages of all types in the strict form.
 class MessageMaker {

@@ -23,7 +23,7 @@ FramerMachine::Step FramerMachine::StepBetween() {
   }
   if (!line.whole && !tooLong) return Step::NeedBytes;
   if (!tooLong) {
-    if (const auto step = JudgeHeader(line, promptLength > 0)) return *step;
+    if (const auto step = JudgeHeader(line)) return *step;
     if (const auto step = JudgeAcknowledgement(line)) return *step;
     if (const auto step = JudgeCutHeader(line)) return *step;
   }
@@ -58,14 +58,14 @@ std::optional<FramerMachine::Step> FramerMachine::JudgeUnindented(const Line& li
   return EmitAcknowledgement(parts, line.begin, line.begin + mark + 1, true);
 }
 
-std::optional<FramerMachine::Step> FramerMachine::JudgeHeader(const Line& line, bool afterPrompt) {
+std::optional<FramerMachine::Step> FramerMachine::JudgeHeader(const Line& line) {
   HeaderLine header;
   if (!ReadHeader(View(line), header)) return std::nullopt;
   FoundIdentification found;
   const Answer identified = FindIdentification(line.next, false, found);
   if (identified == Answer::Unknown) return Step::NeedBytes;
   if (identified == Answer::No) return std::nullopt;
-  Begin(afterPrompt ? line.begin : HeaderBegin(line.begin));
+  Begin(HeaderBegin(line.begin));
   SetHeader(header);
   return BeginIdentified(found);
 }

@@ -216,7 +216,7 @@ FramerMachine::Step FramerMachine::Emit(size_t textEnd, size_t end, bool complet
   m_lastEndOffset = endOffset;
   if (message.type == MessageType::Response || message.type == MessageType::Autonomous) {
     m_moreToCome = more;
-    if (more && !message.bare) RememberPart();
+    if (more) RememberPart();
   }
   m_bare = false;
   return Step::Message;

@@ -99,7 +99,7 @@ class FramerMachine {
   Step StepBetween();
   std::optional<Step> JudgePrompt(const Line& line);
   std::optional<Step> JudgeUnindented(const Line& line);
-  std::optional<Step> JudgeHeader(const Line& line, bool afterPrompt);
+  std::optional<Step> JudgeHeader(const Line& line);
   std::optional<Step> JudgeAcknowledgement(const Line& line);
   std::optional<Step> JudgeCutHeader(const Line& line);
   Step SkipLine(const Line& line, size_t promptLength);

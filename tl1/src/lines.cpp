@@ -20,7 +20,7 @@ bool IsOneOf(std::string_view word, const Words&... words) {
   return ((word == std::string_view(words)) || ...);
 }
 bool IsReportVerb(std::string_view word) {
-  return IsOneOf(word, "REPT", "CANC", "RPT");
+  return IsOneOf(word, "REPT", "CANC");
 }
 bool IsCompletionCode(std::string_view code) {
   return IsOneOf(code, "COMPLD", "DENY", "PRTL", "DELAY", "RTRV");

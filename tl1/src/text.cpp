@@ -112,11 +112,15 @@ bool QuotedText::Read(std::string_view quoted) {
   return true;
 }
 
-void QuotedText::AddParameter(std::string_view parameter) {
-  const size_t sign = FindSeparator(parameter, '=');
-  const bool named = sign > 0 && sign < parameter.size();
-  m_parameters.push_back({m_blocks, named ? parameter.substr(0, sign) : std::string_view(),
-                          named ? parameter.substr(sign + 1) : parameter});
+void QuotedText::AddParameter(std::string_view text) {
+  const size_t sign = FindSeparator(text, '=');
+  const bool named = sign > 0 && sign < text.size();
+  Parameter parameter{m_blocks, {}, text};
+  if (named) {
+    parameter.name = text.substr(0, sign);
+    parameter.value = text.substr(sign + 1);
+  }
+  m_parameters.push_back(parameter);
 }
 
 std::string_view QuotedText::Positional(size_t block, size_t index) const {

@@ -80,7 +80,7 @@ class VARNEL_API QuotedText {
   std::string_view Positional(size_t block, size_t index) const;
 
  private:
-  VARNEL_HIDDEN void AddParameter(std::string_view parameter);
+  VARNEL_HIDDEN void AddParameter(std::string_view text);
 
   std::string_view m_aid;
   size_t m_blocks = 0;
