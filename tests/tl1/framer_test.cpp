@@ -349,6 +349,46 @@ TEST(Tl1Framer, CountsWhatItSkips) {
   EXPECT_EQ(skipped.bytes, 9U + 11 + 13 + 3 + 14 + 5000);
 }
 
+TEST(Tl1Framer, TelnetSequencesAreRemoved) {
+  const std::string start = std::string(HEADER) + "M  1 COMPLD\r\n   ";
+  struct TelnetCase {
+    std::string sent, kept;
+    uint64_t sequences;
+  };
+  for (const TelnetCase& c : {TelnetCase{"a\xFF\xFFz", "a\xFFz", 0},
+                              {"a\xFFz", "a\xFFz", 0},
+                              {"a\xFF\xEFz", "a\xFF\xEFz", 0},
+                              {"a\xFF\xF0z", "az", 1},
+                              {"\xFF\xF1x", "x", 1},
+                              {"x\xFF\xFB;\xFF\xFE\"", "x", 2},
+                              {"x\xFF\xFB\r\nz", "x\r\nz", 1},
+                              {"x\xFF\xFA;\r\n;\xFF\xFF\xF0\r\n;\xFF\xFF\xFF\xF0y", "xy", 1},
+                              {"\xFF\xFA" + std::string(600, 'x'), std::string(90, 'x'), 1}}) {
+    const std::string stream = "\xFF\xF1" + start + c.sent + "\r\n;\xFF\xF1";
+    for (const size_t pieceSize : {0U, 1U}) {
+      const Cut cut = CutStream(stream, pieceSize);
+      ASSERT_EQ(cut.messages.size(), 1U) << c.sent;
+      const Message& message = cut.messages[0].View();
+      EXPECT_EQ(message.bytes, start + c.kept + "\r\n;");
+      EXPECT_EQ(message.offset, 2U);
+      EXPECT_EQ(message.length, stream.size() - 4) << c.sent;
+      EXPECT_EQ(cut.skipped.telnet, c.sequences + 2);
+      EXPECT_EQ(cut.skipped.bytes, 4U);
+    }
+  }
+}
+
+TEST(Tl1Framer, TelnetNegotiationsAreReported) {
+  Framer framer;
+  Texts negotiations;
+  framer.OnNegotiation([&negotiations](unsigned char command, unsigned char option) {
+    negotiations.push_back(std::to_string(command) + " " + std::to_string(option));
+  });
+  framer.Append("\xFF\xFB\x01x\xFF\xFD");
+  framer.Append("\x18\xFF\xF1\xFF\xFA\x18\xFF\xF0\xFF\xFE\xFF");
+  EXPECT_EQ(negotiations, (Texts{"251 1", "253 24", "254 255"}));
+}
+
 TEST(Tl1Framer, AStreamThatEndsInAHeader) {
   Check({{HEADER, {"unrecognised NORTH1 incomplete"}},
          {HEADER + std::string("Some"), {"unrecognised NORTH1 incomplete | Some"}},

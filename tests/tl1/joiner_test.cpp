@@ -83,14 +83,20 @@ TEST(Tl1Joiner, AnotherCodeIsAnotherAnswer) {
             (Texts{"0+30 response A 1 COMPLD | a | b | c"}));
 }
 
-TEST(Tl1Joiner, APartWithoutSidBelongsToTheLatest) {
+TEST(Tl1Joiner, APartWithoutSidBelongsToTheAnswerThatGrewLast) {
   EXPECT_EQ(Joined({{"A", "1", "COMPLD", "a", true},
                     {"B", "1", "COMPLD", "b", true},
-                    {"A", "1", "COMPLD", "c", true},
-                    {"", "1", "COMPLD", "d", false},
+                    {"", "1", "COMPLD", "c", true},
+                    {"A", "1", "COMPLD", "d", true},
                     {"", "1", "COMPLD", "e", false}}),
-            (Texts{"0+40 response A 1 COMPLD | a | c | d", "40+10 response 1 COMPLD | e",
-                   "10+10 response B 1 COMPLD continues incomplete | b"}));
+            (Texts{"0+50 response A 1 COMPLD | a | d | e", "10+20 response B 1 COMPLD continues incomplete | b | c"}));
+  EXPECT_EQ(Joined({{"A", "1", "COMPLD", "a", true},
+                    {"A", "1", "COMPLD", "b", false},
+                    {"", "1", "COMPLD", "c", true},
+                    {"A", "1", "COMPLD", "d", false}}),
+            (Texts{"0+20 response A 1 COMPLD | a | b", "30+10 response A 1 COMPLD | d",
+                   "20+10 response 1 COMPLD continues incomplete | c"}))
+      << "the answer before is whole";
 }
 
 TEST(Tl1Joiner, WhatIsNotWholeAtTheEndIsIncomplete) {
