@@ -1,7 +1,7 @@
 // TL1: messages taken apart, and streams cut into messages.
 #include <re2/re2.h>
 #include <tl1nemsgparse.h>
-#include <tl1stream.h>
+#include <varnel_tl1/tl1.h>
 
 #include <algorithm>
 #include <memory>
@@ -233,24 +233,26 @@ struct Tally {
   }
 };
 
-void Count(const VARNEL_TL1::Parts& parts, Tally& tally) {
+void Count(const VARNEL_TL1::Message& message, Tally& tally) {
   ++tally.messages;
-  for (const auto* field : {&parts.sid, &parts.date, &parts.time, &parts.ctag, &parts.atag, &parts.code, &parts.verb})
-    tally.fields += *field ? (*field)->size() : 0;
-  tally.lines += parts.lines.size();
-  for (const std::string& line : parts.lines)
+  for (const std::string_view field :
+       {message.sid, message.date, message.time, message.ctag, message.atag, message.code, message.verb})
+    tally.fields += field.size();
+  VARNEL_TL1::LineReader lines(message.text);
+  for (std::string_view line; lines.Next(line);) {
+    ++tally.lines;
     tally.text += line.size();
+  }
 }
 
 Tally ReadStream(const std::string& bytes) {
   Tally tally;
   VARNEL_TL1::Framer framer;
-  VARNEL_TL1::Reader reader;
   VARNEL_TL1::Message message;
-  framer.Feed(bytes);
+  framer.Append(bytes);
   framer.Finish();
   while (framer.Next(message))
-    Count(reader.Read(message), tally);
+    Count(message, tally);
   return tally;
 }
 
@@ -326,7 +328,9 @@ void GrowthPoints(size_t size) {
   const std::string& stream = LongStream(size);
   Growth("Framer", size, [&stream] {
     VARNEL_TL1::Framer framer(stream.size());
-    return framer.Feed(stream);
+    VARNEL_TL1::Message message;
+    framer.Append(stream);
+    return framer.Next(message);
   });
 }
 

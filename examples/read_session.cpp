@@ -1,6 +1,6 @@
-// Reads a captured TL1 session: cuts the bytes into messages, tells their parts and joins answers of several messages.
+// Reads a captured TL1 session: cuts the bytes into messages and joins answers of several messages.
 
-#include <varnel_common/tl1stream.h>
+#include <varnel_tl1/tl1.h>
 
 #include <iostream>
 
@@ -8,47 +8,44 @@ using namespace VARNEL_TL1;
 
 namespace {
 
-void Print(const Parts& message) {
-  std::cout << TypeName(message.type) << " at " << message.offset << ", " << message.length << " bytes\n  "
-            << message.code.value_or("?") << ' ' << message.ctag.value_or(message.atag.value_or("?"));
-  if (message.verb) std::cout << ' ' << *message.verb;
-  if (message.sid) std::cout << " from " << *message.sid;
+void Print(const Message& message) {
+  std::cout << TypeName(message.type) << " at " << message.offset << ", " << message.length << " bytes";
+  if (!message.complete) std::cout << ", incomplete";
+  std::cout << "\n  " << message.code << ' ' << (message.ctag.empty() ? message.atag : message.ctag);
+  if (!message.verb.empty()) std::cout << ' ' << message.verb;
+  if (!message.sid.empty()) std::cout << " from " << message.sid;
   std::cout << '\n';
-  for (const std::string& line : message.lines)
+  LineReader lines(message.text);
+  for (std::string_view line; lines.Next(line);)
     std::cout << "    " << line << '\n';
 }
 
-void PrintWhole(Joiner& joiner) {
-  for (Parts message; joiner.Next(message);)
+void PrintJoined(Joiner& joiner) {
+  for (Message message; joiner.Next(message);)
     Print(message);
+}
+
+void JoinMessages(Framer& framer, Joiner& joiner) {
+  for (Message message; framer.Next(message);) {
+    joiner.Add(message);
+    PrintJoined(joiner);
+  }
 }
 
 }  // namespace
 
 int main() {
   Framer framer;
-  Reader reader;
   Joiner joiner;
-  bool withinLimits = true;
-  const auto join = [&] {
-    for (Message message; framer.Next(message);) {
-      if (!message.complete) std::cerr << "cut off: the last message\n";
-      withinLimits = joiner.Add(reader.Read(message)) && withinLimits;
-    }
-    PrintWhole(joiner);
-  };
-
   // However the bytes come in, the messages are the same.
   char bytes[512];
-  while (withinLimits && (std::cin.read(bytes, sizeof bytes) || std::cin.gcount() > 0)) {
-    withinLimits = framer.Feed({bytes, static_cast<size_t>(std::cin.gcount())});
-    join();
+  while (std::cin.read(bytes, sizeof bytes) || std::cin.gcount() > 0) {
+    framer.Append({bytes, static_cast<size_t>(std::cin.gcount())});
+    JoinMessages(framer, joiner);
   }
   framer.Finish();
-  join();
+  JoinMessages(framer, joiner);
   joiner.Finish();
-  PrintWhole(joiner);
-  if (framer.TooLong()) std::cerr << "a message without end at " << framer.TooLongOffset() << '\n';
+  PrintJoined(joiner);
   std::cout << framer.GetSkipped().echoes << " echoed commands skipped\n";
-  return withinLimits && !framer.TooLong() ? 0 : 1;
 }

@@ -12,7 +12,7 @@
 namespace VARNEL_COMMON {
 
 /// Takes one TL1 message apart: an acknowledgement, a command response, an autonomous message or a bare continuation
-/// prompt. It accepts the strict form only; varnel::tl1stream reads what elements really send.
+/// prompt. It accepts the strict form only; varnel::tl1 reads what elements really send.
 ///
 /// The message is any bytes, NULs included. The members are the result and are there to be read. One object belongs to
 /// one thread at a time. Memory exhaustion throws std::bad_alloc; the object can then be used, but its parts may be those of

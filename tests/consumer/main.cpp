@@ -1,6 +1,6 @@
 // A stranger's program: it knows the installed headers and nothing of the build tree.
-#include <varnel_common/tl1stream.h>
 #include <varnel_common/varnel_common.h>
+#include <varnel_tl1/tl1.h>
 
 #include <iostream>
 #include <memory>
@@ -8,6 +8,7 @@
 
 // The shorter spellings work too.
 #include "cmdstr.h"
+#include "framer.h"
 #include "platform/annex_k.h"
 #include "platform/log_process.h"
 
@@ -42,8 +43,8 @@ void UseEvents() {
 void UseTl1() {
   VARNEL_TL1::Framer framer;
   VARNEL_TL1::Message message;
-  framer.Feed("IP 7\r\n<");
-  if (framer.Next(message)) std::cout << "TL1 tag: " << *VARNEL_TL1::Reader().Read(message).ctag << '\n';
+  framer.Append("IP 7\r\n<");
+  if (framer.Next(message)) std::cout << "TL1 tag: " << message.ctag << '\n';
 }
 
 void UsePlatform() {

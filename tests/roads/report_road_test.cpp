@@ -11,7 +11,7 @@
 #include "evtmsg.h"
 #include "logged_test.h"
 #include "publicdata.h"
-#include "tl1framer.h"
+#include "varnel_tl1/framer.h"
 #include "tl1nemsgparse.h"
 
 namespace VARNEL_TEST {
@@ -44,9 +44,9 @@ std::vector<std::string> Frame(const std::string& bytes, size_t piece) {
   std::vector<std::string> messages;
   VARNEL_TL1::Message message;
   for (size_t at = 0; at < bytes.size(); at += piece) {
-    framer.Feed(std::string_view(bytes).substr(at, piece));
+    framer.Append(std::string_view(bytes).substr(at, piece));
     while (framer.Next(message))
-      messages.push_back(message.bytes);
+      messages.emplace_back(message.bytes);
   }
   framer.Finish();
   EXPECT_FALSE(framer.Next(message));

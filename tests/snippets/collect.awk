@@ -2,7 +2,7 @@
 
 BEGIN {
   print "#include <algorithm>\n#include <cstdint>\n#include <memory>\n#include <string>\n"
-  print "#include <varnel_common/tl1stream.h>\n#include <varnel_common/varnel_common.h>\n"
+  print "#include <varnel_tl1/tl1.h>\n#include <varnel_common/varnel_common.h>\n"
   print "using namespace VARNEL_COMMON;\n\nnamespace {\n"
 }
 

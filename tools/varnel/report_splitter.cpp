@@ -91,8 +91,10 @@ Report ReportSplitter::Take(const Ends& ends) {
 
 std::optional<Report> Tl1ReportCutter::Next() {
   VARNEL_TL1::Message message;
-  if (!m_framer.Next(message)) return std::nullopt;
-  std::replace(message.bytes.begin(), message.bytes.end(), '\0', ' ');
-  const size_t length = message.bytes.size();
-  return Report{std::move(message.bytes), length};
+  if (m_tooLong || !m_framer.Next(message)) return std::nullopt;
+  m_tooLong = message.tooLong;
+  if (m_tooLong) return std::nullopt;
+  std::string text(message.bytes);
+  std::replace(text.begin(), text.end(), '\0', ' ');
+  return Report{std::move(text), message.bytes.size()};
 }

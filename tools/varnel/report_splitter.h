@@ -1,7 +1,7 @@
 #ifndef VARNEL_TOOLS_REPORT_SPLITTER_H
 #define VARNEL_TOOLS_REPORT_SPLITTER_H
 
-#include <tl1stream.h>
+#include <varnel_tl1/framer.h>
 
 #include <memory>
 #include <optional>
@@ -83,13 +83,14 @@ class Tl1ReportCutter : public ReportCutter {
  public:
   Tl1ReportCutter() : m_framer(MAX_LENGTH) {}
 
-  void Feed(std::string_view bytes) override { m_framer.Feed(bytes); }
+  void Feed(std::string_view bytes) override { m_framer.Append(bytes); }
   void Finish() override { m_framer.Finish(); }
   std::optional<Report> Next() override;
-  bool TooLong() const override { return m_framer.TooLong(); }
+  bool TooLong() const override { return m_tooLong; }
 
  private:
   VARNEL_TL1::Framer m_framer;
+  bool m_tooLong = false;
 };
 
 #endif

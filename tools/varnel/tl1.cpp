@@ -1,4 +1,4 @@
-#include <tl1stream.h>
+#include <varnel_tl1/tl1.h>
 
 #include <algorithm>
 #include <iostream>
@@ -15,8 +15,7 @@
 using VARNEL_TL1::Framer;
 using VARNEL_TL1::Joiner;
 using VARNEL_TL1::Message;
-using VARNEL_TL1::Parts;
-using VARNEL_TL1::Reader;
+using VARNEL_TL1::MessageCopy;
 using VARNEL_TL1::Skipped;
 
 namespace {
@@ -32,8 +31,8 @@ struct Tl1Options {
   std::vector<std::string> types, ctags, codes;
 };
 
-bool Passes(const std::vector<std::string>& wanted, const std::optional<std::string>& value) {
-  return wanted.empty() || (value && std::find(wanted.begin(), wanted.end(), *value) != wanted.end());
+bool Passes(const std::vector<std::string>& wanted, std::string_view value) {
+  return wanted.empty() || std::find(wanted.begin(), wanted.end(), value) != wanted.end();
 }
 
 // One run: from the source through framer, reader, joiner and filters to standard output.
@@ -45,7 +44,7 @@ class Tl1Run {
   int Run() {
     const auto source = MakeByteSource(m_options.source, Limit::Silence);
     std::string bytes;
-    while (!m_failed && source->Read(bytes) == ByteSource::Status::Data)
+    while (source->Read(bytes) == ByteSource::Status::Data)
       Take(bytes);
     End();
     if (!source->Error().empty()) Fail(source->Error());
@@ -55,23 +54,16 @@ class Tl1Run {
 
  private:
   void Take(const std::string& bytes) {
-    m_framer.Feed(bytes);
+    m_framer.Append(bytes);
     TakeMessages();
-    TellTooLong();
     std::cout.flush();
   }
 
   void End() {
     m_framer.Finish();
     TakeMessages();
-    TellTooLong();
     m_joiner.Finish();
     PrintJoined();
-  }
-
-  void TellTooLong() {
-    if (m_failed || !m_framer.TooLong()) return;
-    Fail(TooLong("the message at offset " + std::to_string(m_framer.TooLongOffset())));
   }
 
   void Fail(const std::string& what) {
@@ -81,38 +73,41 @@ class Tl1Run {
 
   void TakeMessages() {
     Message message;
-    while (!m_failed && m_framer.Next(message))
+    while (m_framer.Next(message))
       TakeMessage(message);
   }
 
   void TakeMessage(const Message& message) {
-    if (!message.complete) {
-      Fail("the last message, at offset " + std::to_string(message.offset) + ", has no end");
-      return;
-    }
-    Parts parts = m_options.strict ? ReadStrictly(message) : m_reader.Read(message);
+    const MessageCopy strict = m_options.strict ? ReadStrictly(message) : MessageCopy();
+    const Message& read = m_options.strict ? strict.View() : message;
     if (!m_options.join) {
-      Print(parts);
+      Print(read);
       return;
     }
-    if (!m_joiner.Add(std::move(parts))) Fail(TooLong("an answer in several parts"));
+    m_joiner.Add(read);
     PrintJoined();
   }
 
   void PrintJoined() {
-    Parts parts;
-    while (m_joiner.Next(parts))
-      Print(parts);
+    Message message;
+    while (m_joiner.Next(message))
+      Print(message);
   }
 
-  void Print(const Parts& parts) const {
-    const bool wanted = Passes(m_options.types, VARNEL_TL1::TypeName(parts.type)) &&
-                        Passes(m_options.ctags, parts.ctag) && Passes(m_options.codes, parts.code);
+  void Print(const Message& message) {
+    const std::string place = "the message at offset " + std::to_string(message.offset);
+    if (message.tooLong) {
+      Fail(TooLong(place));
+    } else if (!message.complete) {
+      Fail(place + " has no end");
+    }
+    const bool wanted = Passes(m_options.types, VARNEL_TL1::TypeName(message.type)) &&
+                        Passes(m_options.ctags, message.ctag) && Passes(m_options.codes, message.code);
     if (!wanted) return;
     if (m_options.json) {
-      PrintJson(PartsToJson(parts));
+      PrintJson(MessageToJson(message));
     } else {
-      PrintBlock(parts);
+      PrintBlock(message);
     }
   }
 
@@ -130,7 +125,6 @@ class Tl1Run {
   const Tl1Options& m_options;
   const bool m_verbose;
   Framer m_framer;
-  Reader m_reader;
   Joiner m_joiner;
   bool m_failed = false;
 };
@@ -160,19 +154,21 @@ class Tl1Command {
         {"",
          {{"",
            "Line ends of every kind are taken; echoes, banners, prompts and telnet bytes between messages are "
-           "skipped. What is cut out as a message but cannot be read is shown as unrecognised. A last message "
-           "without its end is told on standard error. A message is shown when it passes all filters."}}},
+           "skipped. What is cut out as a message but cannot be read is shown as unrecognised. A message "
+           "without its end is shown too, and reported on standard error. A message is shown when it passes all "
+           "filters."}}},
         {"JSON objects",
          {{"type", "acknowledgement, response, autonomous, prompt or unrecognised."},
           {"offset, length", "Where the message stands in the stream, in bytes."},
           {"sid, date, time", "From the header."},
           {"ctag, atag", "The correlation tag of an answer; the tag of an autonomous message."},
           {"code, verb", "The completion or alarm code; what an autonomous message reports."},
+          {"complete", "False for a message without its end."},
           {"lines", "A list of the lines of its text."},
           {"continues", "True when more parts of the answer follow."},
           {"", "What a message does not have is null."}}}};
     command.SetExitStatus("The whole stream was read.",
-                          "The last message has no end, a message is too long, the time is over, or the input is "
+                          "A message has no end or is too long, the time is over, or the input is "
                           "unreadable");
     command.examples.paragraphs = {{"varnel tl1 capture.log", "Show all messages of a file."},
                                    {"varnel tl1 --json --type autonomous --code '*C,**' capture.log",

@@ -1,9 +1,9 @@
 #ifndef VARNEL_TOOLS_TL1_STRICT_H
 #define VARNEL_TOOLS_TL1_STRICT_H
 
-#include <tl1reader.h>
+#include <varnel_tl1/message.h>
 
-/// Reads a message with CTL1NEMsgParse. What that refuses is given as unrecognised, all its bytes as lines.
-VARNEL_TL1::Parts ReadStrictly(const VARNEL_TL1::Message& message);
+/// Reads a message with CTL1NEMsgParse. A message that the parser refuses is unrecognised, all its bytes are its text.
+VARNEL_TL1::MessageCopy ReadStrictly(const VARNEL_TL1::Message& message);
 
 #endif
