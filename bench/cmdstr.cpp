@@ -1,15 +1,12 @@
-// Command texts that are put together piece by piece and wiped before they are freed.
+// Command texts that are built piece by piece and wiped before they are freed.
 #include <absl/strings/cord.h>
 #include <cmdstr.h>
 
 #include <cstring>
 #include <optional>
 #include <string_view>
-#include <vector>
 
-#include "inputs.h"
-#include "row.h"
-#include "services.h"
+#include "bench.h"
 
 namespace VARNEL_BENCH {
 
@@ -17,14 +14,21 @@ namespace {
 
 using namespace VARNEL_COMMON;
 
-constexpr size_t MAX_LENGTH = 10 << 20;
+class Ours {
+ public:
+  void Add(const char* text) { m_text.AddMsg(text); }
+  std::string_view Text() {
+    const char* whole = m_text.GetMsg();
+    return {whole, m_text.GetMsgLen()};
+  }
 
-// A std::string that wipes what it frees, as far as characters were ever written to it.
+ private:
+  CCmdStr m_text;
+};
+
+// A std::string that wipes what it frees.
 class WipedString {
  public:
-  WipedString() = default;
-  WipedString(const WipedString&) = default;
-  WipedString& operator=(const WipedString&) = delete;
   ~WipedString() { Wipe(); }
 
   void Add(const char* text) {
@@ -33,7 +37,7 @@ class WipedString {
     m_text.append(text, length);
   }
 
-  std::string_view Text() const { return m_text; }
+  std::string_view Text() { return m_text; }
 
  private:
   void Grow(size_t size) {
@@ -49,88 +53,52 @@ class WipedString {
   std::string m_text;
 };
 
-std::string_view TextOf(CCmdStr& text) {
-  const char* whole = text.GetMsg();
-  return {whole, text.GetMsgLen()};
-}
+class PlainString {
+ public:
+  void Add(const char* text) { m_text += text; }
+  std::string_view Text() { return m_text; }
 
-// Fills a new object in each run. That of the run before is destroyed first, so that an answer stays valid.
-template <typename Text, typename Fill>
-auto Making(Fill fill) {
-  return [fill, text = std::optional<Text>()]() mutable { return fill(text.emplace()); };
-}
+ private:
+  std::string m_text;
+};
 
-auto CopyAndWipe(size_t size) {
-  const std::string& input = ReportText(size);
-  return [&input, buffer = std::vector<char>(size)]() mutable {
-    std::memcpy(buffer.data(), input.data(), input.size());
-    benchmark::ClobberMemory();
-    explicit_bzero(buffer.data(), buffer.size());
-    return buffer.data();
+class Cord {
+ public:
+  void Add(const char* text) { m_text.Append(text); }
+  std::string_view Text() {
+    const absl::string_view flat = m_text.Flatten();
+    return {flat.data(), flat.size()};
+  }
+
+ private:
+  absl::Cord m_text;
+};
+
+// Builds a new text in each run, after the one of the run before is destroyed.
+template <typename Text>
+auto Adding(const char* piece, size_t count) {
+  return [=, text = std::make_shared<std::optional<Text>>()] {
+    text->emplace();
+    for (size_t i = 0; i < count; ++i)
+      (*text)->Add(piece);
+    return (*text)->Text();
   };
 }
 
-void Add(const std::string& name, size_t count, size_t size) {
+void Build(const std::string& name, size_t count, size_t size) {
   const char* piece = ReportText(size).c_str();
-  Row("CCmdStr", name, count * size, Making<CCmdStr>([=](CCmdStr& text) {
-        for (size_t i = 0; i < count; ++i)
-          text.AddMsg(piece);
-        return TextOf(text);
-      }))
-      .Peer("std::string, wiped", Making<WipedString>([=](WipedString& text) {
-              for (size_t i = 0; i < count; ++i)
-                text.Add(piece);
-              return text.Text();
-            }))
-      // Neither of the two wipes anything.
-      .Other("absl::Cord", Making<absl::Cord>([=](absl::Cord& text) {
-               for (size_t i = 0; i < count; ++i)
-                 text.Append(piece);
-               return text.Flatten();
-             }))
-      .Other("std::string", Making<std::string>([=](std::string& text) {
-               for (size_t i = 0; i < count; ++i)
-                 text += piece;
-               return std::string_view(text);
-             }))
-      .Limit("memcpy and explicit_bzero", CopyAndWipe(count * size));
-}
-
-auto Setting(const char* input) {
-  return Making<CCmdStr>([=](CCmdStr& text) {
-    text.SetMsg(input);
-    return TextOf(text);
-  });
-}
-
-void Set(size_t size) {
-  const char* input = ReportText(size).c_str();
-  Row("CCmdStr", "SetMsg of " + SizeName(size), size, Setting(input))
-      .Peer("std::string, wiped", Making<WipedString>([=](WipedString& text) {
-              text.Add(input);
-              return text.Text();
-            }))
-      .Other("absl::Cord", Making<absl::Cord>([=](absl::Cord& text) {
-               text = input;
-               return text.Flatten();
-             }))
-      .Other("std::string", Making<std::string>([=](std::string& text) {
-               text = input;
-               return std::string_view(text);
-             }))
-      .Limit("memcpy and explicit_bzero", CopyAndWipe(size));
+  Row("CCmdStr", name, Adding<Ours>(piece, count))
+      .Peer("std::string, wiped", Adding<WipedString>(piece, count))
+      // These two wipe nothing.
+      .Other("absl::Cord", Adding<Cord>(piece, count))
+      .Other("std::string", Adding<PlainString>(piece, count));
 }
 
 }  // namespace
 
 void AddCmdStr() {
-  Add("1000 x AddMsg of 20 B and GetMsg", 1000, 20);
-  Add("1000000 x AddMsg of 10 B and GetMsg", 1000000, 10);
-  Set(40);
-  Set(MAX_LENGTH);
-  for (const size_t size : GROWTH_SIZES) {
-    if (size <= MAX_LENGTH) Growth("CCmdStr::SetMsg", size, Setting(ReportText(size).c_str()));
-  }
+  Build("AddMsg of 40 B and GetMsg", 1, 40);
+  Build("1000 AddMsg of 20 B and GetMsg", 1000, 20);
 }
 
 }  // namespace VARNEL_BENCH

@@ -1,4 +1,4 @@
-// The command as a whole process, from its start to its end. What it reads is made when a row is first run.
+// The command as a whole process, from its start to its end.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -9,10 +9,8 @@
 #include <functional>
 #include <vector>
 
+#include "bench.h"
 #include "file_peers.h"
-#include "input_files.h"
-#include "row.h"
-#include "services.h"
 #include "temp_folder.h"
 
 namespace VARNEL_BENCH {
@@ -23,43 +21,35 @@ namespace fs = std::filesystem;
 
 constexpr size_t STREAM_SIZE = 20 << 20;
 constexpr size_t PACKAGES = 10000;
-constexpr size_t ENTRIES = 10;
 
-struct Input {
-  std::string path;
-  size_t bytes;
-};
-
-// What elements send, over and over.
-const Input& Stream() {
-  static const Input stream = [] {
-    std::vector<std::string> paths;
+// A stream as elements send it: the captures, again and again. Made when a row is first run.
+const std::string& Stream() {
+  static const std::string path = [] {
+    std::vector<std::string> captures;
     for (const auto& file : fs::directory_iterator(VARNEL_CAPTURES)) {
-      if (file.path().extension() == ".tl1") paths.push_back(file.path());
+      if (file.path().extension() == ".tl1") captures.push_back(VARNEL_TEST::ReadWhole(file.path()));
     }
-    std::sort(paths.begin(), paths.end());
-    std::string captures, bytes;
-    for (const std::string& path : paths)
-      captures += VARNEL_TEST::ReadWhole(path);
-    while (bytes.size() < STREAM_SIZE)
-      bytes += captures;
-    return Input{InputFile("stream.tl1", bytes), bytes.size()};
+    std::sort(captures.begin(), captures.end());
+    std::string bytes;
+    for (size_t i = 0; bytes.size() < STREAM_SIZE; ++i)
+      bytes += captures[i % captures.size()];
+    return InputFile("stream.tl1", bytes);
   }();
-  return stream;
+  return path;
 }
 
-const Input& PackageFolder() {
-  static const Input folder = [] {
+const std::string& PackageFolder() {
+  static const std::string folder = [] {
+    const std::string bytes = PackageBytes(10);
     fs::create_directory(InputFolder() + "/packages");
-    const std::string bytes = PackageBytes(ENTRIES);
     for (size_t i = 0; i < PACKAGES; ++i)
       InputFile("packages/" + std::to_string(i) + ".pkg", bytes);
-    return Input{InputFolder() + "/packages", PACKAGES * bytes.size()};
+    return InputFolder() + "/packages";
   }();
   return folder;
 }
 
-// Runs a program and gives its exit status, or -1.
+// Runs a program with its output in a file and returns its exit status, or -1.
 int Run(std::vector<std::string> words, const std::string& output) {
   std::vector<char*> arguments;
   for (std::string& word : words)
@@ -76,73 +66,58 @@ int Run(std::vector<std::string> words, const std::string& output) {
   return WEXITSTATUS(status);
 }
 
-void ReadFile(const std::string& path) {
-  static std::vector<char> piece(1 << 20);
-  const Descriptor file(path);
-  while (::read(file.get(), piece.data(), piece.size()) > 0) {
-  }
-}
-
 int ReadAll(const std::string& path) {
   if (!fs::is_directory(path)) {
-    ReadFile(path);
+    ReadAndSearch(path);
   } else {
     for (const auto& file : fs::directory_iterator(path))
-      ReadFile(file.path());
+      ReadAndSearch(file.path());
   }
   return 0;
 }
 
-using Operation = std::function<int(const Input&)>;
+using Operation = std::function<int(const std::string& path)>;
 
-void RegisterWhole(const std::string& name, Kind kind, const std::string& against, const Input& (*prepare)(),
-                   const Operation& operation) {
-  const std::string fields = "varnel/" + name + '/' + NameOf(kind) + '/' + against;
-  benchmark::RegisterBenchmark(fields.c_str(),
+void Whole(const std::string& input, Kind kind, const std::string& peer, const std::string& (*prepare)(),
+           const Operation& operation) {
+  benchmark::RegisterBenchmark(FieldsOf("varnel", input, kind, peer).c_str(),
                                [=](benchmark::State& state) {
-                                 const Input& input = prepare();
+                                 const std::string& path = prepare();
                                  for (auto _ : state) {
-                                   if (operation(input) == 0) continue;
+                                   if (operation(path) == 0) continue;
                                    state.SkipWithError("the program fails");
                                    break;
                                  }
-                                 state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(input.bytes));
                                })
       ->UseRealTime()
       ->Unit(benchmark::kMillisecond);
 }
 
-Operation Varnel(std::vector<std::string> options) {
-  return [options](const Input& input) {
-    std::vector<std::string> words{VARNEL_COMMAND};
-    words.insert(words.end(), options.begin(), options.end());
-    words.push_back(input.path);
-    return Run(words, "/dev/null");
+Operation Varnel(const std::vector<std::string>& words) {
+  return [words](const std::string& path) {
+    std::vector<std::string> command{VARNEL_COMMAND};
+    command.insert(command.end(), words.begin(), words.end());
+    command.push_back(path);
+    return Run(command, "/dev/null");
   };
 }
 
-// For programs that count. They write to a file: grep stops at the first match where it writes to /dev/null.
-Operation Count(const std::string& script) {
-  return [script](const Input& input) {
-    return Run({"sh", "-c", "exec " + script, "sh", input.path}, InputFolder() + "/count");
-  };
+// Its output is a file because grep stops at the first match if it writes to /dev/null.
+Operation Grep(const std::string& options, const std::string& text) {
+  return [=](const std::string& path) { return Run({"grep", options, text, path}, InputFolder() + "/count"); };
 }
 
 }  // namespace
 
 void AddCommand() {
-  const auto read = [](const Input& input) { return ReadAll(input.path); };
   const std::string tl1 = "tl1 --json, 20 MB";
-  RegisterWhole(tl1, Kind::Ours, "", Stream, Varnel({"tl1", "--json"}));
-  RegisterWhole(tl1, Kind::Other, "grep -c", Stream, Count("grep -ac COMPLD \"$1\""));
-  RegisterWhole(tl1, Kind::Other, "wc -l", Stream, Count("wc -l \"$1\""));
-  RegisterWhole(tl1, Kind::Limit, "read", Stream, read);
-
+  Whole(tl1, Kind::Ours, "", Stream, Varnel({"tl1", "--json"}));
+  Whole(tl1, Kind::Other, "grep -c", Stream, Grep("-ac", "COMPLD"));
+  Whole(tl1, Kind::Limit, "reading", Stream, ReadAll);
   const std::string packages = "package, folder of 10000";
-  RegisterWhole(packages, Kind::Ours, "", PackageFolder, Varnel({"package"}));
-  RegisterWhole(packages, Kind::Other, "grep -c", PackageFolder, Count("grep -rac board100000 \"$1\""));
-  RegisterWhole(packages, Kind::Other, "wc -l", PackageFolder, Count("find \"$1\" -type f -exec wc -l {} +"));
-  RegisterWhole(packages, Kind::Limit, "read", PackageFolder, read);
+  Whole(packages, Kind::Ours, "", PackageFolder, Varnel({"package"}));
+  Whole(packages, Kind::Other, "grep -c", PackageFolder, Grep("-rac", "board100000"));
+  Whole(packages, Kind::Limit, "reading", PackageFolder, ReadAll);
 }
 
 }  // namespace VARNEL_BENCH

@@ -9,9 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "inputs.h"
-#include "row.h"
-#include "services.h"
+#include "bench.h"
 
 namespace VARNEL_BENCH {
 
@@ -19,42 +17,29 @@ namespace {
 
 using namespace VARNEL_COMMON;
 
-constexpr size_t MAX_BODY = 65534;
-constexpr size_t FIRST_BUFFER = 1024;
-
 class Ours {
  public:
-  explicit Ours(size_t buffer) : m_message(static_cast<unsigned int>(buffer)) {}
   void Set(std::string_view data) { m_message.SetMsg(data.data(), static_cast<unsigned int>(data.size())); }
   void Add(std::string_view data) { m_message.AddMsg(data.data(), static_cast<unsigned int>(data.size())); }
   std::string_view Body() const { return {m_message.m_pMsg, m_message.usMsgLen}; }
 
  private:
-  CComNEMsg m_message;
+  CComNEMsg m_message{0};
 };
 
 class Vector {
  public:
-  explicit Vector(size_t buffer) { m_body.reserve(buffer); }
-  void Set(std::string_view data) {
-    m_body.clear();
-    Add(data);
-  }
-  void Add(std::string_view data) {
-    const auto* bytes = reinterpret_cast<const uint8_t*>(data.data());
-    m_body.insert(m_body.end(), bytes, bytes + data.size());
-    m_length = static_cast<uint16_t>(m_body.size());
-  }
-  std::string_view Body() const { return {reinterpret_cast<const char*>(m_body.data()), m_length}; }
+  Vector() { m_body.reserve(1024); }
+  void Set(std::string_view data) { m_body.assign(data.begin(), data.end()); }
+  void Add(std::string_view data) { m_body.insert(m_body.end(), data.begin(), data.end()); }
+  std::string_view Body() const { return {m_body.data(), m_body.size()}; }
 
  private:
-  std::vector<uint8_t> m_body;
-  uint16_t m_length = 0;
+  std::vector<char> m_body;
 };
 
 class Block {
  public:
-  explicit Block(size_t buffer) : m_block(buffer) {}
   void Set(std::string_view data) {
     m_block.reset();
     Add(data);
@@ -66,60 +51,49 @@ class Block {
   std::string_view Body() const { return {m_block.rd_ptr(), m_block.length()}; }
 
  private:
-  ACE_Message_Block m_block;
+  ACE_Message_Block m_block{1024};
 };
 
 template <typename Message>
 auto Setting(std::string_view body) {
-  return [body, message = std::make_shared<Message>(FIRST_BUFFER)] {
+  return [body, message = std::make_shared<Message>()] {
     message->Set(body);
     return message->Body();
   };
 }
 
-// Puts a new message together in each run; that of the run before is destroyed first.
+// Builds a new message in each run, after the one of the run before is destroyed.
 template <typename Message>
-auto Adding(std::string_view body, size_t piece, size_t buffer) {
+auto Adding(std::string_view piece, size_t count) {
   return [=, message = std::shared_ptr<Message>()]() mutable {
     message.reset();
-    message = std::make_shared<Message>(buffer);
-    for (size_t at = 0; at < body.size(); at += piece)
-      message->Add(body.substr(at, piece));
+    message = std::make_shared<Message>();
+    for (size_t i = 0; i < count; ++i)
+      message->Add(piece);
     return message->Body();
   };
 }
 
-auto Memcpy(std::string_view body) {
-  return [body, buffer = std::vector<char>(body.size())]() mutable {
+auto Memcpy(size_t size) {
+  return [body = std::string_view(ReportText(size)), buffer = std::vector<char>(size)]() mutable {
     std::memcpy(buffer.data(), body.data(), body.size());
     benchmark::ClobberMemory();
     return buffer.data();
   };
 }
 
-void Set(size_t size) {
-  const std::string_view body = ReportText(size);
-  Row("CComNEMsg", "SetMsg of " + std::to_string(size) + " B", size, Setting<Ours>(body))
-      .Peer("std::vector", Setting<Vector>(body))
-      .Peer("ACE_Message_Block", Setting<Block>(body))
-      .Limit("memcpy", Memcpy(body));
-}
-
-void Add(const std::string& name, size_t piece, size_t buffer) {
-  const std::string_view body = ReportText(MAX_BODY);
-  Row("CComNEMsg", name, body.size(), Adding<Ours>(body, piece, buffer))
-      .Peer("std::vector", Adding<Vector>(body, piece, buffer))
-      .Peer("ACE_Message_Block", Adding<Block>(body, piece, buffer))
-      .Limit("memcpy", Memcpy(body));
+void Add(const std::string& name, size_t count, size_t size) {
+  const std::string_view piece = ReportText(size);
+  Row("CComNEMsg", name, Adding<Ours>(piece, count))
+      .Peer("std::vector", Adding<Vector>(piece, count))
+      .Peer("ACE_Message_Block", Adding<Block>(piece, count))
+      .Limit("memcpy", Memcpy(count * size));
 }
 
 struct Head : CComNEHead {
   Head() {
     ulHeadWord0 = 0x01020304;
-    ulHeadWord1 = 0x05060708;
-    usHeadShort = 0x090A;
     usMsgLen = 0x0B0C;
-    ulHeadWord2 = 0x0D0E0F10;
   }
   Head(const Head&) = default;
 };
@@ -138,28 +112,23 @@ auto Converting(Convert convert) {
   };
 }
 
-void ToNetOrder() {
-  Row("CComNEHead", "ToNetOrder", 0, Converting([](Head& head) { head.ToNetOrder(); }))
+}  // namespace
+
+void AddComNEMsg() {
+  const std::string_view body = ReportText(20);
+  Row("CComNEMsg", "SetMsg of 20 B", Setting<Ours>(body))
+      .Peer("std::vector", Setting<Vector>(body))
+      .Peer("ACE_Message_Block", Setting<Block>(body));
+  Add("100 AddMsg of 50 B", 100, 50);
+  Add("63 AddMsg of 1 KB", 63, 1024);
+  Row("CComNEHead", "ToNetOrder", Converting([](Head& head) { head.ToNetOrder(); }))
       .Peer("htonl and htons", Converting([](Head& head) {
               head.ulHeadWord0 = htonl(head.ulHeadWord0);
               head.ulHeadWord1 = htonl(head.ulHeadWord1);
               head.usHeadShort = htons(head.usHeadShort);
               head.usMsgLen = htons(head.usMsgLen);
               head.ulHeadWord2 = htonl(head.ulHeadWord2);
-            }))
-      .Limit("memcpy", Converting([](Head&) {}));
-}
-
-}  // namespace
-
-void AddComNEMsg() {
-  for (const size_t size : {size_t{20}, size_t{1024}, MAX_BODY})
-    Set(size);
-  Add("AddMsg of 20 B up to 65534 B", 20, FIRST_BUFFER);
-  Add("AddMsg of 1 KB up to 65534 B", 1024, FIRST_BUFFER);
-  Add("AddMsg of 20 B up to 65534 B, buffer prepared", 20, MAX_BODY);
-  Add("AddMsg of 1 KB up to 65534 B, buffer prepared", 1024, MAX_BODY);
-  ToNetOrder();
+            }));
 }
 
 }  // namespace VARNEL_BENCH

@@ -1,6 +1,5 @@
 #include "file_peers.h"
 
-#include <csv.h>
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -15,7 +14,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <sstream>
 #include <tuple>
 
 namespace VARNEL_BENCH {
@@ -66,7 +64,7 @@ bool TakeTexts(std::string_view link, std::string_view version, Heads& heads) {
   return true;
 }
 
-// What follows the directory head: one piece is read, and a second one where a long text makes it necessary.
+// The bytes after the directory head: one read is enough unless the texts are long.
 class Rest {
  public:
   Rest(const Descriptor& file, size_t offset)
@@ -156,54 +154,6 @@ Description Describe(const std::string& path) {
     if (!TakeLine(line, description)) break;
   }
   return description;
-}
-
-// Cuts a line into columns with an istringstream for each.
-std::vector<std::string> Fields(const std::string& line) {
-  std::vector<std::string> fields;
-  std::istringstream stream(line);
-  for (std::string field; std::getline(stream, field, ':');)
-    fields.emplace_back(Trimmed(field));
-  return fields;
-}
-
-// Gathers the fields of a row for libcsv.
-class CsvRows {
- public:
-  explicit CsvRows(Description& description) : m_description(description) {}
-
-  void Field(std::string_view field) {
-    if (m_count < COLUMNS) m_fields[m_count].assign(field);
-    ++m_count;
-  }
-
-  void EndRow() {
-    if (!m_inside) {
-      m_inside = m_fields[0].find(SECTION) != std::string::npos;
-    } else if (m_count == 1 && EndsSection(m_fields[0])) {
-      m_ended = true;
-    } else if (m_count == COLUMNS && !m_ended) {
-      m_ended = !TakeEntry(m_fields, m_description);
-    }
-    m_count = 0;
-  }
-
-  bool Ended() const { return m_ended; }
-
- private:
-  Description& m_description;
-  std::array<std::string, COLUMNS> m_fields;
-  size_t m_count = 0;
-  bool m_inside = false;
-  bool m_ended = false;
-};
-
-void OnField(void* field, size_t size, void* rows) {
-  static_cast<CsvRows*>(rows)->Field({static_cast<const char*>(field), size});
-}
-
-void OnRow(int, void* rows) {
-  static_cast<CsvRows*>(rows)->EndRow();
 }
 
 }  // namespace
@@ -303,6 +253,15 @@ Heads ReadHeadsByStream(const std::string& path) {
   return heads;
 }
 
+const void* ReadAndSearch(const std::string& path) {
+  static std::vector<char> piece(1 << 20);
+  const Descriptor file(path);
+  const void* found = nullptr;
+  for (ssize_t size; (size = ::read(file.get(), piece.data(), piece.size())) > 0;)
+    found = std::memchr(piece.data(), '\xFE', static_cast<size_t>(size));
+  return found;
+}
+
 Description DescribeMapped(const std::string& path) {
   return Describe<Mapped>(path);
 }
@@ -326,39 +285,6 @@ Description DescribeByBoost(const std::string& path) {
       boost::trim(column, std::locale::classic());
     if (!TakeEntry(columns, description)) break;
   }
-  return description;
-}
-
-Description DescribeByStreams(const std::string& path) {
-  Description description;
-  description.version = ReadHeadsByStream(path).version;
-  std::ifstream file(path, std::ios::binary);
-  std::string line;
-  while (std::getline(file, line) && line.find(SECTION) == std::string::npos) {
-  }
-  while (std::getline(file, line) && !EndsSection(line)) {
-    const std::vector<std::string> fields = Fields(std::string(Visible(line)));
-    if (fields.size() != COLUMNS || fields[0].rfind('#', 0) == 0) continue;
-    Entry entry{fields[0], fields[1], 0};
-    std::istringstream(fields[4]) >> entry.size;
-    description.entries.push_back(entry);
-  }
-  return description;
-}
-
-Description DescribeByCsv(const std::string& path) {
-  Description description;
-  description.version = ReadHeadsByPread(path).version;
-  CsvRows rows(description);
-  csv_parser parser;
-  csv_init(&parser, 0);
-  csv_set_delim(&parser, ':');
-  const Descriptor file(path);
-  std::array<char, 64 << 10> piece;
-  for (ssize_t size; !rows.Ended() && (size = ::read(file.get(), piece.data(), piece.size())) > 0;)
-    csv_parse(&parser, piece.data(), static_cast<size_t>(size), OnField, OnRow, &rows);
-  csv_fini(&parser, OnField, OnRow, &rows);
-  csv_free(&parser);
   return description;
 }
 

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-/// What the file services are measured beside: the same work as others would do it.
+/// Peers of the operations on files: the same work in the way that others do it.
 namespace VARNEL_BENCH {
 
 /// An open file that closes itself.
@@ -48,7 +48,7 @@ class CLines {
   CLines(const CLines&) = delete;
   CLines& operator=(const CLines&) = delete;
 
-  /// As Mapped::NextLine(); the line lives until the next one is read.
+  /// As Mapped::NextLine(); the line is valid until the next one is read.
   bool NextLine(std::string_view& line);
 
  private:
@@ -57,7 +57,7 @@ class CLines {
   size_t m_size = 0;
 };
 
-/// What is read from the heads of a software file.
+/// What readZEPFileHead() reads.
 struct Heads {
   bool valid = false;
   unsigned int type = 0, extension = 0, payload = 0;
@@ -69,12 +69,15 @@ bool operator==(const Heads& a, const Heads& b);
 Heads ReadHeadsByPread(const std::string& path);
 Heads ReadHeadsByStream(const std::string& path);
 
+/// Reads a file in large pieces and searches them for a byte that they do not contain: the limit of all of these.
+const void* ReadAndSearch(const std::string& path);
+
 struct Entry {
   std::string name, kind;
   unsigned int size;
 };
 
-/// What is read from a package description.
+/// What CPkgFile reads.
 struct Description {
   std::string version;
   std::vector<Entry> entries;
@@ -83,8 +86,6 @@ struct Description {
 Description DescribeMapped(const std::string& path);
 Description DescribeByCLines(const std::string& path);
 Description DescribeByBoost(const std::string& path);
-Description DescribeByStreams(const std::string& path);
-Description DescribeByCsv(const std::string& path);
 
 }  // namespace VARNEL_BENCH
 

@@ -1,10 +1,21 @@
-#include "inputs.h"
-
 #include <deque>
 #include <map>
 #include <random>
 
+#include "bench.h"
+#include "software_file.h"
+#include "temp_folder.h"
+
 namespace VARNEL_BENCH {
+
+namespace {
+
+const VARNEL_TEST::TempFolder& Folder() {
+  static const VARNEL_TEST::TempFolder folder;
+  return folder;
+}
+
+}  // namespace
 
 const std::string& Keep(std::string input) {
   static std::deque<std::string> inputs;
@@ -25,10 +36,23 @@ const std::string& ReportText(size_t size) {
   return text;
 }
 
-std::string SizeName(size_t bytes) {
-  if (bytes < 1024) return std::to_string(bytes) + " B";
-  if (bytes < 1024 * 1024) return std::to_string(bytes >> 10) + " KB";
-  return std::to_string(bytes >> 20) + " MB";
+const std::string& InputFolder() {
+  return Folder().Path();
+}
+
+std::string InputFile(const std::string& name, const std::string& bytes) {
+  return Folder().Write(name, bytes);
+}
+
+std::string PackageBytes(size_t entries) {
+  VARNEL_TEST::SoftwareFile file;
+  file.payload = "\n[File Description]\n";
+  for (size_t i = 0; i < entries; ++i) {
+    const std::string number = std::to_string(100000 + i);
+    file.payload += "board" + number + ".bin:app:1.02:20260115:" + number + ":0:0:1\n";
+  }
+  file.payload += "[END]\n";
+  return file.Bytes();
 }
 
 }  // namespace VARNEL_BENCH

@@ -1,43 +1,38 @@
 #include <spdlog/spdlog.h>
 
-#include "row.h"
-#include "services.h"
+#include <cstdio>
+#include <cstdlib>
+
+#include "bench.h"
 
 namespace VARNEL_BENCH {
 
-const char* NameOf(Kind kind) {
-  switch (kind) {
-    case Kind::Ours:
-      return "ours";
-    case Kind::Peer:
-      return "peer";
-    case Kind::Obvious:
-      return "obvious";
-    case Kind::Other:
-      return "other";
-    case Kind::Limit:
-      return "limit";
-  }
-  return "";
+std::string FieldsOf(const std::string& operation, const std::string& input, Kind kind, const std::string& peer) {
+  constexpr const char* NAMES[] = {"ours", "peer", "other", "limit"};
+  return operation + '/' + input + '/' + NAMES[static_cast<size_t>(kind)] + '/' + peer;
+}
+
+void AnswersDiffer(const std::string& operation, const std::string& input, const std::string& peer) {
+  std::fprintf(stderr, "%s, %s: %s returns another answer\n", operation.c_str(), input.c_str(), peer.c_str());
+  std::exit(EXIT_FAILURE);
 }
 
 }  // namespace VARNEL_BENCH
 
 int main(int argc, char** argv) {
   using namespace VARNEL_BENCH;
-  // Without a sink: what is refused is part of a measurement, writing about it is not.
+  // Without a sink: refusing an input is measured, writing a log line is not.
   spdlog::register_logger(std::make_shared<spdlog::logger>("transcommon_log"));
-  AddStrings();
-  AddMatching();
-  AddNumbers();
-  AddTime();
-  AddEvents();
-  AddTl1();
   AddCmdStr();
   AddComNEMsg();
-  AddFiles();
+  AddEvtMsg();
+  AddPkgFile();
+  AddPublicData();
+  AddStr();
+  AddTl1NEMsgParse();
+  AddZepv2Data();
+  AddTl1();
   AddCommand();
-  AddScaling();
   benchmark::Initialize(&argc, argv);
   if (benchmark::ReportUnrecognizedArguments(argc, argv)) return EXIT_FAILURE;
   benchmark::RunSpecifiedBenchmarks();
