@@ -211,7 +211,7 @@ void AddWildcards() {
   std::string report = ReportText(300);
   Wildcard("300 B, match", report.replace(150, 20, "BOARD-0417 PROGRESS "));
   Wildcard("2 KB, no match", ReportText(2048));
-  WildcardNoCase("board name", "VNCTL201", "vnctl201").Peer("strcasecmp", [name = std::string("VNCTL201")] {
+  WildcardNoCase("board name", "VNCTL201", "vnctl201").Limit("strcasecmp", [name = std::string("VNCTL201")] {
     return strcasecmp(name.c_str(), "vnctl201") == 0;
   });
   const std::string& text = ReportText(4096);
