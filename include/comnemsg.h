@@ -30,7 +30,7 @@ class VARNEL_API CComNEHead {
   /// @return this object.
   CComNEHead& operator=(CComNEHead& other);
 
-  /// Converts every field from network to host order, in place. Done twice it restores the fields.
+  /// Converts every field from network to host order, in place. A second call restores the fields.
   void ToHostOrder();
 
   /// Converts every field from host to network order, in place: the same conversion as ToHostOrder().
@@ -45,13 +45,13 @@ class VARNEL_API CComNEHead {
 
 /// A binary message: the header and a body of at most 65534 bytes in a buffer that grows.
 ///
-/// Behind the body, at position `usMsgLen`, stands a NUL after every successful set or append, so that a text body can
-/// be read as a string. A body that does not fit is cut and a warning logged. Buffers are freed without being wiped.
-/// Behind ToNetOrder() `usMsgLen` is in network order: call ToHostOrder() before anything else is done with the
-/// message.
+/// Every successful set or append puts a NUL after the body, at position `usMsgLen`, so that a text body can be read as
+/// a string. A body that does not fit is cut and a warning logged; compare `usMsgLen`. Buffers are freed without being
+/// wiped: call EmptyMsg() first for a secret. After ToNetOrder() `usMsgLen` is in network order: convert a copy of the
+/// header instead, or call ToHostOrder() before any other call.
 ///
-/// The members are public for callers that send and receive the bytes. One who changes `usMsgLen`, `m_pMsg` or
-/// `m_nMsgBufSize` by hand keeps `usMsgLen` + 1 within the buffer, and `m_pMsg` from new[].
+/// The members are public for callers that send and receive the bytes. Callers that change `usMsgLen`, `m_pMsg` or
+/// `m_nMsgBufSize` must keep `usMsgLen` + 1 within the buffer, and allocate `m_pMsg` with new[].
 ///
 /// One object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc and leaves the message as it
 /// was.
@@ -59,10 +59,12 @@ class VARNEL_API CComNEMsg : public CComNEHead {
  public:
   /// An empty message: all fields of the header 0, a NUL at the start of the buffer, the rest of it undefined.
   ///
-  /// @param nBufLen  size of the buffer in bytes: 0 for 1024; more than 65534 counts as 65534.
+  /// @param nBufLen  size of the buffer in bytes: 0 means 1024, more than 65534 means 65534. A body of `nBufLen` bytes
+  /// does
+  ///                 not fit, since the NUL takes one.
   CComNEMsg(unsigned int nBufLen);
 
-  /// Copies header and body; the copy has a buffer of 1024 bytes, or of the body and 1024 where that does not do.
+  /// Copies header and body. The copy has a buffer of 1024 bytes, or of the body + 1024 if that is too small.
   ///
   /// @param other  the message to copy; only read, though not const, so a temporary does not do.
   CComNEMsg(CComNEMsg& other);
@@ -79,31 +81,31 @@ class VARNEL_API CComNEMsg : public CComNEHead {
   /// Overwrites the whole buffer with zeros and sets the length to 0; the buffer and the other fields stay.
   void EmptyMsg();
 
-  /// Replaces the body. A buffer that is too small for it and its NUL gives way to one of `nDataLen` + 1024 bytes.
+  /// Replaces the body. A buffer that is too small for it and its NUL is replaced by one of `nDataLen` + 1024 bytes.
   ///
   /// A bounded copy that fails is reported; length and NUL are then set all the same, over what the copy left: the
   /// bytes that the buffer held before, or zeros in a new one, if it wrote nothing. So is a buffer that is null though
   /// `m_nMsgBufSize` says otherwise; the length is then 0.
   ///
-  /// @param pData     may point into this message's own body. Null changes nothing.
-  /// @param nDataLen  bytes to take; 0 empties the body, more than 65534 are cut to that and a warning is logged.
+  /// @param pData     may point into this message's own body. Null changes nothing: use EmptyMsg().
+  /// @param nDataLen  bytes to copy; 0 empties the body, more than 65534 are cut to that and a warning is logged.
   void SetMsg(const void* pData, unsigned int nDataLen);
 
   /// Makes the buffer larger and keeps what it holds; it never shrinks. What is added has no defined value. Body and
-  /// NUL share the `nBufLen` bytes, so that a body of `nBufLen` - 1 fits, and one of `nBufLen` moves to a new buffer.
+  /// NUL share the `nBufLen` bytes, so that a body of `nBufLen` - 1 bytes fits.
   ///
   /// A bounded copy that fails is reported and leaves buffer and size as they were.
   ///
   /// @param nBufLen  the size wanted, in bytes; more than 65534 counts as that and a warning is logged.
   void SetBufLen(unsigned int nBufLen);
 
-  /// Appends to the body. A buffer that is too small gives way to one of the new length + 1024 bytes.
+  /// Appends to the body. A buffer that is too small is replaced by one of the new length + 1024 bytes.
   ///
-  /// A bounded copy that fails is reported: the message stays as it was when that happens while its buffer grows; a
-  /// failing copy of the data itself lengthens the body as if it had been copied.
+  /// A bounded copy that fails is reported. If the copy of the old body to a larger buffer fails, the message stays as
+  /// it was. If the copy of the data fails, the body grows as if it had succeeded.
   ///
   /// @param pData     may point into this message's own body. Null changes nothing.
-  /// @param nDataLen  bytes to append; what would take the body beyond 65534 bytes is cut off and a warning logged.
+  /// @param nDataLen  bytes to append; the part that exceeds 65534 bytes of body is cut off and a warning logged.
   void AddMsg(const void* pData, unsigned int nDataLen);
 
   char* m_pMsg;                ///< the body; owned

@@ -7,7 +7,7 @@
 #include "varnel_export.h"
 
 /// @file
-/// Events: each object stands for one kind of report that is awaited from a network element.
+/// Events: each object represents one kind of report that is expected from a network element.
 ///
 /// Offer every incoming report to IsMyEvt() of each waiting object; the one that claims it is asked to HandleReport(),
 /// which recognises the shape of the report and reads its numbers. Nothing is allocated until a shape is recognised.
@@ -16,9 +16,9 @@ namespace VARNEL_COMMON {
 
 /// Base of all events: offer it every report with IsMyEvt(), and the one that it claims to HandleReport().
 ///
-/// The members are public: the owner sets what is awaited and reads what was found. A report is a NUL-terminated text
-/// of any bytes; a bad one gives false and is not logged. One object belongs to one thread at a time. Memory exhaustion
-/// throws std::bad_alloc, and the result members stay as they were.
+/// The members are public: the owner sets what is expected and reads what was found. A report is a NUL-terminated text
+/// of any bytes; for a bad one the result is false and nothing is logged. One object belongs to one thread at a time.
+/// Memory exhaustion throws std::bad_alloc, and the result members stay as they were.
 class VARNEL_API CEvtMsg {
  public:
   /// All numbers 0, all texts empty.
@@ -27,11 +27,11 @@ class VARNEL_API CEvtMsg {
   CEvtMsg& operator=(const CEvtMsg&) = delete;  ///< Duplicate() copies
   virtual ~CEvtMsg();                           ///< wipes the text of m_cmd
 
-  /// Tells whether a report is the one that is awaited, by m_strEvtKey up to its first NUL.
+  /// Returns whether a report is the expected one, by m_strEvtKey up to its first NUL.
   ///
   /// @param report  may be null.
-  /// @return true when the key matches the whole report as a wildcard pattern (see strmcmp()) or occurs in it as it
-  ///         stands; so always with an empty key. False for a null report.
+  /// @return true when the key matches the whole report as a wildcard pattern (see strmcmp()) or occurs in it
+  ///         literally: an empty key matches every report, and "EVT 1" also "EVT 12". False for a null report.
   virtual bool IsMyEvt(const char* report);
 
   /// Reads a report; here it is not looked at.
@@ -62,14 +62,14 @@ class VARNEL_API CEvtMsg {
 /// Progress of loading a software package.
 ///
 /// Numbers are decimal and read as ConvertFromString() does, sign included; what follows their digits is ignored. Those
-/// behind "done=" and "total=" are taken modulo 2^32.
+/// after "done=" and "total=" are taken modulo 2^32.
 class VARNEL_API CVNPackGuageEvt : public CEvtMsg {
  public:
   /// Both numbers 0, the rest as CEvtMsg.
   CVNPackGuageEvt();
   ~CVNPackGuageEvt() override;  ///< see CEvtMsg
 
-  /// Reads done and total from a progress report of the language that m_dwNEID tells.
+  /// Reads done and total from a progress report in the language that m_dwNEID determines; 0 means MML.
   ///
   /// @param report  may be null.
   /// @return as HandleTL1LReport() for a TL1 element, as HandleMMLReport() for others.
@@ -81,22 +81,23 @@ class VARNEL_API CVNPackGuageEvt : public CEvtMsg {
   ///
   /// @param report  may be null.
   /// @return true when the report is recognised and both numbers are there, the columns with something else than white
-  ///         space behind them. False otherwise: a recognised report then leaves the numbers set in part (0 where
-  ///         another character than a digit stands, 4294967295 where it is too large in a column), any other leaves
+  ///         space after them. False otherwise: a recognised report then leaves the numbers set in part (0 without a
+  ///         digit, 4294967295 for a number that is too large in a column), any other leaves
   ///         them as they were.
   bool HandleMMLReport(const char* report);
 
   /// Reads a TL1 progress report: FILES_DONE and FILES_TOTAL, TRANSFEREDFILES and TOTALNUM of a REPT EVT PROGRESS, or
   /// SLOTSDONE and SLOTSTTL.
   ///
-  /// A value without a digit reads as 0, a missing one leaves its number as it was, so that of an earlier report.
+  /// A value without a digit reads as 0. A missing one leaves its number as an earlier report set it: set m_dwTotalNum
+  /// to 0 before each report.
   ///
   /// @param report  may be null.
   /// @return true when the shape is recognised and the total is then not 0. A report that is not recognised leaves the
   ///         numbers as they were.
   bool HandleTL1LReport(const char* report);
 
-  /// Gives the progress in percent.
+  /// Returns the progress in percent.
   ///
   /// @return done * 100 / total, rounded down and not limited to 100; 0 when the total is 0. Computed modulo 2^32:
   ///         wrong above 42949672 items done.
@@ -120,8 +121,8 @@ class VARNEL_API CVNScriptFileGuageEvt : public CEvtMsg {
   bool HandleReport(const char* report) override;
   CEvtMsg* Duplicate() override;
 
-  /// Reads an MML script progress report, whatever m_dwNEID tells: two numbers from 15 characters behind the start of
-  /// the first "TOTAL" on, total and then done. So long are the heads of the columns and their separator.
+  /// Reads an MML script progress report, for any m_dwNEID: two numbers from 15 characters after the start of the
+  /// first "TOTAL" on, which is the length of the column heads and their separator. First the total, then done.
   ///
   /// @param report  may be null.
   /// @return true when the report is recognised, both numbers are there and something else than white space follows
@@ -129,7 +130,7 @@ class VARNEL_API CVNScriptFileGuageEvt : public CEvtMsg {
   ///         does, but not by a report that is not recognised or ends within the 15 characters.
   bool HandleMMLReport(const char* report);
 
-  /// Gives the progress in percent.
+  /// Returns the progress in percent.
   ///
   /// @return as CVNPackGuageEvt::GetGuage(), but 100 for a total below ten, also before anything was read.
   unsigned int GetGuage() const;
@@ -152,19 +153,19 @@ class VARNEL_API CVNScriptFileEndEvt : public CEvtMsg {
   bool HandleReport(const char* report) override;
   CEvtMsg* Duplicate() override;
 
-  /// Reads an MML end report, whatever m_dwNEID tells: the words behind its first "RSP".
+  /// Reads an MML end report, for any m_dwNEID: the words after its first "RSP".
   ///
-  /// One that holds "SUCCESS" gives result and code, and leaves item and text as they were; also when it holds "FAIL"
-  /// as well. One that holds "FAIL" gives result, code, item and text, and needs four words for that; its text is
-  /// appended to what an earlier report left.
+  /// A report with "SUCCESS" sets result and code and leaves item and text as they were, also if it contains "FAIL"
+  /// too. A report with "FAIL" sets result, code, item and text, and needs four words; its text is appended to that of
+  /// an earlier report. A failed script is recognised too: compare m_strResult.
   ///
   /// @param report  may be null.
   /// @return true when the report is recognised, a script that failed included; the members are unchanged otherwise.
   bool HandleMMLReport(const char* report);
 
-  std::string m_strResult;      ///< first word behind "RSP"
+  std::string m_strResult;      ///< first word after "RSP"
   std::string m_strResultItem;  ///< third word of a failure
-  std::string m_strResultText;  ///< further words of all failures read, each with a blank behind it
+  std::string m_strResultText;  ///< further words of all failures read, each followed by a blank
   unsigned int m_dwResultCode;  ///< second word as a number: 0 for one without, unchanged where it is missing
   unsigned int m_dwExtra;       ///< 0; free for the owner, only copied here
 };

@@ -15,10 +15,10 @@ namespace VARNEL_COMMON {
 struct SOFT_INFO {
   std::string strColumn1;      ///< first column, trimmed
   std::string strColumn2;      ///< second column, trimmed
-  unsigned int uiColumn5 = 0;  ///< fifth column as a number; 0 where it holds none
+  unsigned int uiColumn5 = 0;  ///< fifth column as ConvertFromString() reads it; 0 without a number
 };
 
-/// A package description file: an NE software file whose text holds a section "[File Description]" with one entry a
+/// A package description file: an NE software file whose text has a section "[File Description]" with one entry per
 /// line, eight columns separated by ":".
 ///
 /// The members are the result and are there to be read. One object belongs to one thread at a time; memory exhaustion
@@ -33,19 +33,21 @@ class VARNEL_API CPkgFile {
   CPkgFile& operator=(const CPkgFile&) = delete;  ///< not copied: it owns its entries
   virtual ~CPkgFile();                            ///< deletes all entries
 
-  /// Reads version and entries of the file given at construction. Heads that are damaged or of a refused type are no
-  /// failure: use CheckZEPFileHead() where that matters. They are logged as readZEPFileHead() tells.
+  /// Reads version and entries of the file given at construction. Also accepts files with damaged headers or a
+  /// refused type: call CheckZEPFileHead() first to refuse them. Failures to read the headers are logged as
+  /// readZEPFileHead() describes.
   ///
-  /// m_strVersion becomes the version text, also of a file of a refused type; empty where none could be read.
+  /// m_strVersion becomes the version text, also of a file of a refused type; empty if none could be read.
   ///
   /// @return as ParsePkgSoftInfo(), whose rules hold for the entries.
   unsigned int ParsePkgFile();
 
   /// Appends the entries of a file to m_lstSoftInfo; call ClearSoftInfo() first for a fresh list.
   ///
-  /// The section begins behind a line that holds "[File Description]" and ends at a line that holds "[END]", at one
-  /// that begins with "[", and with the file. Lines without exactly eight columns and comments (first column beginning
-  /// with "#" or holding the bytes A3 A3) are skipped without a word. Lines are cut at 1023 bytes and at a NUL.
+  /// The section begins after a line that contains "[File Description]" and ends at a line that contains "[END]", at
+  /// one that begins with "[", or with the file. Lines without exactly eight columns, so also those with a ":" in a
+  /// value, and comments (first column beginning with "#" or containing the bytes A3 A3) are skipped silently. Lines
+  /// are cut at 1023 bytes and at a NUL.
   ///
   /// @param path  of the file, which need not be the one given at construction. Its heads are not looked at.
   /// @return 0; 0x3BA0120F when there is no section (or no readable file), when a column of an entry is longer than
@@ -58,7 +60,7 @@ class VARNEL_API CPkgFile {
 
   std::string m_strFilePath;            ///< the path given at construction
   std::string m_strExtra;               ///< empty; free for the caller
-  std::string m_strVersion;             ///< version text behind the heads, set by ParsePkgFile()
+  std::string m_strVersion;             ///< version text after the headers, set by ParsePkgFile()
   std::list<SOFT_INFO*> m_lstSoftInfo;  ///< the entries in file order; owned by this object
 };
 

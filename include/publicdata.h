@@ -36,7 +36,7 @@ struct VARNEL_API ZEP_DIR_HEAD {
   void ToHostOrder();
 };
 
-/// Second head of an NE software file: 64 bytes behind the gap, all numbers big-endian. Behind it stand, in this
+/// Second head of an NE software file: 64 bytes after the gap, all numbers big-endian. It is followed by, in this
 /// order, the extension word (two bytes, for file type 2 only), a skipped area, the link text, the version text, a
 /// fourth area, and the payload.
 struct VARNEL_API ZEP_FILE_HEAD {
@@ -51,9 +51,9 @@ struct VARNEL_API ZEP_FILE_HEAD {
   uint16_t usValue34;            ///< carried
   uint32_t ulValue36;            ///< carried
   uint32_t ulValue40;            ///< carried
-  uint16_t usSkipLen;            ///< bytes skipped behind the head
+  uint16_t usSkipLen;            ///< bytes skipped after the head
   uint16_t usLinkLen;            ///< bytes of the link text, at most 1023
-  uint16_t usVersionLen;         ///< bytes of the version text; 0 and 65535 mean that there is none
+  uint16_t usVersionLen;         ///< bytes of the version text; 0 and 65535 mean no version text
   uint16_t usTailLen;            ///< bytes of the fourth area
   unsigned char aucBytes52[8];   ///< carried
   uint32_t ulValue60;            ///< carried; outside the checksum
@@ -69,21 +69,20 @@ struct VARNEL_API ZEP_FILE_HEAD {
 /// @return the sum of the bytes, each taken as 0 to 255, modulo 2^32; 0 when `data` is null or `len` is below 1.
 VARNEL_API unsigned int GetUCCheckSum(const char* data, int len);
 
-/// Reads and checks both heads of an NE software file and the texts behind them. The payload is not touched.
+/// Reads and checks both heads of an NE software file and the texts after them. The payload is not read: a result of 0
+/// says nothing about it. A stream of the host that cannot seek is read on from where it is.
 ///
-/// Outputs keep what is written to them before a failure, and else their value.
+/// Outputs keep what is written to them before a failure; all others keep their value.
 ///
 /// @param path           of the file, up to its first NUL.
-/// @param head           the file head in the machine's order. After a failure: unchanged where the first head is bad,
-///                       the bytes as they stand in the file where it ends inside this head.
-/// @param linkTarget     what the link text holds behind its first "-> ", up to a NUL.
+/// @param head           the file head in the machine's order. Do not call ToHostOrder() on it again. After a failure:
+///                       unchanged if the first head is bad, the bytes of the file if it ends inside this head.
+/// @param linkTarget     the link text after its first "-> ", up to a NUL.
 /// @param versionText    the version text up to its first "T" or NUL; unchanged where the file has none.
 /// @param extWord        the extension word of a file of type 2, 0 where the file ends before it; else unchanged.
 /// @param payloadOffset  gap + 128 + the four lengths of the file head. The two bytes of an extension word are not
 ///                       part of it: the payload of a file of type 2 begins 2 bytes further on. Set as soon as both
 ///                       heads are valid, also when a text then fails.
-/// A stream of the host that cannot seek is read on from where it is.
-///
 /// @return 0 on success; 0x3BA00013 when the file cannot be opened; 0x3BA00B02 when it ends too soon, a magic word or
 ///         checksum is wrong, or the link text is longer than 1023 bytes or without "-> ". Open failures and short
 ///         reads are logged, nothing else is. The errno in the line is that of the failing call; if the file simply
@@ -91,7 +90,7 @@ VARNEL_API unsigned int GetUCCheckSum(const char* data, int len);
 VARNEL_API unsigned int readZEPFileHead(const std::string& path, ZEP_FILE_HEAD& head, std::string& linkTarget,
                                         std::string& versionText, unsigned int& extWord, unsigned int& payloadOffset);
 
-/// readZEPFileHead() with the file type instead of the whole head, whatever the type is.
+/// readZEPFileHead() with the file type instead of the whole head, for any type.
 ///
 /// @param path           as there.
 /// @param extWord        as there.
@@ -114,7 +113,7 @@ VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, int& fileType,
                                          std::string& versionText);
 
 /// Reads a text file line by line. The whole file is loaded at construction; a file that is changed later is not
-/// read again. A file that cannot be loaded gives no lines.
+/// read again. A file that cannot be loaded has no lines, like an empty one and one without a size, as in /proc.
 ///
 /// A copy shares the buffer with its source and both would release it: do not let two copies be destroyed. What the
 /// target of an assignment had loaded is not released.
@@ -122,7 +121,7 @@ VARNEL_API unsigned int CheckZEPFileHead(const std::string& path, int& fileType,
 /// One object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc.
 class VARNEL_API Vnifstream {
  public:
-  /// Loads a file. No result tells whether that went well; ReadFile() would, on an object made with an empty path.
+  /// Loads a file. No result reports failure: use ReadFile() on an object made with an empty path for that.
   ///
   /// @param path  of the file, up to its first NUL.
   Vnifstream(const std::string& path);
@@ -141,21 +140,22 @@ class VARNEL_API Vnifstream {
   /// Releases the buffer.
   ~Vnifstream();
 
-  /// Loads a file; of one of 4 GiB + n bytes its first n. Where fewer bytes can be read than the file is said to have,
-  /// NULs stand in their place. What was loaded before is not released: the constructor is the one to call this.
+  /// Loads a file; of one of 4 GiB + n bytes its first n. If fewer bytes can be read than the file has by its size,
+  /// NULs replace the others. What was loaded before is not released: call this only on an object made with an empty
+  /// path.
   ///
   /// @param path  of the file, up to its first NUL.
   /// @return false when the path is empty or the file cannot be sized or opened; the object is then unchanged, and
   ///         nothing is logged.
   bool ReadFile(const std::string& path);
 
-  /// Gives the next line, without its line feed. Only a line feed ends a line: a `\r` stays, and a NUL too.
+  /// Reads the next line, without its line feed. Only a line feed ends a line: a `\r` stays, and a NUL too.
   ///
-  /// @param buf   gets the line and a NUL behind it; holds no line after false.
+  /// @param buf   receives the line and a NUL; has no line after false.
   /// @param size  of `buf`, in bytes. A line of that length or more is cut to `size` - 1 bytes, the rest of it skipped.
   /// @return false at the end, when nothing is loaded, when `buf` is null or `size` is 0; the position stays. False
   ///         also when the bounded copy fails, which is logged: the line is then lost, and where a line feed ends it
-  ///         the next call gives an empty line.
+  ///         the next call returns an empty line.
   bool GetLine(char* buf, unsigned int size);
 
  private:
@@ -164,17 +164,17 @@ class VARNEL_API Vnifstream {
   unsigned int m_uiPos;
 };
 
-/// Tells whether a file is a cold patch.
+/// Returns whether a file is a cold patch.
 ///
 /// @param path  of the file, up to its first NUL.
-/// @return true when a line holds "[COLDPATCH]" within its first 1023 bytes and before a NUL. False is always logged;
-///         it is not told apart from a file that cannot be read.
+/// @return true when a line contains "[COLDPATCH]" within its first 1023 bytes and before a NUL. False is always
+///         logged, and is also the result for a file that cannot be read.
 VARNEL_API bool isColdPatch(const std::string& path);
 
 /// Turns the three-digit slot number of an older element, first digit the shelf and two digits the slot, into the
 /// element's slot identifier.
 ///
-/// The identifier is (code of the first digit's character) * 32 OR (code of the second digit's character): 305 gives
+/// The identifier is (code of the first digit's character) * 32 OR (code of the second digit's character): 305 is
 /// (51 << 5) | 48. The third digit does not count. Elements expect exactly that.
 ///
 /// @param slotNumber  a slot number, not a word slot identifier.
@@ -182,21 +182,22 @@ VARNEL_API bool isColdPatch(const std::string& path);
 ///         the result then made from what the buffers hold.
 VARNEL_API unsigned int GetNESlotID(unsigned short slotNumber);
 
-/// Tells by its identifier whether an element speaks TL1; others speak MML.
+/// Returns by its identifier whether an element speaks TL1; others speak MML.
 ///
 /// @param neId  the identifier.
 /// @return true above 0xFFFFFF.
 VARNEL_API bool IsTL1NeID(unsigned int neId);
 
-/// Tells whether an element belongs to the Korvane family: by its name, and never when its generation code is that of a
-/// second-generation element.
+/// Returns whether an element belongs to the Korvane family, by its name. An element of the second generation never
+/// does.
 ///
 /// @param generation  its generation code, see IsZepv2().
 /// @param name        matched by strmcmpnocase(); a NUL ends it.
 /// @return whether it does; false for an empty name.
 VARNEL_API bool IsKorvaneNE(int generation, const std::string& name);
 
-/// Tells by its name whether a board is a system-control board.
+/// Returns by its name whether a board is a system-control board. Some names match anywhere ("x-SCC-9"), others only as
+/// a whole ("vcu", not "vcu9").
 ///
 /// @param name  matched by strmcmpnocase(), so in any case of letters; a NUL ends it.
 /// @return whether it is; false for an empty name.

@@ -35,7 +35,7 @@ VARNEL_API void StrTrim(std::string& s);
 /// Case-sensitive wildcard match by the host's matcher (NS_UTIL::RepalaceSensInfo).
 ///
 /// @param text     not null.
-/// @param pattern  "*" stands for any run of characters, also an empty one; every other character for itself.
+/// @param pattern  "*" matches any run of characters, also an empty one; every other character matches itself.
 /// @return non-zero when the whole of `text` matches.
 VARNEL_API int strmcmp(const char* text, const char* pattern);
 
@@ -44,8 +44,8 @@ VARNEL_API int strmcmp(const char* text, const char* pattern);
 /// It is simpler than a shell's matcher, and callers rely on what it refuses:
 /// - an empty text matches nothing, not even "*";
 /// - a "?" next to a "*" consumes nothing: "*?" matches like "*", but at the end of the text nothing at all;
-/// - the text behind a "*" is taken at its first occurrence only: "abab" does not match "*ab";
-/// - a mismatch behind a "?" goes on from the last "*" (or from the start of the pattern) at the character that did
+/// - only the first occurrence of the text after a "*" is tried: "abab" does not match "*ab";
+/// - a mismatch after a "?" goes on from the last "*" (or from the start of the pattern) at the character that did
 ///   not match: "abaab" matches "a?b". Any other mismatch ends the search.
 ///
 /// @param text     may be null.
@@ -55,14 +55,15 @@ VARNEL_API int strmcmpnocase(const char* text, const char* pattern);
 
 /// Frees a null-terminated array of heap blocks and the array itself.
 ///
-/// @param array  it and all blocks are from malloc(); may be null.
+/// @param array  the array and all its blocks must come from malloc(). May be null.
 VARNEL_API void freeArray(void** array);
 
 /// Replaces every occurrence of `from`, those included that replacing brings about: "aaaa" with "aa" by "a" ends as
 /// "a".
 ///
-/// An empty `from`, or a `to` that contains `from`, leaves the text unchanged. A pair that grows for ever in another
-/// way ("ab" by "bbaa") is the caller's to avoid. Time is linear in the text plus all replacement texts.
+/// An empty `from`, or a `to` that contains `from`, leaves the text unchanged: replace "\n" by "\r\n" in two steps, by
+/// a character that the text does not contain. A pair that grows for ever in another way ("ab" by "bbaa") is the
+/// caller's to avoid. Time is linear in the text plus all replacement texts.
 ///
 /// @param s     the text, changed in place.
 /// @param from  what is replaced; may be `s`.
@@ -79,38 +80,39 @@ VARNEL_API void StrCollapse(std::string& s);
 /// @param s  the text, changed in place.
 VARNEL_API void toUpperCase(std::string& s);
 
-/// Gives a copy without line feeds, with a blank for each carriage return, and with runs of blanks reduced to one.
-/// One blank stays of those in front and behind; tabs stay.
+/// Returns a copy without line feeds, with a blank for each carriage return, and with runs of blanks reduced to one.
+/// Leading and trailing blanks become one blank, tabs stay. Lines are joined: "A\nB" becomes "AB".
 ///
 /// @param text  may be null.
 /// @return the copy; empty for null.
 VARNEL_API std::string replaceEnterWithBlank(const char* text);
 
-/// Extracts the value of a TL1 attribute: what stands behind the first occurrence of `name`, up to the first ",", or
-/// where there is none up to the first double quote, or where there is neither up to the end of the text.
+/// Extracts the value of a TL1 attribute: the text after the first occurrence of `name`, up to the first ",", without
+/// one up to the first double quote, without either up to the end of the text. Quoted values are not understood.
 ///
 /// @param text   the text to search.
 /// @param name   the whole prefix, with its "=": "TOTAL=". It is found in the middle of a word too: in "SUBTOTAL=".
-/// @param value  the value, not trimmed; empty when false is returned. Also empty, with true, when the end lies at
+/// @param value  the value, not trimmed; empty when false is returned. Also empty, with true, when the end is at
 ///               the start of the value or inside `name`.
-/// @return false when `text` is null, `text` or `name` is empty, `name` does not occur, or the text ends right behind
+/// @return false when `text` is null, `text` or `name` is empty, `name` does not occur, or the text ends right after
 ///         it.
 VARNEL_API bool GetTL1AttrbuteString(const char* text, const std::string& name, std::string& value);
 
 /// Splits a text at every `sep` and appends the fields to `fields`, which is not cleared.
 ///
-/// Fields lose leading white space and keep trailing white space; empty fields are kept, the last one included. Where
-/// the separator is white space itself, a run of it separates once: "a   b" at " " gives "a" and "b".
+/// Fields lose leading white space and keep trailing white space; empty fields are kept, the last one included. If
+/// the separator is white space itself, a run of it separates once: "a   b" at " " is "a" and "b".
 ///
 /// @param text    may belong to an element of `fields`; null appends nothing.
 /// @param sep     the separator.
-/// @param fields  gets the fields; at least one where `text` is not null.
+/// @param fields  receives the fields; at least one if `text` is not null.
 VARNEL_API void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields);
 
 /// Reads one value from a text as a default std::istream would, leading white space skipped, numbers in decimal.
 ///
 /// Exists for unsigned int, char (the first character that is not white space) and unsigned short. What follows the
-/// number is ignored, and nothing tells whether there was one. A sign is taken: "-1" gives the type's largest value.
+/// number is ignored, and no result reports whether there was one: check for digits first. A sign is accepted: "-1" is
+/// the type's largest value.
 ///
 /// @tparam T     one of these types.
 /// @param text   may be null.
@@ -127,16 +129,17 @@ extern template VARNEL_API void ConvertFromString<unsigned short>(const char* te
 
 /// Splits a path at its last "/" or "\"; the outputs carry "/" only.
 ///
-/// @param fullPath  may be one of the outputs. An empty one gives two empty texts.
-/// @param filePath  the folder with its closing "/"; "/" for a bare file name, which so lands in the root folder.
-/// @param fileName  the name behind it, empty for a path that ends in a separator.
+/// @param fullPath  may be one of the outputs. An empty one yields two empty texts.
+/// @param filePath  the folder with its closing "/"; "/" for a bare file name, which so moves to the root folder.
+/// @param fileName  the name after it, empty for a path that ends in a separator. One variable for both outputs keeps
+///                  the folder.
 VARNEL_API void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath, std::string& fileName);
 
 /// Splits a bare file name at its last ".".
 ///
 /// @param fileName  without a folder: "dir.d/file" is split in its folder.
 /// @param leftName  the name before the dot; the whole name where there is no dot.
-/// @param exName    the extension with its dot (".bin"), or empty.
+/// @param exName    the extension with its dot (".bin"), or empty. One variable for both outputs keeps it.
 VARNEL_API void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName);
 
 /// Refuses paths that climb folders.
@@ -148,7 +151,7 @@ VARNEL_API bool VerifyFilePathAndName(const std::string& path);
 
 /// Resolves a path to an absolute one without symbolic links, "." or "..".
 ///
-/// @param path  of something that exists, up to its first NUL; ".." may stand in it.
+/// @param path  of something that exists, up to its first NUL; may contain "..".
 /// @return the resolved path; empty when `path` is longer than 4096 bytes, cannot be resolved (because it does not
 ///         exist, say), or resolves to a path that VerifyFilePathAndName() refuses. Each refusal is logged.
 VARNEL_API std::string ToAbsPath(const std::string& path);
@@ -156,16 +159,17 @@ VARNEL_API std::string ToAbsPath(const std::string& path);
 /// Removes a file through the host (NS_UTIL::RemoveFile).
 ///
 /// @param path  of the file; not checked by VerifyFilePathAndName().
-/// @return what the host gives: 0, or an errno value.
+/// @return the result of the host: 0, or an errno value.
 VARNEL_API int VNRemoveFile(const std::string& path);
 
 /// Removes a folder and all it holds through the host (NS_UTIL::RemoveDir).
 ///
 /// @param path  of the folder; not checked by VerifyFilePathAndName().
-/// @return what the host gives: 0, or an errno value.
+/// @return the result of the host: 0, or an errno value.
 VARNEL_API int VNRemoveDir(const std::string& path);
 
-/// Gives the current time in seconds, in spite of the name.
+/// Returns the current time in seconds, not milliseconds. Not a clock for durations: it follows changes of the system
+/// time.
 ///
 /// Whole seconds and fraction come from two clock readings, one after the other, so that a result taken when a second
 /// ends may lag by up to one second.
@@ -173,48 +177,48 @@ VARNEL_API int VNRemoveDir(const std::string& path);
 /// @return seconds since the epoch, with a fraction in microseconds; a fraction of 0 where the clock cannot be read.
 VARNEL_API double GetCurTimeMilSec();
 
-/// For polling loops: tells whether two readings of a counter lie in different periods.
+/// For polling loops: returns whether two readings of a counter are in different periods.
 ///
-/// It does not tell whether a whole period has passed: with a period of 10 it is true from 9 to 11, and false from 1 to
-/// 9. A counter that has wrapped (`now` below `last`, in different periods) gives true.
+/// It does not report that a whole period has passed: with a period of 10 it is true from 9 to 11, and false from 1 to
+/// 9. For a counter that has wrapped (`now` below `last`, in different periods) it is true.
 ///
 /// @param last    the earlier reading.
-/// @param now     the later reading; 0 gives false.
-/// @param period  in the unit of the other two; not 0, by which nothing can be divided.
+/// @param now     the later reading; for 0 the result is false.
+/// @param period  in the unit of the other two; not 0, which would be a division by zero.
 /// @return true when a multiple of `period` is above `last` and not above `now`, or the counter has wrapped.
 VARNEL_API bool IsTimerReach(unsigned int last, unsigned int now, unsigned int period);
 
-/// Gives the current date in local time.
+/// Returns the current date in local time.
 ///
 /// @return "YYYYMMDD".
 VARNEL_API std::string GetCurDateFormated();
 
-/// Gives the local date and time of a moment.
+/// Returns the local date and time of a moment.
 ///
 /// @param seconds  since the epoch, negative before it. A year above 2147483647 ends the process.
 /// @return "YYYY-MM-DD hh:mm:ss", 19 characters for the years 1000 to 9999; other years are filled with zeros to four
 ///         characters, or longer.
 VARNEL_API std::string MakeTimeFormated(long seconds);
 
-/// Gives the current date and time in local time.
+/// Returns the current date and time in local time.
 ///
 /// @return as MakeTimeFormated().
 VARNEL_API std::string GetCurTimeFormated();
 
-/// Reads the slot of a TL1 access identifier, "SLOT-3-5" or "SLOT-7", from behind the first "SLOT-" of a text.
+/// Reads the slot of a TL1 access identifier, "SLOT-3-5" or "SLOT-7", from after the first "SLOT-" of a text.
 ///
-/// Where no further "-" follows, one number is read, the slot. Otherwise shelf, one character and slot are read: a "-"
-/// anywhere behind makes the first number the shelf, so "SLOT-5:ABC-DEF" is shelf 5, slot 0.
+/// If no further "-" follows, one number is read, the slot. Otherwise shelf, one character and slot are read: a "-"
+/// anywhere after it makes the first number the shelf, so "SLOT-5:ABC-DEF" is shelf 5, slot 0.
 ///
-/// Numbers are those that ConvertFromString() reads: 0 where another character than a digit stands, 65535 on overflow.
+/// Numbers are those that ConvertFromString() reads: 0 without a digit, 65535 on overflow.
 ///
 /// @param text   may be null.
-/// @param shelf  unchanged where no further "-" follows, and where the text ends behind "SLOT-".
-/// @param slot   unchanged where the text ends before it, and behind a shelf that could not be read.
-/// @return false, with both unchanged, when `text` is null or holds no "SLOT-"; else true.
+/// @param shelf  unchanged if no further "-" follows, and if the text ends after "SLOT-".
+/// @param slot   unchanged if the text ends before it, and after a shelf that could not be read.
+/// @return false, with both unchanged, when `text` is null or contains no "SLOT-"; else true, also without a number.
 VARNEL_API bool ParseTL1SlotID(const char* text, unsigned short& shelf, unsigned short& slot);
 
-/// Reads the slot of an MML parameter, "3-5" or "7", as ParseTL1SlotID() does behind the "SLOT-".
+/// Reads the slot of an MML parameter, "3-5" or "7", as ParseTL1SlotID() does after the "SLOT-".
 ///
 /// @param text   may be null.
 /// @param shelf  as there.

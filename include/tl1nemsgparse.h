@@ -15,8 +15,8 @@ namespace VARNEL_COMMON {
 /// prompt. It accepts the strict form only; varnel::tl1 reads what elements really send.
 ///
 /// The message is any bytes, NULs included. The members are the result and are there to be read. One object belongs to
-/// one thread at a time. Memory exhaustion throws std::bad_alloc; the object can then be used, but its parts may be those of
-/// two messages: call ParseMsgEndFlg() or InitAllPrivate().
+/// one thread at a time. Memory exhaustion throws std::bad_alloc; the object can then be used, but its parts may be
+/// those of two messages: call ParseMsgEndFlg() or InitAllPrivate().
 class VARNEL_API CTL1NEMsgParse {
  public:
   /// Keeps the message; nothing is parsed yet.
@@ -31,8 +31,8 @@ class VARNEL_API CTL1NEMsgParse {
   ///
   /// A failure leaves the object as follows:
   /// - a bad acknowledgement, identification or verb line: as InitAllPrivate() does;
-  /// - a bad SID, date or time: date and SID empty where they stand in front of the fault, start position set;
-  /// - a header without an "M" anywhere behind it: header fields, echo and start position set, type unchanged;
+  /// - a bad SID, date or time: the fields before the fault empty, start position set;
+  /// - a header without an "M" anywhere after it: header fields, echo and start position set, type unchanged;
   /// - a text block without its end: everything set but the text block;
   /// - an empty message, or one of no known form: unchanged.
   ///
@@ -41,7 +41,7 @@ class VARNEL_API CTL1NEMsgParse {
   /// @return true when the message is recognised.
   bool NEMsgParse();
 
-  /// Replaces the message, parses it from scratch and tells whether it is complete.
+  /// Replaces the message, parses it from scratch and returns whether it is complete.
   ///
   /// @param msg  may be the object's own m_strNEMsg, or another member. An empty one is refused, and nothing replaced.
   /// @return true for a response, autonomous message or prompt that is recognised and holds `\r\n;` anywhere, not only
@@ -49,41 +49,42 @@ class VARNEL_API CTL1NEMsgParse {
   ///         recognised, which is logged. The members are those that NEMsgParse() leaves, after false too.
   bool ParseMsgEndFlg(const std::string& msg);
 
-  /// Gives the code.
+  /// Returns the code.
   ///
   /// @return acknowledgement code, completion code or alarm code, by message type.
   std::string GetRetRspCode() const;
 
-  /// Gives the correlation tag. The tag of an autonomous message is m_strAtag.
+  /// Returns the correlation tag. The tag of an autonomous message is m_strAtag.
   ///
   /// @return the tag of an acknowledgement or response.
   std::string GetCtage() const;
 
-  /// Gives the type of the message.
+  /// Returns the type of the message.
   ///
-  /// @return -1 none, 2 acknowledgement, 3 response, 4 autonomous message or continuation prompt.
+  /// @return -1 none, 2 acknowledgement, 3 response, 4 autonomous message or continuation prompt, which has no
+  /// m_strVerb.
   int GetNEMsgType() const;
 
-  /// Gives the source identifier.
+  /// Returns the source identifier.
   ///
   /// @return m_strSID of a response or autonomous message, else empty.
   std::string GetSID() const;
 
-  /// Gives the text block.
+  /// Returns the text block.
   ///
   /// @return m_strTextBlock of a response or autonomous message, else empty.
   std::string GetTextBlock() const;
 
-  /// Tells where in the message the recognised part begins.
+  /// Returns where in the message the recognised part begins.
   ///
-  /// @return the position of the line end in front of the header or prompt; 0 for an acknowledgement.
+  /// @return the position of the line end before the header or prompt; 0 for an acknowledgement.
   unsigned int GetMsgStartPos() const;
 
   std::string m_strNEMsg;       ///< the whole message
   std::string m_strSID;         ///< source identifier of the header line
   std::string m_strDate;        ///< date of the header line, as text
   std::string m_strTime;        ///< time of the header line, as text
-  std::string m_strEcho;        ///< everything in front of the header line
+  std::string m_strEcho;        ///< everything before the header line
   std::string m_strRspLine;     ///< response identification: `\r\nM  ` + ctag + blank + completion code
   std::string m_strTextBlock;   ///< from the line feed of the identification or verb line up to the terminator
   std::string m_strVerb;        ///< verb line of an autonomous message

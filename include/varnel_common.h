@@ -9,13 +9,15 @@
 ///
 /// What holds for all of it, where nothing else is said:
 ///
-/// - **Failures.** Nothing throws but std::bad_alloc. Bad input gives a result that tells so, or a fallback; what goes
-///   wrong without a result is told to the host's log.
+/// - **Failures.** Nothing throws but std::bad_alloc. Bad input leads to a failure result or a fallback; a failure
+///   without a result is written to the host's log.
 /// - **Threads.** Functions keep no state and are reentrant. An object belongs to one thread at a time, also while it
 ///   is only read.
-/// - **Arguments.** A `const char*` is a NUL-terminated text of any bytes; comments say where it may be null. Outputs
+/// - **Arguments.** A `const char*` is a NUL-terminated text of any bytes; comments say if it may be null. Outputs
 ///   that a comment does not mention for a failure keep their value. Nothing refers to an argument after the call.
-/// - **Results.** Pointers belong to the object that gave them. Only CEvtMsg::Duplicate() gives an object away.
+/// - **Results.** Pointers belong to the object that returned them. Only CEvtMsg::Duplicate() returns an object that
+/// the
+///   caller owns.
 /// - **errno.** An operation that succeeds leaves it as it was.
 /// - **Locale and environment.** Neither changes a result, but for the time zone of the time functions. White space is
 ///   blank, tab, line feed, vertical tab, form feed and carriage return; only ASCII letters have cases.

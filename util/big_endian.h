@@ -6,7 +6,7 @@
 
 namespace VARNEL_UTIL {
 
-/// Big-endian integers, whatever the byte order of the machine. `bytes` needs no alignment.
+/// Big-endian integers on a machine of any byte order. `bytes` needs no alignment.
 inline uint16_t LoadBig16(const void* bytes) {
   unsigned char raw[2];
   std::memcpy(raw, bytes, sizeof raw);
