@@ -163,9 +163,8 @@ void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fie
   if (text == nullptr) return;
   // The text may be part of `fields`, and running out of memory must not leave some of its fields there.
   std::vector<std::string> added;
-  added.reserve(static_cast<size_t>(std::count(text, text + std::strlen(text), sep)) +
-                1);  // 67 instead of 124 ns for 8
   std::string_view rest = TrimmedLeft(text);
+  added.reserve(static_cast<size_t>(std::count(rest.begin(), rest.end(), sep)) + 1);  // 8 fields: 67 instead of 124 ns
   for (size_t end; (end = rest.find(sep)) != std::string_view::npos; rest = TrimmedLeft(rest.substr(end + 1)))
     added.emplace_back(rest.substr(0, end));
   added.emplace_back(rest);
