@@ -30,6 +30,7 @@
 #include "evtmsg.h"
 #include "pkgfile.h"
 #include "publicdata.h"
+#include "softwarefile.h"
 #include "str.h"
 #include "tl1nemsgparse.h"
 #include "zepv2data.h"

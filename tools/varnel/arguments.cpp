@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr char PATHS[] = "paths";  // a group of options; no help shows it
+
 using Examine = std::function<bool(const std::string& text)>;
 
 bool ForEachLine(const Examine& examine) {
@@ -22,7 +24,7 @@ bool ForEachLine(const Examine& examine) {
   return false;
 }
 
-// Zeros in front make no octal number.
+// Leading zeros do not make an octal number.
 std::optional<uint64_t> ReadNumber(const std::string& text) {
   const bool hexadecimal = text.compare(0, 2, "0x") == 0 || text.compare(0, 2, "0X") == 0;
   const char* const begin = text.data() + (hexadecimal ? 2 : 0);
@@ -35,6 +37,14 @@ std::optional<uint64_t> ReadNumber(const std::string& text) {
 
 }  // namespace
 
+CLI::Option* TakePaths(CLI::Option* option) {
+  return option->group(PATHS);
+}
+
+bool TakesPaths(const CLI::Option& option) {
+  return option.get_group() == PATHS;
+}
+
 CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most) {
   const std::string range = std::to_string(least) + " to " + std::to_string(most);
   const auto read = [least, most, range](std::string& text) {
@@ -44,18 +54,18 @@ CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most) {
     text = std::to_string(*number);  // which CLI11 reads alike
     return std::string();
   };
-  return option->description(option->get_description() + ", " + range)->transform(CLI::Validator(read, ""));
+  return option->transform(CLI::Validator(read, ""));
 }
 
 CLI::Validator OneOf(const std::vector<std::string>& values) {
   const auto check = [values](const std::string& text) {
     if (std::find(values.begin(), values.end(), text) != values.end()) return std::string();
-    return text + " is none of " + CLI::detail::join(values, ", ");
+    return text + " is not one of " + CLI::detail::join(values, ", ");
   };
   return CLI::Validator(check, '{' + CLI::detail::join(values) + '}').non_modifying();
 }
 
-CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation, const std::string& help) {
+CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation) {
   const auto read = [&generation](const std::string& text) {
     int code = 0;
     const char* const end = text.data() + text.size();
@@ -64,7 +74,7 @@ CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generati
       throw CLI::ValidationError("--generation", "is not a decimal number of 32 bits");
     generation = code;
   };
-  return command.add_option_function<std::string>("--generation", read, help)->type_name("CODE");
+  return command.add_option_function<std::string>("--generation", read);
 }
 
 bool ForEachText(const std::vector<std::string>& texts, const Examine& examine) {

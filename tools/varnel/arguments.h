@@ -8,20 +8,24 @@
 #include <string>
 #include <vector>
 
-/// Lets an option take numbers within limits, decimal or hexadecimal behind "0x", and its help tell the limits.
+/// Marks an option or operand whose value is the name of a file or folder, for completion. Returns the option.
+CLI::Option* TakePaths(CLI::Option* option);
+bool TakesPaths(const CLI::Option& option);
+
+/// Makes an option take numbers within limits, decimal, or hexadecimal after "0x". Returns the option.
 CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most);
 
 /// Takes a value that is one of these.
 CLI::Validator OneOf(const std::vector<std::string>& values);
 
 /// Adds --generation CODE, a signed decimal number of 32 bits.
-CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation, const std::string& help);
+CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generation);
 
-/// Hands over each text of the command line, and in place of "-" each line of standard input as it comes, without its
-/// line end (LF or CR LF). Empty lines are passed over.
+/// Calls `examine` for each text of the command line, and instead of "-" for each line of standard input as it comes,
+/// without its line end (LF or CR LF). Empty lines are skipped.
 ///
-/// @param examine  false for a text that is bad; the others are handed over all the same.
-/// @return false when one was bad or standard input cannot be read.
+/// @param examine  returns false for a bad text; the other texts are examined all the same.
+/// @return false if a text was bad or standard input cannot be read.
 bool ForEachText(const std::vector<std::string>& texts, const std::function<bool(const std::string& text)>& examine);
 
 #endif

@@ -9,36 +9,59 @@
 
 namespace {
 
+constexpr char HELP_TEXT[] = R"(Report whether boards are system-control boards.
+
+Usage: varnel board [OPTION]... [NAME]...
+
+NAME is the name of a board, in any case of letters; - reads names from standard
+input, one per line, and skips empty lines. With --ne, report also whether an
+element belongs to the Korvane family.
+
+Options:
+      --ne NAME         Report whether the element of this name belongs to the
+                        Korvane family; requires --generation
+      --generation CODE  Set the generation code of that element, decimal; an
+                        element with a code above 52099 is not Korvane
+      --json            Print one JSON object per name
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+JSON objects:
+  name, system_control  A board, and true or false
+  ne, generation, korvane  An element, its code, and true or false
+  The answer is null for a bad name.
+
+Exit status:
+  0  Every name is valid, for any answer.
+  1  A name is empty or contains a NUL, standard input cannot be read, or the
+     result could not be written.
+  2  The command line is wrong.
+
+Examples:
+  varnel board vcua mainboard
+      Check two boards.
+  varnel board --ne KVA-4210 --generation 50000
+      Check an element.
+  varnel board --json - < boards.txt
+      Check all boards in a file, one per line, for a program.
+)";
+
 // The library reads a name up to its first NUL.
 bool CheckName(const std::string& name) {
-  const char* error = name.empty() ? "is empty" : name.find('\0') != std::string::npos ? "holds a NUL" : nullptr;
+  const char* error = name.empty() ? "is empty" : name.find('\0') != std::string::npos ? "contains a NUL" : nullptr;
   if (error != nullptr) Complain(name, error);
   return error == nullptr;
 }
 
 class BoardCommand {
  public:
-  explicit BoardCommand(Command& command) {
-    command.add_option("NAME", m_names, "Board names; - reads them from standard input, one a line");
-    CLI::Option* element =
-        command.add_option("--ne", m_element, "Tell also whether the element of this name is of the Korvane family")
-            ->type_name("NAME");
-    CLI::Option* generation =
-        AddGenerationOption(command, m_generation, "Generation code of that element; above 52099 none is Korvane");
+  explicit BoardCommand(CLI::App& command) {
+    command.add_option("NAME", m_names);
+    CLI::Option* element = command.add_option("--ne", m_element);
+    CLI::Option* generation = AddGenerationOption(command, m_generation);
     element->needs(generation);
     generation->needs(element);
-    command.add_flag("--json", m_json, "Print one JSON object per name");
-    command.explanation = {{"", {{"", "Case does not count in names. Empty lines of standard input are passed over."}}},
-                           {"JSON objects",
-                            {{"of a board", "name, system_control"},
-                             {"of an element", "ne, generation, korvane"},
-                             {"", "The answers are true or false, and null for a bad name."}}}};
-    command.SetExitStatus("Every question is answered, whatever the answers are.",
-                          "A name is empty or holds a NUL, or standard input cannot be read");
-    command.examples.paragraphs = {
-        {"varnel board vcua mainboard", "Tell of two boards."},
-        {"varnel board --ne KVA-4210 --generation 50000", "Tell of an element."},
-        {"varnel board --json - < boards.txt", "Tell of all boards in a file, one a line, for a program."}};
+    command.add_flag("--json", m_json);
   }
 
   int Run() const {
@@ -79,7 +102,4 @@ class BoardCommand {
 
 }  // namespace
 
-std::function<int()> AddBoard(Command& command) {
-  const auto board = std::make_shared<BoardCommand>(command);
-  return [board] { return board->Run(); };
-}
+const Subcommand BOARD = {"board", HELP_TEXT, AddAs<BoardCommand>};

@@ -42,8 +42,8 @@ struct SourceOptions {
   const std::string& Name() const { return address.empty() ? file : address; }
 };
 
-/// Adds FILE, --connect, --follow and --timeout to a command. `timeoutHelp` tells what the time limit is for.
-void AddSourceOptions(CLI::App& command, SourceOptions& options, const std::string& timeoutHelp);
+/// Adds FILE, --connect, --follow and --timeout to a command.
+void AddSourceOptions(CLI::App& command, SourceOptions& options);
 
 /// What the time limit of a source is for. Connecting, with the look-up of the name, counts in both.
 enum class Limit {

@@ -1,51 +1,64 @@
-#include <publicdata.h>
-
-#include <cerrno>
-#include <cstring>
 #include <iostream>
 #include <memory>
-#include <new>
 #include <vector>
 
-#include "input_file.h"
+#include "arguments.h"
 #include "output.h"
+#include "package_file.h"
 #include "subcommands.h"
 
 namespace {
 
+constexpr char HELP_TEXT[] = R"(Report whether files are cold patches.
+
+Usage: varnel coldpatch [OPTION]... PATH...
+
+PATH is a script or package file, or - for standard input. A file is a cold
+patch if one of its lines contains [COLDPATCH] within its first 1023 bytes.
+
+Options:
+      --json            Print one JSON object per file
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+JSON objects:
+  path                  The file
+  cold_patch            True, false, or null for an unreadable file
+
+Exit status:
+  0  All files are cold patches.
+  1  A file is not a cold patch or is unreadable, or the result could not be
+     written.
+  2  The command line is wrong.
+
+Examples:
+  varnel coldpatch patch.txt update.pkg
+      Check two files.
+  varnel coldpatch - < patch.txt > /dev/null && echo yes
+      Use the result as a condition.
+)";
+
 class ColdPatchCommand {
  public:
-  explicit ColdPatchCommand(Command& command) {
-    command.add_option("PATH", m_paths, "Script and package files; - is standard input")->required();
-    command.add_flag("--json", m_json, "Print one JSON object per file");
-    command.explanation = {
-        {"", {{"", "A file is a cold patch when one of its lines holds [COLDPATCH]."}}},
-        {"JSON objects",
-         {{"", "Each holds path and cold_patch, which is true, false, or null for an unreadable file."}}}};
-    command.SetExitStatus("All files are cold patches.", "A file is none or is unreadable");
-    command.examples.paragraphs = {
-        {"varnel coldpatch patch.txt update.pkg", "Tell of two files."},
-        {"varnel coldpatch - < patch.txt > /dev/null && echo yes", "Use it as a condition."}};
+  explicit ColdPatchCommand(CLI::App& command) {
+    TakePaths(command.add_option("PATH", m_paths))->required();
+    command.add_flag("--json", m_json);
   }
 
   int Run() const {
     bool all = true;
     for (const std::string& path : m_paths)
-      all = Check(InputFile(path)) && all;
+      all = Check(path) && all;
     return all ? EXIT_DONE : EXIT_BAD;
   }
 
  private:
-  bool Check(const InputFile& input) const {
-    std::string error = input.Error();
-    bool coldPatch = false;
-    try {
-      coldPatch = error.empty() && VARNEL_COMMON::isColdPatch(input.Path());
-    } catch (const std::bad_alloc&) {
-      error = std::strerror(ENOMEM);  // one file that is too large does not keep the others from being checked
-    }
-    const bool readable = error.empty();
-    if (!readable) Complain(input.Name(), error);
+  bool Check(const std::string& path) const {
+    InputFile input(path);
+    FileScanner scanner(input);
+    const bool coldPatch = HasColdPatchMarker(scanner);
+    const bool readable = input.Error().empty();
+    if (!readable) Complain(input.Name(), input.Error());
     if (m_json) {
       PrintJson({{"path", input.Name()}, {"cold_patch", readable ? Json(coldPatch) : Json(nullptr)}});
     } else if (readable) {
@@ -60,7 +73,4 @@ class ColdPatchCommand {
 
 }  // namespace
 
-std::function<int()> AddColdPatch(Command& command) {
-  const auto coldPatch = std::make_shared<ColdPatchCommand>(command);
-  return [coldPatch] { return coldPatch->Run(); };
-}
+const Subcommand COLDPATCH = {"coldpatch", HELP_TEXT, AddAs<ColdPatchCommand>};

@@ -1,24 +1,121 @@
 #include "command_line.h"
 
-#include <algorithm>
+#include <spdlog/sinks/base_sink.h>
+#include <spdlog/spdlog.h>
 
-#include "library_log.h"
+#include <algorithm>
+#include <iostream>
+#include <memory>
+#include <mutex>
+
 #include "output.h"
 
 namespace {
 
-constexpr Subcommand SUBCOMMANDS[] = {
-    {"package", "Check NE software files and list the entries of their package descriptions", AddPackage},
-    {"head", "Show both heads of an NE software file, field by field", AddHead},
-    {"make-package", "Write an NE software file with valid heads", AddMakePackage},
-    {"coldpatch", "Tell whether files are cold patches", AddColdPatch},
-    {"report", "Follow the progress and the end of a package load or script run in the reports of an element",
-     AddReport},
-    {"tl1", "Cut a stream of bytes into TL1 messages and show their parts", AddTl1},
-    {"slot", "Show a slot in every form it is written in", AddSlot},
-    {"board", "Tell whether boards are system-control boards, and whether an element is of the Korvane family",
-     AddBoard},
+constexpr char HELP_TEXT[] = R"(Print the help of a subcommand.
+
+Usage: varnel help [OPTION]... [SUBCOMMAND]
+
+Without SUBCOMMAND, print the help of varnel. The result is the same as that of
+varnel SUBCOMMAND --help.
+
+Options:
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+Exit status:
+  0  The help is printed.
+  1  The result could not be written.
+  2  The command line is wrong.
+
+Examples:
+  varnel help tl1
+      Print the help of varnel tl1.
+)";
+
+class HelpCommand {
+ public:
+  explicit HelpCommand(CLI::App& command) : m_top(*command.get_parent()) { command.add_option("SUBCOMMAND", m_name); }
+
+  int Run() const {
+    const auto named = m_top.get_subcommands([this](const CLI::App* app) { return app->get_name() == m_name; });
+    if (named.empty() && !m_name.empty()) throw CLI::ValidationError("unknown subcommand", m_name);
+    const CLI::App& command = named.empty() ? m_top : *named.front();
+    // Not command.help(), which is that of the subcommand on the command line.
+    std::cout << command.get_formatter()->make_help(&command, "", CLI::AppFormatMode::Normal);
+    return EXIT_DONE;
+  }
+
+ private:
+  const CLI::App& m_top;
+  std::string m_name;
 };
+
+const Subcommand HELP = {"help", HELP_TEXT, AddAs<HelpCommand>};
+
+const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD, &MAKE_PACKAGE, &COLDPATCH, &REPORT,
+                                         &TL1,     &SLOT, &BOARD,        &HELP};
+
+constexpr char HELP_BEFORE_SUBCOMMANDS[] = R"(Tools for NE software packages and reports.
+
+Usage: varnel [OPTION]... SUBCOMMAND ...
+
+Results go to standard output, diagnostics to standard error. Control characters
+in names and texts are shown as \xNN. On a terminal the result is coloured,
+unless the environment variable NO_COLOR is set and not empty or TERM is dumb.
+
+If an operand of a subcommand starts with -, write -- before it.
+
+Options:
+  -h, --help            Print this help and exit
+  -V, --version         Print the version and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+Subcommands:
+)";
+
+constexpr char HELP_AFTER_SUBCOMMANDS[] = R"(
+Run varnel help SUBCOMMAND for its options, with examples.
+
+Exit status:
+  0  Done.
+  1  Something examined is bad, unreadable, refused or incomplete, or the result
+     could not be written.
+  2  The command line is wrong.
+)";
+
+// "  tl1             Cut a stream of bytes ..." for each of them.
+std::string SubcommandRows() {
+  std::string rows;
+  for (const Subcommand* subcommand : SUBCOMMANDS) {
+    const std::string help = subcommand->help;
+    rows += "  " + Padded(subcommand->name, 14) + help.substr(0, help.find(".\n")) + '\n';
+  }
+  return rows;
+}
+
+void SetHelp(CLI::App& command, const std::string& text) {
+  command.set_help_flag("-h,--help");
+  command.formatter_fn([text](const CLI::App*, const std::string&, CLI::AppFormatMode) { return text; });
+}
+
+class StandardErrorSink : public spdlog::sinks::base_sink<std::mutex> {
+  void sink_it_(const spdlog::details::log_msg& line) override {
+    std::cout.flush();
+    std::cerr << "varnel: library " << (line.level == spdlog::level::err ? "error" : "warning") << ": "
+              << Escaped({line.payload.data(), line.payload.size()}) << " [" << line.source.filename << ' '
+              << line.source.funcname << "]\n";
+  }
+  void flush_() override { std::cerr.flush(); }
+};
+
+// Takes over the log lines of the library, which nobody sees unless they are asked for: the command reports in its own
+// words what is wrong.
+void RouteLibraryLog(bool visible) {
+  const auto logger = std::make_shared<spdlog::logger>("transcommon_log");
+  if (visible) logger->sinks().push_back(std::make_shared<StandardErrorSink>());
+  spdlog::register_logger(logger);
+}
 
 // A byte that no argument can hold. At either end of an argument it keeps CLI11 from taking that for an option, or
 // "[a,b]" for a list of two words.
@@ -35,7 +132,7 @@ std::string WithoutShield(std::string argument) {
   return argument;
 }
 
-// Says in plain words what CLI11 says of an option that has too many values or none.
+// Describes an option with too many values or none in plain words.
 std::string Mismatch(const std::string& message) {
   const std::string option = message.substr(0, message.find(": "));
   if (message.find(" missing") != std::string::npos) return option + ": its value is missing";
@@ -46,28 +143,22 @@ std::string Mismatch(const std::string& message) {
 
 }  // namespace
 
-CommandLine::CommandLine() : m_top("Tools for NE software packages and reports", "varnel") {
-  m_top.set_version_flag("--version", "varnel " VARNEL_VERSION, "Print the version and exit");
-  m_top.add_flag("-v,--verbose", m_verbose, "Show the library's log lines, and what tl1 skips, on standard error");
+CommandLine::CommandLine() : m_top("", "varnel") {
+  SetHelp(m_top, HELP_BEFORE_SUBCOMMANDS + SubcommandRows() + HELP_AFTER_SUBCOMMANDS);
+  m_top.set_version_flag("-V,--version", "varnel " VARNEL_VERSION);
+  m_top.add_flag("-v,--verbose", m_verbose);
   m_top.require_subcommand(0, 1);
   m_top.failure_message([this](const CLI::App*, const CLI::Error& error) {
-    return "varnel: " + Escaped(Message(error)) + '\n' + Named().FullName() + " --help tells the usage.\n";
+    return "varnel: " + Escaped(Message(error)) + "\nTry \"" + NamedCommand() + " --help\".\n";
   });
-  m_top.explanation = {
-      {"",
-       {{"", "varnel SUBCOMMAND --help explains a subcommand, with examples."},
-        {"",
-         "Results go to standard output, diagnostics to standard error. Control characters in names and texts are "
-         "shown as \\xNN. On a terminal the result is coloured, unless the environment variable NO_COLOR is set."},
-        {"", "Where an argument of a subcommand begins with -, put -- in front of it."}}}};
-  m_top.SetExitStatus("Done.", "Something examined is bad or unreadable");
-  for (const Subcommand& subcommand : SUBCOMMANDS)
-    AddSubcommand(subcommand);
+  for (const Subcommand* subcommand : SUBCOMMANDS)
+    AddSubcommand(*subcommand);
 }
 
 void CommandLine::AddSubcommand(const Subcommand& subcommand) {
-  const auto command = std::make_shared<Command>(subcommand.purpose, subcommand.name);
-  m_top.add_subcommand(command);
+  CLI::App* const command = m_top.add_subcommand(subcommand.name);
+  SetHelp(*command, subcommand.help);
+  command->fallthrough();
   const auto run = subcommand.add(*command);
   for (CLI::Option* option : command->get_options()) {
     if (option->get_expected_max() > 0) option->transform(WithoutShield);
@@ -94,7 +185,7 @@ bool CommandLine::TakesValue(const std::string& argument) const {
   return false;
 }
 
-// The last one first, as CLI11 wants them. It knows "--" only in front of the first of several texts.
+// The last one first, as CLI11 wants them. It knows "--" only before the first of several texts.
 std::vector<std::string> CommandLine::ToArguments(int argc, char** argv) const {
   std::vector<std::string> arguments;
   bool afterMark = false;
@@ -110,9 +201,10 @@ std::vector<std::string> CommandLine::ToArguments(int argc, char** argv) const {
   return arguments;
 }
 
-const Command& CommandLine::Named() const {
+// "varnel tl1", or "varnel" if no subcommand is named.
+std::string CommandLine::NamedCommand() const {
   const std::vector<CLI::App*> named = m_top.get_subcommands();
-  return named.empty() ? m_top : AsCommand(*named.front());
+  return named.empty() ? m_top.get_name() : m_top.get_name() + ' ' + named.front()->get_name();
 }
 
 // CLI11 looks for what is missing first, though an argument that it does not know is often the reason.
@@ -121,5 +213,5 @@ std::string CommandLine::Message(const CLI::Error& error) const {
   if (unknown.empty()) return error.get_name() == "ArgumentMismatch" ? Mismatch(error.what()) : error.what();
   const std::string& first = unknown.front();
   if (first.compare(0, 1, "-") == 0) return "unknown option: " + WithoutShield(first);
-  return (&Named() == &m_top ? "unknown subcommand: " : "unexpected argument: ") + WithoutShield(first);
+  return (m_top.get_subcommands().empty() ? "unknown subcommand: " : "unexpected argument: ") + WithoutShield(first);
 }

@@ -1,11 +1,11 @@
 #ifndef VARNEL_TOOLS_COMMAND_LINE_H
 #define VARNEL_TOOLS_COMMAND_LINE_H
 
+#include <CLI/CLI.hpp>
 #include <functional>
 #include <string>
 #include <vector>
 
-#include "command.h"
 #include "subcommands.h"
 
 /// The command `varnel` with all its subcommands.
@@ -13,19 +13,19 @@ class CommandLine {
  public:
   CommandLine();
 
-  /// Reads the arguments and runs the subcommand that they name; gives the exit status.
+  /// Reads the arguments, runs the subcommand that they name and returns the exit status.
   int Run(int argc, char** argv);
 
-  const Command& Top() const { return m_top; }
+  const CLI::App& Top() const { return m_top; }
 
  private:
   void AddSubcommand(const Subcommand& subcommand);
   bool TakesValue(const std::string& argument) const;
   std::vector<std::string> ToArguments(int argc, char** argv) const;
-  const Command& Named() const;
+  std::string NamedCommand() const;
   std::string Message(const CLI::Error& error) const;
 
-  Command m_top;
+  CLI::App m_top;
   bool m_verbose = false;
   std::function<int()> m_run;
 };

@@ -1,119 +1,95 @@
-#include "completion.h"
+// Prints the bash completion of the command, which the build calls once.
 
-#include "option_view.h"
+#include <iostream>
+
+#include "arguments.h"
+#include "command_line.h"
 
 namespace {
 
-// The parts of the script that are the same for every command. "values" holds what the word may be, "files" that it may
-// be a file, which is left to readline: it knows quotes and "~".
-constexpr char BEGIN[] = R"(# bash completion of NAME. Generated from its options; not to be edited.
+using Words = std::vector<std::string>;
 
-_NAME() {
-  local word='' before='' subcommand='' options='' values='' prefix='' files='' plain='' joined='' i
-  # bash cuts words at "=" and ":"; here they are put together again.
-  local -a words=()
-  for ((i = 0; i <= COMP_CWORD; i++)); do
-    if [[ $joined || ($i -gt 1 && ${COMP_WORDS[i]} =~ ^[=:]+$) ]]; then
-      words[-1]+=${COMP_WORDS[i]}
-      if [[ ${COMP_WORDS[i]} =~ ^[=:]+$ ]]; then joined=yes; else joined=''; fi
-    else
-      words+=("${COMP_WORDS[i]}")
-    fi
-  done
-  word=${words[-1]}
-  for ((i = 1; i < ${#words[@]} - 1; i++)); do
-    if [[ ${words[i]} == -- ]]; then
-      plain=yes
-    elif [[ ! $subcommand && ${words[i]} != -* ]]; then
-      subcommand=${words[i]}
-    fi
-  done
-  if [[ ! $plain ]]; then before=${words[-2]}; fi
-  if [[ ! $plain && $word == --*=* ]]; then
-    before=${word%%=*}
-    word=${word#*=}
-  fi
+// _init_completion and _filedir are those of the package bash-completion: they split words and complete file names.
+constexpr char BEGIN[] = R"(# bash completion of varnel. Generated from its options; do not edit.
 
+_varnel() {
+  local cur prev words cword split subcommand='' options='' values='' files='' prefix='' i
+  _init_completion -s -n : || return
+  for ((i = 1; i < cword; i++)); do
+    if [[ ${words[i]} != -* ]]; then subcommand=${words[i]}; break; fi
+  done
+  if [[ " ${words[*]:0:cword} " == *' -- '* ]]; then prev=--; fi
+  case "$subcommand $prev" in
 )";
 
-constexpr char END[] = R"(
-  COMPREPLY=()
-  if [[ ${words[-2]} =~ ^[0-9]*[\<\>]+$ ]]; then values='' files=yes; fi
-  if [[ $word == *,* && $values == *,* ]]; then prefix=${word%,*},; fi
-  values=${values//,/ }
-  if [[ $values ]]; then
-    mapfile -t COMPREPLY < <(compgen -P "$prefix" -W "$values" -- "${word#"$prefix"}")
+constexpr char END[] = R"(  esac
+  if [[ $prev != -- && $cur == -* ]]; then values=$options files=''; fi
+  if [[ $cur == *,* ]]; then prefix=${cur%,*},; fi
+  if [[ $files ]]; then
+    _filedir
+  elif [[ $values ]]; then
+    mapfile -t COMPREPLY < <(compgen -P "$prefix" -W "$values" -- "${cur#"$prefix"}")
   fi
-  [[ $files ]] || compopt +o default +o bashdefault 2> /dev/null || true
+} && complete -F _varnel varnel
+)";
+
+Words Names(const CLI::Option& option) {
+  Words names;
+  for (const std::string& name : option.get_snames())
+    names.push_back('-' + name);
+  for (const std::string& name : option.get_lnames())
+    names.push_back("--" + name);
+  return names;
 }
 
-complete -o default -o bashdefault -F _NAME NAME
-)";
-
-std::string Joined(const std::vector<std::string>& words, const char* separator) {
+std::string Joined(const Words& words, const std::string& separator = " ") {
   return CLI::detail::join(words, separator);
 }
 
-// A row of a "case": for `pattern`, what a value or an argument may be.
-std::string Row(const std::string& pattern, const std::string& actions) {
-  return "    " + pattern + ") " + actions + " ;;\n";
+// A validator of OneOf() shows as "{a,b}".
+std::string Choices(const CLI::Option& option) {
+  const std::string type = option.get_type_name();
+  const size_t begin = type.find('{');
+  return begin == std::string::npos
+             ? ""
+             : Joined(CLI::detail::split(type.substr(begin + 1, type.find('}') - begin - 1), ','));
 }
 
-std::string Expected(const OptionView& view) {
-  if (!view.choices.empty()) return "values='" + Joined(view.choices, view.delimiter == '\0' ? " " : ",") + "'";
-  return view.TakesPath() ? "files=yes" : ":";
+// What the word may be that is the value of an option.
+std::string ValueRow(const std::string& subcommand, const CLI::Option& option) {
+  Words patterns;
+  for (const std::string& name : Names(option))
+    patterns.push_back("'" + subcommand + ' ' + name + "'");
+  const std::string action = TakesPaths(option) ? "files=yes" : "values='" + Choices(option) + "'";
+  return "    " + Joined(patterns, " | ") + ") " + action + " ;;\n";
 }
 
-std::string Patterns(const Command& command, const OptionView& view) {
-  std::vector<std::string> patterns;
-  for (const std::string& name : view.names)
-    patterns.push_back("'" + command.get_name() + ' ' + name + "'");
-  return Joined(patterns, " | ");
-}
-
-std::string ValueRows(const Command& command) {
+// The rows of a "case" for the values of options, and for all other words of the subcommand.
+std::string Rows(const CLI::App& command, const std::string& name, const Words& above, const Words& operands) {
   std::string rows;
-  for (const OptionView& view : Options(command)) {
-    if (!view.argument.empty()) rows += Row(Patterns(command, view), Expected(view));
+  Words options = above;
+  bool files = false;
+  for (const CLI::Option* option : command.get_options()) {
+    const Words names = Names(*option);
+    options.insert(options.end(), names.begin(), names.end());
+    if (option->get_positional()) files = TakesPaths(*option);
+    if (!names.empty() && option->get_items_expected_max() > 0) rows += ValueRow(name, *option);
   }
-  return rows;
-}
-
-std::string OptionNames(const Command& command) {
-  std::vector<std::string> names;
-  for (const OptionView& view : Options(command))
-    names.insert(names.end(), view.names.begin(), view.names.end());
-  return Joined(names, " ");
-}
-
-std::string ArgumentRow(const Command& command) {
-  std::string actions = "options='" + OptionNames(command) + "'";
-  for (const OptionView& view : Arguments(command)) {
-    if (view.TakesPath()) actions += " files=yes";
-  }
-  return Row(command.get_name(), actions);
-}
-
-std::string TopRow(const Command& top) {
-  std::vector<std::string> names;
-  for (const Command* subcommand : Subcommands(top))
-    names.push_back(subcommand->get_name());
-  return Row("''", "options='" + OptionNames(top) + "' values='" + Joined(names, " ") + "'");
+  return rows + "    '" + name + " '*) options='" + Joined(options) + "' values='" + Joined(operands) +
+         (files ? "' files=yes" : "'") + " ;;\n";
 }
 
 }  // namespace
 
-std::string BashCompletion(const Command& top) {
-  std::string script = BEGIN;
-  std::string arguments = TopRow(top);
-  script += "  case \"$subcommand $before\" in\n";
-  for (const Command* subcommand : Subcommands(top)) {
-    script += ValueRows(*subcommand);
-    arguments += ArgumentRow(*subcommand);
-  }
-  script += "    *) before='' ;;\n  esac\n";
-  script += "  if [[ ! $before ]]; then\n    case $subcommand in\n" + arguments + "    esac\n";
-  script += "    if [[ ! $plain && $word == -* ]]; then values=$options files=''; fi\n  fi\n";
-  script += END;
-  return CLI::detail::find_and_replace(script, "NAME", top.get_name());
+int main() {
+  const CommandLine commandLine;
+  Words names;
+  std::cout << BEGIN;
+  for (const CLI::App* command : commandLine.Top().get_subcommands({}))
+    names.push_back(command->get_name());
+  for (const CLI::App* command : commandLine.Top().get_subcommands({}))
+    std::cout << Rows(*command, command->get_name(), {"-v", "--verbose"},
+                      command->get_name() == "help" ? names : Words());
+  std::cout << Rows(commandLine.Top(), "", {}, names) << END;
+  return std::cout.flush() ? EXIT_DONE : EXIT_BAD;
 }

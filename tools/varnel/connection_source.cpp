@@ -1,5 +1,3 @@
-#include "connection_source.h"
-
 #include <ace/INET_Addr.h>
 #include <ace/SOCK_Connector.h>
 #include <ace/SOCK_Stream.h>
@@ -13,6 +11,8 @@
 #include <thread>
 #include <utility>
 #include <vector>
+
+#include "timed_source.h"
 
 namespace {
 

@@ -1,5 +1,3 @@
-#include "file_source.h"
-
 #include <fcntl.h>
 #include <sys/inotify.h>
 #include <sys/stat.h>
@@ -8,27 +6,12 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "files.h"
+#include "timed_source.h"
+
 namespace {
 
 constexpr auto RECHECK_INTERVAL = Milliseconds(1000);
-
-// A descriptor that is closed with its owner.
-class Descriptor {
- public:
-  explicit Descriptor(int number = -1) : m_number(number) {}
-  ~Descriptor() { Reset(-1); }
-  Descriptor(const Descriptor&) = delete;
-  Descriptor& operator=(const Descriptor&) = delete;
-
-  void Reset(int number) {
-    if (m_number >= 0) close(m_number);
-    m_number = number;
-  }
-  int Get() const { return m_number; }
-
- private:
-  int m_number;
-};
 
 class FileSource : public TimedSource {
  public:

@@ -3,9 +3,9 @@
 #include <iostream>
 #include <memory>
 
-#include "input_file.h"
+#include "arguments.h"
 #include "output.h"
-#include "software_file.h"
+#include "package_file.h"
 #include "subcommands.h"
 
 using VARNEL_COMMON::ZEP_DIR_HEAD;
@@ -13,7 +13,38 @@ using VARNEL_COMMON::ZEP_FILE_HEAD;
 
 namespace {
 
-// A field of a head: where it stands, how wide it is and how it is called.
+constexpr char HELP_TEXT[] = R"(Show both heads of an NE software file, field by field.
+
+Usage: varnel head [OPTION]... PATH
+
+PATH is a software file, or - for standard input. Each line shows a field: its
+offset in the head, its name, and its value in hexadecimal and decimal. The
+stored checksums are compared with computed ones. The last line reports the
+first fault. A head that is missing is left out.
+
+Options:
+      --json            Print one JSON object
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+JSON object:
+  path, ok, error       The file, whether its heads are valid, and the first
+                        fault or null
+  directory, file       The fields of each head by name, or null
+  stored, computed      Objects with the checksums of both heads, directory and
+                        file; null for a head that is missing
+
+Exit status:
+  0  Both heads and the texts are valid.
+  1  The file is bad or unreadable, or the result could not be written.
+  2  The command line is wrong.
+
+Examples:
+  varnel head mainboard.pkg
+      Show the heads of a file.
+)";
+
+// A field of a head.
 struct Field {
   const char* name;
   size_t offset;
@@ -107,52 +138,40 @@ void PrintHead(const char* title, const std::optional<FoundHead<Head>>& head, co
 
 class HeadCommand {
  public:
-  explicit HeadCommand(Command& command) {
-    command.add_option("PATH", m_path, "A software file; - is standard input")->required();
-    command.add_flag("--json", m_json, "Print one JSON object");
-    command.explanation = {
-        {"",
-         {{"",
-           "Each line shows a field: its offset in the head, its name, and its value in hexadecimal and decimal. "
-           "The checksums that are stored are compared with computed ones, and the first fault is told. A head "
-           "that cannot be found is left out."}}},
-        {"JSON object",
-         {{"path, ok, error", "The file, whether its heads are valid, and the first fault or null."},
-          {"directory, file", "The fields of each head by their names, or null."},
-          {"stored, computed",
-           "Objects with the checksums of the heads, directory and file; null for one that is absent."}}}};
-    command.SetExitStatus("Both heads are valid.", "The file is bad or unreadable");
-    command.examples.paragraphs = {{"varnel head mainboard.pkg", "Show the heads of a file."}};
+  explicit HeadCommand(CLI::App& command) {
+    TakePaths(command.add_option("PATH", m_path))->required();
+    command.add_flag("--json", m_json);
   }
 
   int Run() const {
-    const InputFile input(m_path);
-    const SoftwareFile file = InspectSoftwareFile(input);
+    InputFile input(m_path);
+    FileScanner scanner(input);
+    const FileStart start = ReadFileStart(scanner);
     if (m_json) {
-      PrintAsJson(input, file);
+      PrintAsJson(start);
     } else {
-      PrintAsTables(input, file);
+      PrintAsTables(start);
     }
-    return file.error.empty() ? EXIT_DONE : EXIT_BAD;
+    return start.error.empty() ? EXIT_DONE : EXIT_BAD;
   }
 
  private:
-  static void PrintAsJson(const InputFile& input, const SoftwareFile& file) {
-    PrintJson({{"path", input.Name()},
-               {"ok", file.error.empty()},
-               {"error", file.error.empty() ? Json(nullptr) : Json(file.error)},
-               {"directory", FieldsToJson(file.directory, DIR_FIELDS)},
-               {"file", FieldsToJson(file.file, FILE_FIELDS)},
-               {"stored", {{"directory", StoredSum(file.directory)}, {"file", StoredSum(file.file)}}},
-               {"computed", {{"directory", ComputedSum(file.directory)}, {"file", ComputedSum(file.file)}}}});
+  void PrintAsJson(const FileStart& start) const {
+    PrintJson({{"path", m_path},
+               {"ok", start.error.empty()},
+               {"error", start.error.empty() ? Json(nullptr) : Json(start.error)},
+               {"directory", FieldsToJson(start.directoryHead, DIR_FIELDS)},
+               {"file", FieldsToJson(start.fileHead, FILE_FIELDS)},
+               {"stored", {{"directory", StoredSum(start.directoryHead)}, {"file", StoredSum(start.fileHead)}}},
+               {"computed", {{"directory", ComputedSum(start.directoryHead)}, {"file", ComputedSum(start.fileHead)}}}});
   }
 
-  static void PrintAsTables(const InputFile& input, const SoftwareFile& file) {
-    PrintHead("directory head", file.directory, DIR_FIELDS);
-    PrintHead("file head", file.file, FILE_FIELDS);
-    const bool good = file.error.empty();
-    std::cout << Escaped(input.Name()) << ": "
-              << (good ? Coloured(Colour::Good, "good") : Coloured(Colour::Bad, "bad") + ": " + file.error) << '\n';
+  void PrintAsTables(const FileStart& start) const {
+    PrintHead("directory head", start.directoryHead, DIR_FIELDS);
+    PrintHead("file head", start.fileHead, FILE_FIELDS);
+    const bool good = start.error.empty();
+    std::cout << Escaped(m_path) << ": "
+              << (good ? Coloured(Colour::Good, "good") : Coloured(Colour::Bad, "bad") + ": " + start.error) << '\n';
   }
 
   std::string m_path;
@@ -161,7 +180,4 @@ class HeadCommand {
 
 }  // namespace
 
-std::function<int()> AddHead(Command& command) {
-  const auto head = std::make_shared<HeadCommand>(command);
-  return [head] { return head->Run(); };
-}
+const Subcommand HEAD = {"head", HELP_TEXT, AddAs<HeadCommand>};

@@ -1,28 +1,71 @@
-#include <cerrno>
-#include <cstring>
 #include <memory>
 #include <stdexcept>
 #include <vector>
 
 #include "arguments.h"
-#include "input_file.h"
 #include "output.h"
-#include "output_file.h"
-#include "software_file.h"
+#include "package_file.h"
 #include "subcommands.h"
 
-using VARNEL_COMMON::ZEP_DIR_HEAD;
-using VARNEL_COMMON::ZEP_FILE_HEAD;
+using namespace VARNEL_COMMON;
 
 namespace {
 
-constexpr size_t MAX_VERSION_LENGTH = 65534;
+constexpr size_t MAX_VERSION_LENGTH = ZEP_NO_VERSION_LENGTH - 1;
 
-[[noreturn]] void FailToRead(const std::string& name) {
-  throw std::runtime_error("cannot read " + Escaped(name) + ": " + std::strerror(errno));
+constexpr char HELP_TEXT[] = R"(Write an NE software file with valid heads.
+
+Usage: varnel make-package [OPTION]... OUTPUT
+
+OUTPUT is the file to write, or - for standard output, which must not be a
+terminal. The file consists of heads with valid checksums, the link and version
+texts, the description and the payload. It appears under its name only when it
+is complete, and replaces a file of that name.
+
+NUMBER is 0 to 65535, decimal, or hexadecimal after 0x.
+
+Options:
+  -d, --description FILE  Take the package description from FILE; - is standard
+                        input
+  -p, --payload FILE    Append FILE after the description; - is standard input
+      --version-text TEXT  Set the version text, up to 65534 bytes; empty for no
+                        version text (default: 1.0)
+      --link TEXT       Set the link text "NAME -> TARGET", up to 1023 bytes
+                        (default: package -> package)
+  -t, --type NUMBER     Set the file type (default: 1)
+      --extension NUMBER  Set the extension word; requires --type 2
+      --gap N,N,N,N     Set up to four lengths that make up the gap between the
+                        heads
+      --skip-length NUMBER  Set the length of the area after the heads
+                        (default: 0)
+      --tail-length NUMBER  Set the length of the area after the texts
+                        (default: 0)
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+Description file:
+  The line [File Description], then one line per entry with eight columns
+  separated by colons: the first is the name, the second the kind, the fifth the
+  size. The line [END] ends the list.
+
+Exit status:
+  0  The file is written.
+  1  A file cannot be read, or the result could not be written.
+  2  The command line is wrong.
+
+Examples:
+  varnel make-package -d description.txt --version-text 2.10 mainboard.pkg
+      Write a package that lists files.
+  varnel make-package --link 'board -> mainboard' -t 1 - | varnel head -
+      Look at heads without a file.
+)";
+
+void RefuseUnreadable(const InputFile& input) {
+  if (input.Error().empty()) return;
+  throw std::runtime_error("cannot read " + Escaped(input.Name()) + ": " + input.Error());
 }
 
-// The head as it stands in the file. Summing first is right: a sum of bytes does not depend on their order.
+// The head as the file has it. The sum of its bytes does not depend on their order.
 template <typename Head>
 std::string Stored(Head head) {
   head.ulCheckSum = HeadSum(head);
@@ -32,43 +75,23 @@ std::string Stored(Head head) {
 
 class MakePackageCommand {
  public:
-  explicit MakePackageCommand(Command& command) {
-    command.add_option("OUTPUT", m_output, "File to write; - is standard output")->required();
-    command.add_option("-d,--description", m_description, "File with the package description; - is standard input")
-        ->type_name("FILE");
-    command.add_option("-p,--payload", m_payload, "File with what follows the description; - is standard input")
-        ->type_name("FILE");
-    command
-        .add_option("--version-text", m_version,
-                    "Version text, up to " + std::to_string(MAX_VERSION_LENGTH) + " bytes; empty for none")
-        ->type_name("TEXT")
-        ->capture_default_str()
-        ->check(LengthUpTo(MAX_VERSION_LENGTH));
-    command
-        .add_option("--link", m_link,
-                    "Link text, \"NAME -> TARGET\", up to " + std::to_string(MAX_LINK_LENGTH) + " bytes")
-        ->type_name("TEXT")
-        ->capture_default_str()
-        ->check(LengthUpTo(MAX_LINK_LENGTH))
-        ->check([](const std::string& text) { return text.find("-> ") == text.npos ? "holds no \"-> \"" : ""; });
-    TakeWord(command.add_option("-t,--type", m_type, "File type")->capture_default_str());
-    TakeWord(command.add_option("--extension", m_extension, "Extension word, for file type 2 only"));
-    TakeWord(command.add_option("--gap", m_gaps, "Lengths of up to four parts of the gap between the heads"))
-        ->delimiter(',')
-        ->expected(1, 4)
-        ->allow_extra_args(false)
-        ->type_name("N,N,N,N");
-    TakeWord(command.add_option("--skip-length", m_skipLength, "Length of the area behind the heads")
-                 ->capture_default_str());
-    TakeWord(command.add_option("--tail-length", m_tailLength, "Length of the area behind the texts")
-                 ->capture_default_str());
-    Explain(command);
+  explicit MakePackageCommand(CLI::App& command) {
+    TakePaths(command.add_option("OUTPUT", m_output))->required();
+    TakePaths(command.add_option("-d,--description", m_description));
+    TakePaths(command.add_option("-p,--payload", m_payload));
+    command.add_option("--version-text", m_version)->check(LengthUpTo(MAX_VERSION_LENGTH));
+    command.add_option("--link", m_link)->check(LengthUpTo(ZEP_MAX_LINK_LENGTH))->check(HasLinkMarker);
+    TakeWord(command.add_option("-t,--type", m_type));
+    TakeWord(command.add_option("--extension", m_extension));
+    TakeWord(command.add_option("--gap", m_gaps))->delimiter(',')->expected(1, 4)->allow_extra_args(false);
+    TakeWord(command.add_option("--skip-length", m_skipLength));
+    TakeWord(command.add_option("--tail-length", m_tailLength));
   }
 
   int Run() const {
-    if (m_extension && m_type != EXTENDED_TYPE) throw CLI::ValidationError("--extension", "goes with --type 2 only");
+    if (m_extension && m_type != ZEP_EXTENDED_TYPE) throw CLI::ValidationError("--extension", "requires --type 2");
     if (m_description == "-" && m_payload == "-") {
-      throw CLI::ValidationError("--payload", "standard input is taken by --description");
+      throw CLI::ValidationError("--payload", "standard input is already read by --description");
     }
     try {
       WritePackage();
@@ -80,24 +103,10 @@ class MakePackageCommand {
   }
 
  private:
-  static CLI::Option* TakeWord(CLI::Option* option) { return TakeNumbers(option, 0, UINT16_MAX)->type_name("NUMBER"); }
+  static CLI::Option* TakeWord(CLI::Option* option) { return TakeNumbers(option, 0, UINT16_MAX); }
 
-  static void Explain(Command& command) {
-    command.explanation = {
-        {"",
-         {{"",
-           "Writes heads with right checksums, then the link and version texts, then the description and the "
-           "payload. Numbers are decimal, or hexadecimal behind 0x. OUTPUT appears only once it is complete, "
-           "and replaces a file of that name."}}},
-        {"Description file",
-         {{"",
-           "A line [File Description], then a line for each entry, of eight columns that are separated by colons: "
-           "the first is its name, the second its kind, the fifth its size. A line [END] ends it."}}}};
-    command.SetExitStatus("The file is written.", "A file cannot be read");
-    command.examples.paragraphs = {
-        {"varnel make-package -d description.txt --version-text 2.10 mainboard.pkg",
-         "Write a package that lists files."},
-        {"varnel make-package --link 'board -> mainboard' -t 1 - | varnel head -", "Look at heads without a file."}};
+  static std::string HasLinkMarker(const std::string& text) {
+    return text.find(ZEP_LINK_MARKER) == std::string::npos ? "has no \"-> \" (expected NAME -> TARGET)" : "";
   }
 
   static CLI::Validator LengthUpTo(size_t length) {
@@ -108,31 +117,31 @@ class MakePackageCommand {
         "");
   }
 
-  // What cannot be read is to be known before standard output gets the first byte.
+  // Inputs are opened first, so that standard output gets nothing if one cannot be read.
   void WritePackage() const {
     OutputFile output(m_output);
-    const File description = OpenIfNamed(m_description);
-    const File payload = OpenIfNamed(m_payload);
+    const auto description = OpenIfNamed(m_description);
+    const auto payload = OpenIfNamed(m_payload);
     output.Write(Heads());
     output.Write(std::string(m_skipLength, '\0') + m_link + m_version + std::string(m_tailLength, '\0'));
     if (description != nullptr) {
-      output.Write("\n");  // the first line of the description is not to hide behind the bytes in front of it
-      Append(description.get(), m_description, output);
+      output.Write("\n");  // so that the first line of the description is a line of its own
+      Append(*description, output);
     }
-    if (payload != nullptr) Append(payload.get(), m_payload, output);
+    if (payload != nullptr) Append(*payload, output);
     output.Finish();
   }
 
   std::string Heads() const {
     ZEP_DIR_HEAD directory = {};
-    directory.ulMagic = DIR_MAGIC;
+    directory.ulMagic = ZEP_DIR_MAGIC;
     uint16_t* const gaps[] = {&directory.usGapLen26, &directory.usGapLen32, &directory.usGapLen34,
                               &directory.usGapLen36};
     for (size_t i = 0; i < m_gaps.size(); ++i)
       *gaps[i] = m_gaps[i];
 
     ZEP_FILE_HEAD file = {};
-    file.ulMagic = FILE_MAGIC;
+    file.ulMagic = ZEP_FILE_MAGIC;
     file.usFileType = m_type;
     file.usSkipLen = m_skipLength;
     file.usLinkLen = static_cast<uint16_t>(m_link.size());
@@ -140,7 +149,7 @@ class MakePackageCommand {
     file.usTailLen = m_tailLength;
 
     std::string heads = Stored(directory) + std::string(GapLength(directory), '\0') + Stored(file);
-    if (m_type == EXTENDED_TYPE) {
+    if (m_type == ZEP_EXTENDED_TYPE) {
       const uint16_t word = m_extension.value_or(0);
       heads.push_back(static_cast<char>(word >> 8));
       heads.push_back(static_cast<char>(word & 0xFF));
@@ -148,21 +157,20 @@ class MakePackageCommand {
     return heads;
   }
 
-  // Null without a name.
-  static File OpenIfNamed(const std::string& name) {
+  // Null without a name. Of a pipe everything is read here.
+  static std::unique_ptr<InputFile> OpenIfNamed(const std::string& name) {
     if (name.empty()) return nullptr;
-    const InputFile input(name);
-    if (!input.Error().empty()) throw std::runtime_error("cannot read " + Escaped(name) + ": " + input.Error());
-    File file = input.Open();
-    if (file == nullptr) FailToRead(name);
-    return file;
+    auto input = std::make_unique<InputFile>(name);
+    input->StorePipe();
+    RefuseUnreadable(*input);
+    return input;
   }
 
-  static void Append(FILE* file, const std::string& name, OutputFile& output) {
+  static void Append(InputFile& input, OutputFile& output) {
     char buffer[65536];
-    for (size_t read; (read = std::fread(buffer, 1, sizeof buffer, file)) > 0;)
-      output.Write(buffer, read);
-    if (std::ferror(file) != 0) FailToRead(name);
+    for (size_t count; (count = input.Read(buffer, sizeof buffer)) > 0;)
+      output.Write(buffer, count);
+    RefuseUnreadable(input);
   }
 
   std::string m_output;
@@ -179,7 +187,4 @@ class MakePackageCommand {
 
 }  // namespace
 
-std::function<int()> AddMakePackage(Command& command) {
-  const auto makePackage = std::make_shared<MakePackageCommand>(command);
-  return [makePackage] { return makePackage->Run(); };
-}
+const Subcommand MAKE_PACKAGE = {"make-package", HELP_TEXT, AddAs<MakePackageCommand>};

@@ -13,7 +13,7 @@ bool IsContinuation(char c) {
   return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// Length of the UTF-8 character at the front of a text, 0 where there is none: a stray or missing continuation byte,
+// Length of the UTF-8 character at the start of a text, 0 if it is invalid: a stray or missing continuation byte,
 // an overlong form, a surrogate, or a number above U+10FFFF.
 size_t CharacterLength(std::string_view text) {
   const auto first = static_cast<unsigned char>(text[0]);
@@ -48,7 +48,7 @@ bool IsControl(char32_t point) {
   return point < 0x20 || (point >= 0x7F && point < 0xA0);
 }
 
-// What turns the direction of writing, and so can make a name look like another.
+// What changes the direction of writing, and so can make a name look like another.
 bool TurnsDirection(char32_t point) {
   return point == 0x61C || point == 0x200E || point == 0x200F || (point >= 0x202A && point <= 0x202E) ||
          (point >= 0x2066 && point <= 0x2069);
@@ -65,8 +65,13 @@ void AppendEscape(std::string& escaped, char c) {
   escaped.append("\\x").append(1, DIGITS[byte >> 4]).append(1, DIGITS[byte & 0xF]);
 }
 
+std::string_view Environment(const char* name) {
+  const char* const value = std::getenv(name);
+  return value == nullptr ? "" : value;
+}
+
 bool UseColour() {
-  static const bool use = OnTerminal() && std::getenv("NO_COLOR") == nullptr;
+  static const bool use = OnTerminal() && Environment("NO_COLOR").empty() && Environment("TERM") != "dumb";
   return use;
 }
 

@@ -7,10 +7,10 @@
 #include <string>
 #include <string_view>
 
-/// Keys stand in the order in which they were put in.
+/// Keys keep the order in which they were added.
 using Json = nlohmann::ordered_json;
 
-/// The value, or null where there is none.
+/// The value, or null.
 template <typename T>
 Json OrNull(const std::optional<T>& value) {
   return value ? Json(*value) : Json(nullptr);
@@ -19,7 +19,7 @@ Json OrNull(const std::optional<T>& value) {
 /// Prints one object on one line of standard output. Bytes that are not UTF-8 become U+FFFD.
 void PrintJson(const Json& object);
 
-/// Text that is safe on a terminal: control characters, those that turn the direction of writing, and bytes that are
+/// Text that is safe on a terminal: control characters, those that change the direction of writing, and bytes that are
 /// not UTF-8 become "\xNN".
 std::string Escaped(std::string_view text);
 
@@ -29,12 +29,12 @@ std::string Hex16(uint16_t number);
 /// "0x" and eight digits.
 std::string Hex32(uint32_t number);
 
-/// Says on standard error what is wrong with an input, "varnel: <subject>: <what>".
+/// Reports on standard error what is wrong with an input: "varnel: <subject>: <what>".
 void Complain(std::string_view subject, std::string_view what);
 
 enum class Colour { Good, Warning, Bad };
 
-/// Colours a word where standard output is a terminal and NO_COLOR is not set.
+/// Colours a word if standard output is a terminal, NO_COLOR is unset or empty and TERM is not "dumb".
 std::string Coloured(Colour colour, const std::string& word);
 
 /// Pads a text with blanks to a width, counted in characters.

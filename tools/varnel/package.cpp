@@ -1,39 +1,153 @@
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
 #include <iostream>
 #include <memory>
-#include <new>
 #include <utility>
 #include <vector>
 
-#include "input_file.h"
+#include "arguments.h"
 #include "output.h"
-#include "package_contents.h"
-#include "package_output.h"
-#include "progress_bar.h"
+#include "package_file.h"
+#include "progress.h"
 #include "subcommands.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-bool BeginsAsSoftwareFile(const InputFile& input) {
-  char magic[4] = {};
-  const File file = input.Open();
-  if (file == nullptr || std::fread(magic, 1, sizeof magic, file.get()) != sizeof magic) return false;
-  return std::memcmp(magic, "QXDD", sizeof magic) == 0;
+constexpr char HELP_TEXT[] = R"(Check NE software files and list the entries of packages.
+
+Usage: varnel package [OPTION]... PATH...
+
+PATH is a file, a folder to search, or - for standard input. A file is good if
+its heads and texts are valid and its file type is accepted: 0 to 13, 15 or 513.
+A file without a section [File Description] has no entries. The payload is not
+checked. Faults of the description are reported on standard error and do not
+make the file bad.
+
+In a folder, files without the software-file magic are skipped and counted.
+Symbolic links are not followed. Pipes and devices are skipped.
+
+Options:
+      --json            Print one JSON object per file
+      --only-bad        Print bad files only
+  -q, --quiet           Print nothing; use the exit status
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+JSON objects:
+  path, ok, error       The file, whether it is good, and why not, or null
+  version, link_target  Texts
+  file_type             A number; file_type_accepted is true or false
+  payload_offset        Where the payload starts, without the extension word
+  extension_word        A number; null for file types other than 2
+  cold_patch            True or false
+  entries               A list of objects with name, kind and size; null without
+                        a description section
+  Values that cannot be read are null.
+
+Exit status:
+  0  Every file is good.
+  1  A file is bad or unreadable, or the result could not be written.
+  2  The command line is wrong.
+
+Examples:
+  varnel package mainboard.pkg
+      Check a file and list its entries.
+  varnel package --only-bad /srv/packages
+      Look for bad files in a folder.
+)";
+
+// A software file as it was found.
+struct Package {
+  std::string path;
+  std::string error;  // why it is bad; empty for a good one
+  FileStart start;
+  FileLines lines;  // read if heads and texts are valid
+};
+
+Package Examine(FileScanner& scanner) {
+  Package package{scanner.Input().Name(), "", ReadFileStart(scanner), {}};
+  package.error = package.start.error;
+  if (!package.error.empty()) return package;
+  package.lines = ReadFileLines(scanner);
+  if (!*package.start.typeAccepted) {
+    package.error = "file type " + std::to_string(*package.start.fileType) + " is not accepted";
+  }
+  if (!scanner.Input().Error().empty()) package.error = scanner.Input().Error();
+  return package;
+}
+
+Json ToJson(const std::vector<Entry>& entries) {
+  Json list = Json::array();
+  for (const Entry& entry : entries) {
+    list.push_back(Json{{"name", entry.name}, {"kind", entry.kind}, {"size", entry.size}});
+  }
+  return list;
+}
+
+void PrintField(const char* name, const std::string& value) {
+  std::cout << "  " << Padded(name, 14) << "  " << value << '\n';
+}
+
+void PrintEntries(const std::vector<Entry>& entries) {
+  size_t nameWidth = 4, kindWidth = 4;
+  for (const Entry& entry : entries) {
+    nameWidth = std::max(nameWidth, Width(Escaped(entry.name)));
+    kindWidth = std::max(kindWidth, Width(Escaped(entry.kind)));
+  }
+  std::cout << "    " << Padded("NAME", nameWidth) << "  " << Padded("KIND", kindWidth) << "        SIZE\n";
+  for (const Entry& entry : entries) {
+    const std::string size = std::to_string(entry.size);
+    std::cout << "    " << Padded(Escaped(entry.name), nameWidth) << "  " << Padded(Escaped(entry.kind), kindWidth)
+              << "  " << std::string(size.size() < 10 ? 10 - size.size() : 0, ' ') << size << '\n';
+  }
+}
+
+void PrintAsJson(const Package& package) {
+  const FileStart& start = package.start;
+  PrintJson({{"path", package.path},
+             {"ok", package.error.empty()},
+             {"error", package.error.empty() ? Json(nullptr) : Json(package.error)},
+             {"version", OrNull(start.version)},
+             {"link_target", OrNull(start.linkTarget)},
+             {"file_type", OrNull(start.fileType)},
+             {"file_type_accepted", OrNull(start.typeAccepted)},
+             {"payload_offset", OrNull(start.payloadOffset)},
+             {"extension_word", OrNull(start.extensionWord)},
+             {"cold_patch", OrNull(package.lines.coldPatch)},
+             {"entries", package.lines.entries ? ToJson(*package.lines.entries) : Json(nullptr)}});
+}
+
+void PrintAsTable(const Package& package) {
+  const bool good = package.error.empty();
+  std::cout << Escaped(package.path) << ": " << Coloured(good ? Colour::Good : Colour::Bad, good ? "good" : "bad");
+  std::cout << (good ? "" : ": ") << package.error << '\n';
+  const FileStart& start = package.start;
+  if (!start.error.empty()) return;
+  PrintField("version", Escaped(start.version.value_or("none")));
+  PrintField("link target", Escaped(*start.linkTarget));
+  PrintField("file type", std::to_string(*start.fileType) + (*start.typeAccepted ? "" : " (not accepted)"));
+  if (start.extensionWord) PrintField("extension word", std::to_string(*start.extensionWord));
+  PrintField("payload offset", std::to_string(*start.payloadOffset));
+  PrintField("cold patch", *package.lines.coldPatch ? "yes" : "no");
+  const auto& entries = package.lines.entries;
+  PrintField("entries", entries ? std::to_string(entries->size()) : "none: no description section");
+  if (entries && !entries->empty()) PrintEntries(*entries);
+}
+
+bool BeginsAsSoftwareFile(FileScanner& scanner) {
+  return scanner.Bytes(0, 4) == "QXDD";
 }
 
 class PackageCommand {
  public:
-  explicit PackageCommand(Command& command) {
-    command.add_option("PATH", m_paths, "Files, and folders to search; - is standard input")->required();
-    command.add_flag("--json", m_json, "Print one JSON object per file");
-    command.add_flag("--only-bad", m_onlyBad, "Print bad files only");
-    command.add_flag("-q,--quiet", m_quiet, "Print nothing; the exit status tells");
-    Explain(command);
+  explicit PackageCommand(CLI::App& command) {
+    TakePaths(command.add_option("PATH", m_paths))->required();
+    command.add_flag("--json", m_json);
+    command.add_flag("--only-bad", m_onlyBad);
+    command.add_flag("-q,--quiet", m_quiet);
   }
 
   int Run() {
@@ -42,7 +156,9 @@ class PackageCommand {
       if (fs::is_directory(path, ignored)) {
         CheckFolder(path);
       } else {
-        Check(InputFile(path));
+        InputFile input(path);
+        FileScanner scanner(input);
+        Report(Examine(scanner));
       }
     }
     if (m_folders && !m_json && !m_quiet) PrintSummary();
@@ -50,44 +166,11 @@ class PackageCommand {
   }
 
  private:
-  static void Explain(Command& command) {
-    command.explanation = {
-        {"",
-         {{"",
-           "A file is good when its heads and texts are valid and its file type is accepted: 0 to 13, 15 or 513. "
-           "One without a [File Description] section has no entries. The payload is not judged, nor is the "
-           "description: what is wrong with it is told on standard error."},
-          {"",
-           "In a folder, files that do not begin as software files are counted but not called bad. Symbolic "
-           "links are not followed; pipes and devices are passed over."}}},
-        {"JSON objects",
-         {{"path, ok, error", "The file, whether it is good, and why it is not, or null."},
-          {"version, link_target", "Texts."},
-          {"file_type", "A number; file_type_accepted tells whether it is accepted."},
-          {"payload_offset", "Where the payload begins, without the extension word."},
-          {"extension_word", "A number, or null for other file types than 2."},
-          {"cold_patch", "True for a cold patch."},
-          {"entries", "A list of objects with name, kind and size; null without a description section."},
-          {"", "What cannot be read is null."}}}};
-    command.SetExitStatus("Every file is good.", "A file is bad or unreadable");
-    command.examples.paragraphs = {{"varnel package mainboard.pkg", "Check a file and list its entries."},
-                                   {"varnel package --only-bad /srv/packages", "Look for bad files in a folder."}};
-  }
-
-  // The library loads a file as a whole; one that is too large does not keep the others from being checked.
-  void Check(const InputFile& input) {
-    try {
-      Report(Examine(input));
-    } catch (const std::bad_alloc&) {
-      Report(Unreadable(input.Name(), std::strerror(ENOMEM)));
-    }
-  }
-
   void Report(const Package& package) {
     const bool good = package.error.empty();
     ++(good ? m_good : m_bad);
     if (m_quiet) return;
-    if (!package.remark.empty()) Complain(package.path, "package description: " + package.remark);
+    if (!package.lines.remark.empty()) Complain(package.path, "package description: " + package.lines.remark);
     if (m_onlyBad && good) return;
     if (m_json) {
       PrintAsJson(package);
@@ -96,20 +179,27 @@ class PackageCommand {
     }
   }
 
+  void ReportUnreadable(const std::string& path, int error) {
+    Package package{path, std::strerror(error), {}, {}};
+    package.start.error = package.error;
+    Report(package);
+  }
+
   // Looks at regular files only: pipes and devices could block, and symbolic links could lead round in circles.
   void CheckFolder(const std::string& folder) {
     m_folders = true;
     std::vector<std::string> files;
     Collect(folder, files);
     std::sort(files.begin(), files.end());
-    ProgressBar progress(m_quiet ? 0 : files.size());
+    FileProgress progress(m_quiet ? 0 : files.size());
     for (const std::string& path : files) {
-      const InputFile input(path);
-      if (input.Error().empty() && !BeginsAsSoftwareFile(input)) {
+      InputFile input(path);
+      FileScanner scanner(input);
+      if (!BeginsAsSoftwareFile(scanner) && input.Error().empty()) {
         ++m_others;
       } else {
         progress.Hide();
-        Check(input);
+        Report(Examine(scanner));
       }
       progress.Advance();
     }
@@ -129,7 +219,7 @@ class PackageCommand {
         if (type == fs::file_type::directory) folders.push_back(item->path());
         if (type == fs::file_type::regular) files.push_back(item->path().string());
       }
-      if (error) Report(Unreadable(folder.string(), std::strerror(error.value())));
+      if (error) ReportUnreadable(folder.string(), error.value());
     }
   }
 
@@ -151,7 +241,4 @@ class PackageCommand {
 
 }  // namespace
 
-std::function<int()> AddPackage(Command& command) {
-  const auto package = std::make_shared<PackageCommand>(command);
-  return [package] { return package->Run(); };
-}
+const Subcommand PACKAGE = {"package", HELP_TEXT, AddAs<PackageCommand>};

@@ -13,6 +13,59 @@ namespace {
 
 constexpr size_t NAME_WIDTH = 12;
 
+constexpr char HELP_TEXT[] = R"(Show a slot in each form in which it can be written.
+
+Usage: varnel slot [OPTION]... TEXT...
+
+TEXT is a slot in any form; - reads texts from standard input, one per line, and
+skips empty lines.
+
+Options:
+      --generation CODE  Show the DC form only if elements of this generation
+                        use it
+      --json            Print one JSON object per text
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines on standard error
+
+How a text is read:
+  0x0305                Hexadecimal: the word, shelf * 256 + slot
+  FAC-1-SLOT-3-5        After the first SLOT-, as in TL1; SLOT-7 has no shelf,
+                        and SLOT-305 is a plain number
+  3-5                   Shelf and slot, as in MML parameters
+  305                   From 200 on and with 3 to 11 digits, the DC form: shelf,
+                        then two digits of slot
+  7, 105                Other numbers: the slot, without a shelf
+  If another reading is possible, a note describes it.
+
+What is shown:
+  Elements of old generations write shelves from 2 on in the DC form. Other
+  slots, and all slots of the second generation (codes above 52099), are written
+  with a dash and have no DC form. Without --generation the DC form is that of
+  an old generation. The NE slot ID is shown for a text that is only a number.
+
+JSON objects:
+  text                  The text
+  word, shelf, slot     Numbers
+  dashed, hex, dc       Texts; dc is null if there is no DC form
+  ne_slot_id            A number; null if the text is not a plain number
+  If the text is not a slot, all values except text are null. Notes are printed
+  on standard error.
+
+Exit status:
+  0  Every text is a slot.
+  1  A text is not a slot, standard input cannot be read, or the result could
+     not be written.
+  2  The command line is wrong.
+
+Examples:
+  varnel slot 3-5 305 0x0305 FAC-1-SLOT-3-5
+      Show one slot, given in four forms.
+  varnel slot --generation 52100 10-31
+      Show it as elements of the second generation write it.
+  varnel slot --json - < slots.txt
+      Read slots from a file, one per line, for a program.
+)";
+
 std::string HexAndDecimal(uint16_t number) {
   return Hex16(number) + "  " + std::to_string(number);
 }
@@ -23,11 +76,10 @@ void PrintRow(const char* name, const std::string& value) {
 
 class SlotCommand {
  public:
-  explicit SlotCommand(Command& command) {
-    command.add_option("TEXT", m_texts, "Slots in any form; - reads them from standard input, one a line")->required();
-    AddGenerationOption(command, m_generation, "Give the DC form only where elements of this generation write it");
-    command.add_flag("--json", m_json, "Print one JSON object per text");
-    Explain(command);
+  explicit SlotCommand(CLI::App& command) {
+    command.add_option("TEXT", m_texts)->required();
+    AddGenerationOption(command, m_generation);
+    command.add_flag("--json", m_json);
   }
 
   int Run() const {
@@ -36,33 +88,6 @@ class SlotCommand {
   }
 
  private:
-  static void Explain(Command& command) {
-    command.explanation = {
-        {"How a text is read",
-         {{"0x0305", "hexadecimal: the word, shelf * 256 + slot"},
-          {"FAC-1-SLOT-3-5", "behind the first SLOT- as in TL1; SLOT-7 has no shelf, and SLOT-305 is a plain number"},
-          {"3-5", "shelf and slot, as in MML parameters"},
-          {"305", "from 200 on and with 3 to 11 digits in the DC form: shelf, and two digits of slot"},
-          {"7, 105", "other numbers plainly: the slot, without a shelf"},
-          {"", "Where another reading is possible, a note tells it. Empty lines of standard input are passed over."}}},
-        {"What is shown",
-         {{"",
-           "Elements of old generations write shelves from 2 on in the DC form; other slots, and all of the second "
-           "generation (codes above 52099), are written dashed and have none. Without --generation the DC form is "
-           "that of an old generation. The NE slot ID is that of a text which is a number and nothing else."}}},
-        {"JSON objects",
-         {{"text", "The text given."},
-          {"word, shelf, slot", "Numbers."},
-          {"dashed, hex, dc", "Texts; dc is null where there is no DC form."},
-          {"ne_slot_id", "A number, or null where the text is not a plain number."},
-          {"", "All but text are null for a text that is no slot. Notes go to standard error."}}}};
-    command.SetExitStatus("Every text is a slot.", "A text is none, or standard input cannot be read");
-    command.examples.paragraphs = {
-        {"varnel slot 3-5 305 0x0305 FAC-1-SLOT-3-5", "Show one slot, given in four forms."},
-        {"varnel slot --generation 52100 10-31", "Show it as elements of the second generation write it."},
-        {"varnel slot --json - < slots.txt", "Read slots from a file, one a line, for a program."}};
-  }
-
   bool Show(const std::string& text) const {
     SlotReading reading = ReadSlotText(text);
     if (reading.word) NoteDcReadBack(reading);
@@ -127,7 +152,4 @@ class SlotCommand {
 
 }  // namespace
 
-std::function<int()> AddSlot(Command& command) {
-  const auto slot = std::make_shared<SlotCommand>(command);
-  return [slot] { return slot->Run(); };
-}
+const Subcommand SLOT = {"slot", HELP_TEXT, AddAs<SlotCommand>};

@@ -1,9 +1,9 @@
 #ifndef VARNEL_TOOLS_SUBCOMMANDS_H
 #define VARNEL_TOOLS_SUBCOMMANDS_H
 
+#include <CLI/CLI.hpp>
 #include <functional>
-
-#include "command.h"
+#include <memory>
 
 /// Exit statuses of the command.
 enum ExitStatus : int {
@@ -12,16 +12,21 @@ enum ExitStatus : int {
   EXIT_USAGE = 2,  ///< the command line is wrong
 };
 
-/// Adds the arguments of a subcommand and what its help tells to `command`, and gives what runs it once they are
-/// parsed. What runs returns an exit status.
-using AddArguments = std::function<int()>(Command& command);
-
-AddArguments AddPackage, AddHead, AddMakePackage, AddColdPatch, AddReport, AddTl1, AddSlot, AddBoard;
-
+/// A subcommand; its file defines one. Completion is made of its options, its manual page of its help.
 struct Subcommand {
   const char* name;
-  const char* purpose;
-  AddArguments* add;
+  const char* help;  ///< all of its help. The first line is its purpose, which the help of the command lists
+  /// Adds options and operands and returns what runs the subcommand after they are parsed, with its exit status.
+  std::function<int()> (*add)(CLI::App& command);
 };
+
+/// Makes `add` of a class that adds options in its constructor and has Run().
+template <typename Command>
+std::function<int()> AddAs(CLI::App& app) {
+  const auto command = std::make_shared<Command>(app);
+  return [command] { return command->Run(); };
+}
+
+extern const Subcommand PACKAGE, HEAD, MAKE_PACKAGE, COLDPATCH, REPORT, TL1, SLOT, BOARD;
 
 #endif

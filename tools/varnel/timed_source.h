@@ -4,6 +4,7 @@
 #include <sys/types.h>
 
 #include <chrono>
+#include <memory>
 #include <string>
 
 #include "byte_source.h"
@@ -46,5 +47,17 @@ class TimedSource : public ByteSource {
   bool m_open = false;
   bool m_restart = false;
 };
+
+/// Standard input, a file, a pipe or a terminal line, up to its end; with `follow` a regular file that others write to,
+/// which is read from its start if it has become shorter.
+std::unique_ptr<ByteSource> MakeFileSource(const SourceOptions& options, Limit limit, Milliseconds tick);
+
+/// What is wrong with a text that must be HOST:PORT, or nothing. An IPv6 address is written in brackets.
+std::string CheckAddress(const std::string& text);
+
+/// A TCP connection to options.address.
+///
+/// @throw CLI::ValidationError  for an address that CheckAddress() refuses
+std::unique_ptr<ByteSource> MakeConnectionSource(const SourceOptions& options, Limit limit, Milliseconds tick);
 
 #endif

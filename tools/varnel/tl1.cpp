@@ -22,6 +22,65 @@ namespace {
 
 constexpr uint64_t MAX_LIMIT = uint64_t{1} << 40;
 
+constexpr char HELP_TEXT[] = R"(Cut a stream of bytes into TL1 messages and show their parts.
+
+Usage: varnel tl1 [OPTION]... [FILE]
+
+FILE is read to its end; without FILE, or if it is -, standard input is read.
+Line ends of every kind are accepted. Echoes, banners, prompts and telnet bytes
+between messages are skipped. A message that cannot be read is shown as
+unrecognised. A last message without its end is reported on standard error.
+
+LIST is one value, or several separated by commas. A message is shown if it
+passes all filters.
+
+Options:
+      --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
+                        IPv6 address in brackets
+      --follow          Continue to read as FILE grows
+      --timeout SECONDS  Stop after this time without a byte, up to a year
+                        (default: no limit)
+      --json            Print one JSON object per message
+      --join            Join the parts of an answer into one message
+      --strict          Read messages with the library's strict parser
+      --type LIST       Show only messages of these types: acknowledgement,
+                        response, autonomous, prompt, unrecognised
+      --ctag LIST       Show only messages with these correlation tags
+      --code LIST       Show only messages with these codes: COMPLD, *C, ...
+      --limit BYTES     Accept messages up to this length, 1 to 1099511627776
+                        (default: 16777216)
+  -h, --help            Print this help and exit
+  -v, --verbose         Show the library's log lines, and what was skipped, on
+                        standard error
+
+JSON objects:
+  type                  acknowledgement, response, autonomous, prompt or
+                        unrecognised
+  offset, length        Position of the message in the stream, in bytes
+  sid, date, time       From the header
+  ctag, atag            The correlation tag of an answer; the tag of an
+                        autonomous message
+  code, verb            The completion or alarm code; the subject of an
+                        autonomous message
+  lines                 A list of the lines of its text
+  continues             True if more parts of the answer follow
+  Values that a message does not have are null.
+
+Exit status:
+  0  The whole stream was read.
+  1  The last message has no end, a message is too long, the time limit passed,
+     the input is unreadable, or the result could not be written.
+  2  The command line is wrong.
+
+Examples:
+  varnel tl1 capture.log
+      Show all messages of a file.
+  varnel tl1 --json --type autonomous --code '*C,**' capture.log
+      Show critical and major alarms, for a program.
+  varnel tl1 --connect 192.0.2.7:1400 --timeout 60
+      Show what an element sends until it is silent for a minute.
+)";
+
 struct Tl1Options {
   SourceOptions source;
   bool json = false;
@@ -131,54 +190,23 @@ class Tl1Run {
 
 class Tl1Command {
  public:
-  explicit Tl1Command(Command& command) : m_app(command) {
-    AddSourceOptions(command, m_options.source, "Give up after so many seconds without a byte");
-    command.add_flag("--json", m_options.json, "Print one JSON object per message");
-    command.add_flag("--join", m_options.join, "Make one message of the parts of an answer");
-    command.add_flag("--strict", m_options.strict, "Read messages with the library's strict parser");
-    AddList("--type", m_options.types, "Only messages of these types")
+  explicit Tl1Command(CLI::App& command) : m_app(command) {
+    AddSourceOptions(command, m_options.source);
+    command.add_flag("--json", m_options.json);
+    command.add_flag("--join", m_options.join);
+    command.add_flag("--strict", m_options.strict);
+    AddList("--type", m_options.types)
         ->check(OneOf({"acknowledgement", "response", "autonomous", "prompt", "unrecognised"}));
-    AddList("--ctag", m_options.ctags, "Only messages with these correlation tags");
-    AddList("--code", m_options.codes, "Only messages with these codes, such as COMPLD or *C");
-    TakeNumbers(command.add_option("--limit", m_options.limit, "The longest message taken"), 1, MAX_LIMIT)
-        ->type_name("BYTES")
-        ->capture_default_str();
-    Explain(command);
+    AddList("--ctag", m_options.ctags);
+    AddList("--code", m_options.codes);
+    TakeNumbers(command.add_option("--limit", m_options.limit), 1, MAX_LIMIT);
   }
 
   int Run() const { return Tl1Run(m_options, m_app.get_parent()->count("--verbose") > 0).Run(); }
 
  private:
-  static void Explain(Command& command) {
-    command.explanation = {
-        {"",
-         {{"",
-           "Line ends of every kind are taken; echoes, banners, prompts and telnet bytes between messages are "
-           "skipped. What is cut out as a message but cannot be read is shown as unrecognised. A message "
-           "without its end is shown too, and reported on standard error. A message is shown when it passes all "
-           "filters."}}},
-        {"JSON objects",
-         {{"type", "acknowledgement, response, autonomous, prompt or unrecognised."},
-          {"offset, length", "Where the message stands in the stream, in bytes."},
-          {"sid, date, time", "From the header."},
-          {"ctag, atag", "The correlation tag of an answer; the tag of an autonomous message."},
-          {"code, verb", "The completion or alarm code; what an autonomous message reports."},
-          {"complete", "False for a message without its end."},
-          {"lines", "A list of the lines of its text."},
-          {"continues", "True when more parts of the answer follow."},
-          {"", "What a message does not have is null."}}}};
-    command.SetExitStatus("The whole stream was read.",
-                          "A message has no end or is too long, the time is over, or the input is "
-                          "unreadable");
-    command.examples.paragraphs = {{"varnel tl1 capture.log", "Show all messages of a file."},
-                                   {"varnel tl1 --json --type autonomous --code '*C,**' capture.log",
-                                    "Show critical and major alarms, for a program."},
-                                   {"varnel tl1 --connect 192.0.2.7:1400 --timeout 60",
-                                    "Show what an element sends until it is silent for a minute."}};
-  }
-
-  CLI::Option* AddList(const char* name, std::vector<std::string>& list, const char* help) {
-    return m_app.add_option(name, list, help)->type_name("LIST")->delimiter(',')->allow_extra_args(false);
+  CLI::Option* AddList(const char* name, std::vector<std::string>& list) {
+    return m_app.add_option(name, list)->delimiter(',')->allow_extra_args(false);
   }
 
   CLI::App& m_app;
@@ -187,7 +215,4 @@ class Tl1Command {
 
 }  // namespace
 
-std::function<int()> AddTl1(Command& command) {
-  const auto tl1 = std::make_shared<Tl1Command>(command);
-  return [tl1] { return tl1->Run(); };
-}
+const Subcommand TL1 = {"tl1", HELP_TEXT, AddAs<Tl1Command>};
