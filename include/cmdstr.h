@@ -97,7 +97,6 @@ class VARNEL_API CCmdStr {
   std::vector<CmdStrPiece> m_lstAddBuf;
   unsigned int m_nBufLen;
   unsigned int m_nBlockRoom;  ///< free bytes after the last piece
-  unsigned int m_nTextLen;    ///< length of the text in m_pCmdBuf, what AddSnMML() puts after its NUL included
 };
 
 }  // namespace VARNEL_COMMON

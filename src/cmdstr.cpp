@@ -40,7 +40,7 @@ void MergeCopy(char* dest, size_t destMax, const char* src, size_t count) {
 
 }  // namespace
 
-CCmdStr::CCmdStr() : m_pCmdBuf(nullptr), m_nBufLen(0), m_nBlockRoom(0), m_nTextLen(0) {}
+CCmdStr::CCmdStr() : m_pCmdBuf(nullptr), m_nBufLen(0), m_nBlockRoom(0) {}
 
 CCmdStr::CCmdStr(const CCmdStr& other) : CCmdStr() {
   SetMsg(const_cast<CCmdStr&>(other).GetMsg());
@@ -66,7 +66,7 @@ void CCmdStr::SetMsg(const char* pszMsg) {
   memcpy_s(copy, length, pszMsg, length);
   EmptyMsg();
   m_pCmdBuf = copy;
-  m_nBufLen = m_nTextLen = length;
+  m_nBufLen = length;
 }
 
 void CCmdStr::AddMsg(const char* pszMsg) {
@@ -124,7 +124,7 @@ const char* CCmdStr::GetMsg() {
   delete[] std::exchange(m_pCmdBuf, nullptr);  // as it is: the one text that is freed without being wiped
   EmptyMsg();
   m_pCmdBuf = merged.release();
-  m_nBufLen = m_nTextLen = length;
+  m_nBufLen = length;
   return m_pCmdBuf;
 }
 
@@ -133,13 +133,17 @@ unsigned int CCmdStr::GetMsgLen() const {
 }
 
 void CCmdStr::EmptyMsg() {
+  unsigned int added = 0;
   for (const CmdStrPiece& piece : m_lstAddBuf) {
+    added += piece.nLen;
     if (piece.nBlockLen > 0) WipeAndFree(piece.pData, piece.nBlockLen);
   }
-  WipeAndFree(m_pCmdBuf, std::max(LengthOf(m_pCmdBuf), m_nTextLen));
+  // AddSnMML() ends the text with a NUL before its last bytes.
+  const unsigned int merged = m_nBufLen - std::min(added, m_nBufLen);
+  WipeAndFree(m_pCmdBuf, std::max(LengthOf(m_pCmdBuf), merged));
   m_pCmdBuf = nullptr;
   std::vector<CmdStrPiece>().swap(m_lstAddBuf);
-  m_nBufLen = m_nTextLen = m_nBlockRoom = 0;
+  m_nBufLen = m_nBlockRoom = 0;
 }
 
 int CCmdStr::AddSnMML(unsigned short usSn) {

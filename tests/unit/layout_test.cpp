@@ -61,7 +61,7 @@ TEST(Layout, CommandTextIsBufferPiecesAndLength) {
   EXPECT_EQ(Offsets<char*>(text, CommandBuffer()), (Sizes{0}));
   EXPECT_EQ(Offsets<std::vector<CmdStrPiece>>(text, CommandPieces()), (Sizes{POINTER}));
   EXPECT_EQ(Offsets<unsigned int>(text, CommandLength()), (Sizes{POINTER + list}));
-  EXPECT_EQ(sizeof(CCmdStr), POINTER + list + (3 * sizeof(unsigned int) + POINTER - 1) / POINTER * POINTER);
+  EXPECT_EQ(sizeof(CCmdStr), POINTER + list + 2 * sizeof(unsigned int));
   EXPECT_EQ(Offsets<char*>(CmdStrPiece(), &CmdStrPiece::pData), (Sizes{0}));
   EXPECT_EQ(Offsets<unsigned int>(CmdStrPiece(), &CmdStrPiece::nLen), (Sizes{POINTER}));
   EXPECT_EQ(sizeof(CmdStrPiece), 2 * POINTER);
