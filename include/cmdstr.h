@@ -59,9 +59,8 @@ class VARNEL_API CCmdStr {
   /// A bounded copy that fails is not reported: what it left is appended, NULs if it wrote nothing.
   ///
   /// @param pszMsg  may point into this object's own text. Null or empty changes nothing. A text longer than the
-  /// maximum
-  ///                is refused as a whole. A text that would exceed the maximum together with the others is cut. Both
-  ///                are logged as warnings whose text names SetMsg.
+  ///                maximum is refused as a whole. A text that would exceed the maximum together with the others is
+  ///                cut. Both are logged as warnings whose text names SetMsg.
   void AddMsg(const char* pszMsg);
 
   /// Merges the appended pieces and returns the whole text.
@@ -70,8 +69,7 @@ class VARNEL_API CCmdStr {
   /// up to its first NUL, so that they overwrite a serial number that AddSnMML() put there.
   ///
   /// @return the text, NUL-terminated, never null. The object owns it. It is valid until the text is replaced, emptied
-  /// or
-  ///         merged again after AddMsg(), by GetMsg(), by copying the object or by AddSnMML().
+  ///         or merged again after AddMsg(), by GetMsg(), by copying the object or by AddSnMML().
   const char* GetMsg();
 
   /// Returns the length of the whole text.

@@ -60,8 +60,7 @@ class VARNEL_API CComNEMsg : public CComNEHead {
   /// An empty message: all fields of the header 0, a NUL at the start of the buffer, the rest of it undefined.
   ///
   /// @param nBufLen  size of the buffer in bytes: 0 means 1024, more than 65534 means 65534. A body of `nBufLen` bytes
-  /// does
-  ///                 not fit, since the NUL takes one.
+  ///                 does not fit, since the NUL takes one.
   CComNEMsg(unsigned int nBufLen);
 
   /// Copies header and body. The copy has a buffer of 1024 bytes, or of the body + 1024 if that is too small.

@@ -16,8 +16,7 @@
 /// - **Arguments.** A `const char*` is a NUL-terminated text of any bytes; comments say if it may be null. Outputs
 ///   that a comment does not mention for a failure keep their value. Nothing refers to an argument after the call.
 /// - **Results.** Pointers belong to the object that returned them. Only CEvtMsg::Duplicate() returns an object that
-/// the
-///   caller owns.
+///   the caller owns.
 /// - **errno.** An operation that succeeds leaves it as it was.
 /// - **Locale and environment.** Neither changes a result, but for the time zone of the time functions. White space is
 ///   blank, tab, line feed, vertical tab, form feed and carriage return; only ASCII letters have cases.
