@@ -43,35 +43,35 @@ Wrong usage.
 
   $ varnel board
   ! varnel: NAME or --ne is required
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board --json
   ! varnel: NAME or --ne is required
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board --ne KVA-4210
   ! varnel: --ne requires --generation
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board --ne KVA-4210 vcu
   ! varnel: --ne requires --generation
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board --generation 50000 vcu
   ! varnel: --generation requires --ne
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board --generation 5x --ne KVA-4210
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board --ne one --ne two --generation 1
   ! varnel: --ne: is given more than once
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board -x vcu
   ! varnel: unknown option: -x
-  ! varnel board --help tells the usage.
+  ! Try "varnel board --help".
   [2]
   $ varnel board -- -x
   -x: not a system-control board

@@ -4,51 +4,51 @@ Wrong usage exits with 2.
 
   $ varnel
   ! varnel: A subcommand is required
-  ! varnel --help tells the usage.
+  ! Try "varnel --help".
   [2]
   $ varnel frobnicate
   ! varnel: unknown subcommand: frobnicate
-  ! varnel --help tells the usage.
+  ! Try "varnel --help".
   [2]
   $ varnel $'\e]0;x\a'
   ! varnel: unknown subcommand: \x1b]0;x\x07
-  ! varnel --help tells the usage.
+  ! Try "varnel --help".
   [2]
   $ varnel package --frobnicate x
   ! varnel: unknown option: --frobnicate
-  ! varnel package --help tells the usage.
+  ! Try "varnel package --help".
   [2]
   $ varnel slot --generatoin 5 3-5
   ! varnel: unknown option: --generatoin
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   [2]
   $ varnel package
   ! varnel: PATH is required
-  ! varnel package --help tells the usage.
+  ! Try "varnel package --help".
   [2]
   $ varnel package --quiet=maybe x
   ! varnel: Could not convert: --quiet = maybe
-  ! varnel package --help tells the usage.
+  ! Try "varnel package --help".
   [2]
   $ varnel tl1 --type
   ! varnel: --type: its value is missing
-  ! varnel tl1 --help tells the usage.
+  ! Try "varnel tl1 --help".
   [2]
   $ varnel report --timeout
   ! varnel: --timeout: its value is missing
-  ! varnel report --help tells the usage.
+  ! Try "varnel report --help".
   [2]
   $ varnel report --timeout 1 --timeout 2
   ! varnel: --timeout: is given more than once
-  ! varnel report --help tells the usage.
+  ! Try "varnel report --help".
   [2]
   $ varnel head one two three
   ! varnel: unexpected argument: two
-  ! varnel head --help tells the usage.
+  ! Try "varnel head --help".
   [2]
   $ varnel -q package x
   ! varnel: unknown option: -q
-  ! varnel package --help tells the usage.
+  ! Try "varnel package --help".
   [2]
 
 What begins with "-" is an argument if it is a number or follows "--", and may be the value of an option. A flag may have
@@ -84,7 +84,7 @@ a value.
   [1]
   $ varnel head one -- -two
   ! varnel: unexpected argument: -two
-  ! varnel head --help tells the usage.
+  ! Try "varnel head --help".
   [2]
 
 Numbers are decimal, with or without leading zeros; 0x begins a hexadecimal number.
@@ -101,12 +101,12 @@ Numbers are decimal, with or without leading zeros; 0x begins a hexadecimal numb
       44  usSkipLen     0x0010  16
   $ for number in 0x 0b1 1e3 +5 ' 5' '' 5x 99999999999999999999999; do varnel make-package --type "$number" out.pkg; done 2>&1 |
   >   sort | uniq -c
-        8 ! varnel make-package --help tells the usage.
+        8 ! Try "varnel make-package --help".
         8 ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
   [2]
   $ varnel make-package --gap 1,x out.pkg
   ! varnel: --gap: is not a number from 0 to 65535, decimal or 0x and hexadecimal
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --gap 1,2 --gap 3 out.pkg && varnel head out.pkg | grep GapLen
       26  usGapLen26    0x0001  1
@@ -140,5 +140,26 @@ Names in brackets are ordinary names.
     entries         none: no description section
   $ varnel package '[a]' --frobnicate '[e]'
   ! varnel: unknown option: --frobnicate
-  ! varnel package --help tells the usage.
+  ! Try "varnel package --help".
   [2]
+
+The help and the version.
+
+  $ varnel help tl1 | cmp - <(varnel tl1 --help)
+  $ varnel help | cmp - <(varnel --help)
+  $ varnel help frobnicate
+  ! varnel: unknown subcommand: frobnicate
+  ! Try "varnel help --help".
+  [2]
+  $ varnel -V
+  varnel 1.0.0
+  $ varnel --version
+  varnel 1.0.0
+
+The library's log lines, which appear with -v only.
+
+  $ printf '\r\n\n   N 26-03-04 05:06:07\r\nM  1 COMPLD;' > cut.tl1
+  $ varnel -v tl1 --strict cut.tl1 > /dev/null
+  ! varnel: library warning: CTL1NEMsgParse::ParseOutputAndAuto(): m_strRetRspCode not find [tl1nemsgparse ParseOutputAndAuto]
+  ! varnel: cut.tl1: skipped 0 bytes between messages: 0 echoes, 0 prompts, 0 other lines; 0 telnet sequences
+  $ varnel tl1 --strict cut.tl1 > /dev/null

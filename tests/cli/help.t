@@ -2,77 +2,67 @@
   $ varnel --help
   Tools for NE software packages and reports.
   
-  Usage: varnel [OPTIONS] SUBCOMMAND
-  
-  Options:
-    -h, --help     Print this help and exit
-    --version      Print the version and exit
-    -v, --verbose  Show the library's log lines, and what tl1 skips, on standard
-                   error
-  
-  Subcommands:
-    package       Check NE software files and list the entries of their package
-                  descriptions
-    head          Show both heads of an NE software file, field by field
-    make-package  Write an NE software file with valid heads
-    coldpatch     Tell whether files are cold patches
-    report        Follow the progress and the end of a package load or script run
-                  in the reports of an element
-    tl1           Cut a stream of bytes into TL1 messages and show their parts
-    slot          Show a slot in every form it is written in
-    board         Tell whether boards are system-control boards, and whether an
-                  element is of the Korvane family
-  
-  varnel SUBCOMMAND --help explains a subcommand, with examples.
+  Usage: varnel [OPTION]... SUBCOMMAND ...
   
   Results go to standard output, diagnostics to standard error. Control characters
   in names and texts are shown as \xNN. On a terminal the result is coloured,
-  unless the environment variable NO_COLOR is set.
+  unless the environment variable NO_COLOR is set and not empty or TERM is dumb.
   
-  Where an argument of a subcommand begins with -, put -- in front of it.
+  If an operand of a subcommand starts with -, write -- before it.
+  
+  Options:
+    -h, --help            Print this help and exit
+    -V, --version         Print the version and exit
+    -v, --verbose         Show the library's log lines on standard error
+  
+  Subcommands:
+    package       Check NE software files and list the entries of packages
+    head          Show both heads of an NE software file, field by field
+    make-package  Write an NE software file with valid heads
+    coldpatch     Report whether files are cold patches
+    report        Follow a package load or script run in an element's reports
+    tl1           Cut a stream of bytes into TL1 messages and show their parts
+    slot          Show a slot in each form in which it can be written
+    board         Report whether boards are system-control boards
+  
+  Run varnel help SUBCOMMAND for its options, with examples.
   
   Exit status:
     0  Done.
-    1  Something examined is bad or unreadable, or the result could not be
-       written.
+    1  Something examined is bad, unreadable, refused or incomplete, or the result
+       could not be written.
     2  The command line is wrong.
   $ for subcommand in $(subcommands); do varnel "$subcommand" --help && echo "== end of $subcommand"; done
-  Check NE software files and list the entries of their package descriptions.
+  Check NE software files and list the entries of packages.
   
-  Usage: varnel package [OPTIONS] PATH...
+  Usage: varnel package [OPTION]... PATH...
   
-  Arguments:
-    PATH...  Files, and folders to search; - is standard input
+  PATH is a file, a folder to search, or - for standard input. A file is good if
+  its heads and texts are valid and its file type is accepted: 0 to 13, 15 or 513.
+  A file without a section [File Description] has no entries. The payload is not
+  checked. Faults of the description are reported on standard error and do not
+  make the file bad.
+  
+  In a folder, files without the software-file magic are skipped and counted.
+  Symbolic links are not followed. Pipes and devices are skipped.
   
   Options:
-    -h, --help     Print this help and exit
-    --json         Print one JSON object per file
-    --only-bad     Print bad files only
-    -q, --quiet    Print nothing; the exit status tells
-    -v, --verbose  Show the library's log lines, and what tl1 skips, on standard
-                   error
-  
-  A file is good when its heads and texts are valid and its file type is accepted:
-  0 to 13, 15 or 513. One without a [File Description] section has no entries. The
-  payload is not judged, nor is the description: what is wrong with it is told on
-  standard error.
-  
-  In a folder, files that do not begin as software files are counted but not
-  called bad. Symbolic links are not followed; pipes and devices are passed over.
+        --json            Print one JSON object per file
+        --only-bad        Print bad files only
+    -q, --quiet           Print nothing; use the exit status
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
   
   JSON objects:
-    path, ok, error       The file, whether it is good, and why it is not, or
-                          null.
-    version, link_target  Texts.
-    file_type             A number; file_type_accepted tells whether it is
-                          accepted.
-    payload_offset        Where the payload begins, without the extension word.
-    extension_word        A number, or null for other file types than 2.
-    cold_patch            True for a cold patch.
+    path, ok, error       The file, whether it is good, and why not, or null
+    version, link_target  Texts
+    file_type             A number; file_type_accepted is true or false
+    payload_offset        Where the payload starts, without the extension word
+    extension_word        A number; null for file types other than 2
+    cold_patch            True or false
     entries               A list of objects with name, kind and size; null without
-                          a description section.
-  
-    What cannot be read is null.
+                          a description section
+    Values that cannot be read are null.
   
   Exit status:
     0  Every file is good.
@@ -87,31 +77,27 @@
   == end of package
   Show both heads of an NE software file, field by field.
   
-  Usage: varnel head [OPTIONS] PATH
+  Usage: varnel head [OPTION]... PATH
   
-  Arguments:
-    PATH  A software file; - is standard input
+  PATH is a software file, or - for standard input. Each line shows a field: its
+  offset in the head, its name, and its value in hexadecimal and decimal. The
+  stored checksums are compared with computed ones. The last line reports the
+  first fault. A head that is missing is left out.
   
   Options:
-    -h, --help     Print this help and exit
-    --json         Print one JSON object
-    -v, --verbose  Show the library's log lines, and what tl1 skips, on standard
-                   error
-  
-  Each line shows a field: its offset in the head, its name, and its value in
-  hexadecimal and decimal. The checksums that are stored are compared with
-  computed ones, and the first fault is told. A head that cannot be found is left
-  out.
+        --json            Print one JSON object
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
   
   JSON object:
-    path, ok, error   The file, whether its heads are valid, and the first fault
-                      or null.
-    directory, file   The fields of each head by their names, or null.
-    stored, computed  Objects with the checksums of the heads, directory and file;
-                      null for one that is absent.
+    path, ok, error       The file, whether its heads are valid, and the first
+                          fault or null
+    directory, file       The fields of each head by name, or null
+    stored, computed      Objects with the checksums of both heads, directory and
+                          file; null for a head that is missing
   
   Exit status:
-    0  Both heads are valid.
+    0  Both heads and the texts are valid.
     1  The file is bad or unreadable, or the result could not be written.
     2  The command line is wrong.
   
@@ -121,40 +107,38 @@
   == end of head
   Write an NE software file with valid heads.
   
-  Usage: varnel make-package [OPTIONS] OUTPUT
+  Usage: varnel make-package [OPTION]... OUTPUT
   
-  Arguments:
-    OUTPUT  File to write; - is standard output
+  OUTPUT is the file to write, or - for standard output, which must not be a
+  terminal. The file consists of heads with valid checksums, the link and version
+  texts, the description and the payload. It appears under its name only when it
+  is complete, and replaces a file of that name.
+  
+  NUMBER is 0 to 65535, decimal, or hexadecimal after 0x.
   
   Options:
-    -h, --help            Print this help and exit
-    -d, --description FILE
-                          File with the package description; - is standard input
-    -p, --payload FILE    File with what follows the description; - is standard
+    -d, --description FILE  Take the package description from FILE; - is standard
                           input
-    --version-text TEXT   Version text, up to 65534 bytes; empty for none
-                          (default: 1.0)
-    --link TEXT           Link text, "NAME -> TARGET", up to 1023 bytes (default:
-                          package -> package)
-    -t, --type NUMBER     File type, 0 to 65535 (default: 1)
-    --extension NUMBER    Extension word, for file type 2 only, 0 to 65535
-    --gap N,N,N,N         Lengths of up to four parts of the gap between the
-                          heads, 0 to 65535
-    --skip-length NUMBER  Length of the area behind the heads, 0 to 65535
+    -p, --payload FILE    Append FILE after the description; - is standard input
+        --version-text TEXT  Set the version text, up to 65534 bytes; empty for no
+                          version text (default: 1.0)
+        --link TEXT       Set the link text "NAME -> TARGET", up to 1023 bytes
+                          (default: package -> package)
+    -t, --type NUMBER     Set the file type (default: 1)
+        --extension NUMBER  Set the extension word; requires --type 2
+        --gap N,N,N,N     Set up to four lengths that make up the gap between the
+                          heads
+        --skip-length NUMBER  Set the length of the area after the heads
                           (default: 0)
-    --tail-length NUMBER  Length of the area behind the texts, 0 to 65535
+        --tail-length NUMBER  Set the length of the area after the texts
                           (default: 0)
-    -v, --verbose         Show the library's log lines, and what tl1 skips, on
-                          standard error
-  
-  Writes heads with right checksums, then the link and version texts, then the
-  description and the payload. Numbers are decimal, or hexadecimal behind 0x.
-  OUTPUT appears only once it is complete, and replaces a file of that name.
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
   
   Description file:
-    A line [File Description], then a line for each entry, of eight columns that
-    are separated by colons: the first is its name, the second its kind, the fifth
-    its size. A line [END] ends it.
+    The line [File Description], then one line per entry with eight columns
+    separated by colons: the first is the name, the second the kind, the fifth the
+    size. The line [END] ends the list.
   
   Exit status:
     0  The file is written.
@@ -167,83 +151,77 @@
     varnel make-package --link 'board -> mainboard' -t 1 - | varnel head -
         Look at heads without a file.
   == end of make-package
-  Tell whether files are cold patches.
+  Report whether files are cold patches.
   
-  Usage: varnel coldpatch [OPTIONS] PATH...
+  Usage: varnel coldpatch [OPTION]... PATH...
   
-  Arguments:
-    PATH...  Script and package files; - is standard input
+  PATH is a script or package file, or - for standard input. A file is a cold
+  patch if one of its lines contains [COLDPATCH] within its first 1023 bytes.
   
   Options:
-    -h, --help     Print this help and exit
-    --json         Print one JSON object per file
-    -v, --verbose  Show the library's log lines, and what tl1 skips, on standard
-                   error
-  
-  A file is a cold patch when one of its lines holds [COLDPATCH].
+        --json            Print one JSON object per file
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
   
   JSON objects:
-    Each holds path and cold_patch, which is true, false, or null for an
-    unreadable file.
+    path                  The file
+    cold_patch            True, false, or null for an unreadable file
   
   Exit status:
     0  All files are cold patches.
-    1  A file is none or is unreadable, or the result could not be written.
+    1  A file is not a cold patch or is unreadable, or the result could not be
+       written.
     2  The command line is wrong.
   
   Examples:
     varnel coldpatch patch.txt update.pkg
-        Tell of two files.
+        Check two files.
     varnel coldpatch - < patch.txt > /dev/null && echo yes
-        Use it as a condition.
+        Use the result as a condition.
   == end of coldpatch
-  Follow the progress and the end of a package load or script run in the reports
-  of an element.
+  Follow a package load or script run in an element's reports.
   
-  Usage: varnel report [OPTIONS] [FILE]
+  Usage: varnel report [OPTION]... [FILE]
   
-  Arguments:
-    FILE  File to read; - is standard input (default: -; not with --connect)
+  FILE is read to its end; without FILE, or if it is -, standard input is read. An
+  element with an identifier above 16777215 (0xFFFFFF) speaks TL1, others speak
+  MML. An MML report ends at a line ;, >, < or --- END, or before an empty line; a
+  TL1 report ends where a message of varnel tl1 ends.
+  
+  The command stops at the end result: of a package load when all is done, of a
+  script run with its end report. On a terminal a bar shows the progress.
   
   Options:
-    -h, --help           Print this help and exit
-    --connect HOST:PORT  Read from a TCP connection; an IPv6 address stands in
-                         brackets (not with --follow, FILE)
-    --follow             Go on reading as FILE grows (not with --connect)
-    --timeout SECONDS    Give up when there is no end result after so many
-                         seconds, up to a year (default: no limit)
-    --ne ID              Identifier of the element, 0 to 4294967295 (default: 0)
-    --key TEXT           Look only at reports that hold TEXT or match it as a
-                         pattern with * (may be repeated)
-    --separator TEXT     A report ends behind TEXT, not where its language ends it
-    --json               Print one JSON object per change
-    -v, --verbose        Show the library's log lines, and what tl1 skips, on
-                         standard error
-  
-  An element with an identifier above 16777215 (0xFFFFFF) speaks TL1, others speak
-  MML. Give the identifier in decimal, or in hexadecimal behind 0x.
-  
-  An MML report ends at a line ;, >, < or --- END, or before an empty line; a TL1
-  report as varnel tl1 cuts it.
-  
-  The command ends with the end result: a package load when all is done, a script
-  run with its end report. On a terminal a bar shows the progress.
+        --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
+                          IPv6 address in brackets
+        --follow          Continue to read as FILE grows
+        --timeout SECONDS  Stop if there is no end result after this time, up to a
+                          year (default: no limit)
+        --ne ID           Set the identifier of the element, 0 to 4294967295,
+                          decimal, or hexadecimal after 0x (default: 0)
+        --key TEXT        Read only reports that contain TEXT or match it as a
+                          pattern with *; may be repeated
+        --separator TEXT  End reports after TEXT instead of where the language
+                          ends them
+        --json            Print one JSON object per change
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
   
   JSON objects:
-    event                 package, script or end.
-    done, total, percent  Of package and script: numbers.
-    result, code          Of end: the word and the number that the element gives.
-    item, text            Of end: where and why a run failed, or null.
+    event                 package, script or end
+    done, total, percent  Numbers of package and script
+    result, code          The word and the number of the end result
+    item, text            Where and why a run failed, or null
   
   Exit status:
-    0  The load or run ended well.
-    1  It failed, there was no end result, or the input is unreadable, or the
-       result could not be written.
+    0  The load or run succeeded.
+    1  It failed, there was no end result, the input is unreadable, or the result
+       could not be written.
     2  The command line is wrong.
   
   Examples:
     varnel report load.log
-        Show the progress that is written down in a file.
+        Show the progress recorded in a file.
     varnel report --connect 192.0.2.7:1400 --ne 0x1000001 --timeout 600
         Follow a load for ten minutes at most.
     varnel report --follow --json --key '*BOARD 3*' session.log
@@ -251,55 +229,51 @@
   == end of report
   Cut a stream of bytes into TL1 messages and show their parts.
   
-  Usage: varnel tl1 [OPTIONS] [FILE]
+  Usage: varnel tl1 [OPTION]... [FILE]
   
-  Arguments:
-    FILE  File to read; - is standard input (default: -; not with --connect)
+  FILE is read to its end; without FILE, or if it is -, standard input is read.
+  Line ends of every kind are accepted. Echoes, banners, prompts and telnet bytes
+  between messages are skipped. A message that cannot be read is shown as
+  unrecognised. A last message without its end is reported on standard error.
+  
+  LIST is one value, or several separated by commas. A message is shown if it
+  passes all filters.
   
   Options:
-    -h, --help           Print this help and exit
-    --connect HOST:PORT  Read from a TCP connection; an IPv6 address stands in
-                         brackets (not with --follow, FILE)
-    --follow             Go on reading as FILE grows (not with --connect)
-    --timeout SECONDS    Give up after so many seconds without a byte, up to a
-                         year (default: no limit)
-    --json               Print one JSON object per message
-    --join               Make one message of the parts of an answer
-    --strict             Read messages with the library's strict parser
-    --type LIST          Only messages of these types (values: acknowledgement,
-                         response, autonomous, prompt, unrecognised; several are
-                         separated by commas)
-    --ctag LIST          Only messages with these correlation tags (several are
-                         separated by commas)
-    --code LIST          Only messages with these codes, such as COMPLD or *C
-                         (several are separated by commas)
-    --limit BYTES        The longest message taken, 1 to 1099511627776 (default:
-                         16777216)
-    -v, --verbose        Show the library's log lines, and what tl1 skips, on
-                         standard error
-  
-  Line ends of every kind are taken; echoes, banners, prompts and telnet bytes
-  between messages are skipped. What is cut out as a message but cannot be read is
-  shown as unrecognised. A last message without its end is told on standard error.
-  A message is shown when it passes all filters.
+        --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
+                          IPv6 address in brackets
+        --follow          Continue to read as FILE grows
+        --timeout SECONDS  Stop after this time without a byte, up to a year
+                          (default: no limit)
+        --json            Print one JSON object per message
+        --join            Join the parts of an answer into one message
+        --strict          Read messages with the library's strict parser
+        --type LIST       Show only messages of these types: acknowledgement,
+                          response, autonomous, prompt, unrecognised
+        --ctag LIST       Show only messages with these correlation tags
+        --code LIST       Show only messages with these codes: COMPLD, *C, ...
+        --limit BYTES     Accept messages up to this length, 1 to 1099511627776
+                          (default: 16777216)
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines, and what was skipped, on
+                          standard error
   
   JSON objects:
-    type             acknowledgement, response, autonomous, prompt or
-                     unrecognised.
-    offset, length   Where the message stands in the stream, in bytes.
-    sid, date, time  From the header.
-    ctag, atag       The correlation tag of an answer; the tag of an autonomous
-                     message.
-    code, verb       The completion or alarm code; what an autonomous message
-                     reports.
-    lines            A list of the lines of its text.
-    continues        True when more parts of the answer follow.
-  
-    What a message does not have is null.
+    type                  acknowledgement, response, autonomous, prompt or
+                          unrecognised
+    offset, length        Position of the message in the stream, in bytes
+    sid, date, time       From the header
+    ctag, atag            The correlation tag of an answer; the tag of an
+                          autonomous message
+    code, verb            The completion or alarm code; the subject of an
+                          autonomous message
+    lines                 A list of the lines of its text
+    continues             True if more parts of the answer follow
+    Values that a message does not have are null.
   
   Exit status:
     0  The whole stream was read.
-    1  The last message has no end, a message is too long, the time is over, or
+    1  The last message has no end, a message is too long, the time limit passed,
        the input is unreadable, or the result could not be written.
     2  The command line is wrong.
   
@@ -311,52 +285,48 @@
     varnel tl1 --connect 192.0.2.7:1400 --timeout 60
         Show what an element sends until it is silent for a minute.
   == end of tl1
-  Show a slot in every form it is written in.
+  Show a slot in each form in which it can be written.
   
-  Usage: varnel slot [OPTIONS] TEXT...
+  Usage: varnel slot [OPTION]... TEXT...
   
-  Arguments:
-    TEXT...  Slots in any form; - reads them from standard input, one a line
+  TEXT is a slot in any form; - reads texts from standard input, one per line, and
+  skips empty lines.
   
   Options:
-    -h, --help         Print this help and exit
-    --generation CODE  Give the DC form only where elements of this generation
-                       write it
-    --json             Print one JSON object per text
-    -v, --verbose      Show the library's log lines, and what tl1 skips, on
-                       standard error
+        --generation CODE  Show the DC form only if elements of this generation
+                          use it
+        --json            Print one JSON object per text
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
   
   How a text is read:
-    0x0305          hexadecimal: the word, shelf * 256 + slot
-    FAC-1-SLOT-3-5  behind the first SLOT- as in TL1; SLOT-7 has no shelf, and
-                    SLOT-305 is a plain number
-    3-5             shelf and slot, as in MML parameters
-    305             from 200 on and with 3 to 11 digits in the DC form: shelf, and
-                    two digits of slot
-    7, 105          other numbers plainly: the slot, without a shelf
-  
-    Where another reading is possible, a note tells it. Empty lines of standard
-    input are passed over.
+    0x0305                Hexadecimal: the word, shelf * 256 + slot
+    FAC-1-SLOT-3-5        After the first SLOT-, as in TL1; SLOT-7 has no shelf,
+                          and SLOT-305 is a plain number
+    3-5                   Shelf and slot, as in MML parameters
+    305                   From 200 on and with 3 to 11 digits, the DC form: shelf,
+                          then two digits of slot
+    7, 105                Other numbers: the slot, without a shelf
+    If another reading is possible, a note describes it.
   
   What is shown:
-    Elements of old generations write shelves from 2 on in the DC form; other
-    slots, and all of the second generation (codes above 52099), are written
-    dashed and have none. Without --generation the DC form is that of an old
-    generation. The NE slot ID is that of a text which is a number and nothing
-    else.
+    Elements of old generations write shelves from 2 on in the DC form. Other
+    slots, and all slots of the second generation (codes above 52099), are written
+    with a dash and have no DC form. Without --generation the DC form is that of
+    an old generation. The NE slot ID is shown for a text that is only a number.
   
   JSON objects:
-    text               The text given.
-    word, shelf, slot  Numbers.
-    dashed, hex, dc    Texts; dc is null where there is no DC form.
-    ne_slot_id         A number, or null where the text is not a plain number.
-  
-    All but text are null for a text that is no slot. Notes go to standard error.
+    text                  The text
+    word, shelf, slot     Numbers
+    dashed, hex, dc       Texts; dc is null if there is no DC form
+    ne_slot_id            A number; null if the text is not a plain number
+    If the text is not a slot, all values except text are null. Notes are printed
+    on standard error.
   
   Exit status:
     0  Every text is a slot.
-    1  A text is none, or standard input cannot be read, or the result could not
-       be written.
+    1  A text is not a slot, standard input cannot be read, or the result could
+       not be written.
     2  The command line is wrong.
   
   Examples:
@@ -365,47 +335,43 @@
     varnel slot --generation 52100 10-31
         Show it as elements of the second generation write it.
     varnel slot --json - < slots.txt
-        Read slots from a file, one a line, for a program.
+        Read slots from a file, one per line, for a program.
   == end of slot
-  Tell whether boards are system-control boards, and whether an element is of the
-  Korvane family.
+  Report whether boards are system-control boards.
   
-  Usage: varnel board [OPTIONS] [NAME...]
+  Usage: varnel board [OPTION]... [NAME]...
   
-  Arguments:
-    NAME...  Board names; - reads them from standard input, one a line
+  NAME is the name of a board, in any case of letters; - reads names from standard
+  input, one per line, and skips empty lines. With --ne, report also whether an
+  element belongs to the Korvane family.
   
   Options:
-    -h, --help         Print this help and exit
-    --ne NAME          Tell also whether the element of this name is of the
-                       Korvane family (only with --generation)
-    --generation CODE  Generation code of that element; above 52099 none is
-                       Korvane (only with --ne)
-    --json             Print one JSON object per name
-    -v, --verbose      Show the library's log lines, and what tl1 skips, on
-                       standard error
-  
-  Case does not count in names. Empty lines of standard input are passed over.
+        --ne NAME         Report whether the element of this name belongs to the
+                          Korvane family; requires --generation
+        --generation CODE  Set the generation code of that element, decimal; an
+                          element with a code above 52099 is not Korvane
+        --json            Print one JSON object per name
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
   
   JSON objects:
-    of a board     name, system_control
-    of an element  ne, generation, korvane
-  
-    The answers are true or false, and null for a bad name.
+    name, system_control  A board, and true or false
+    ne, generation, korvane  An element, its code, and true or false
+    The answer is null for a bad name.
   
   Exit status:
-    0  Every question is answered, whatever the answers are.
-    1  A name is empty or holds a NUL, or standard input cannot be read, or the
+    0  Every name is valid, for any answer.
+    1  A name is empty or contains a NUL, standard input cannot be read, or the
        result could not be written.
     2  The command line is wrong.
   
   Examples:
     varnel board vcua mainboard
-        Tell of two boards.
+        Check two boards.
     varnel board --ne KVA-4210 --generation 50000
-        Tell of an element.
+        Check an element.
     varnel board --json - < boards.txt
-        Tell of all boards in a file, one a line, for a program.
+        Check all boards in a file, one per line, for a program.
   == end of board
   $ varnel --version | sed 's/[0-9][0-9]*/N/g'
   varnel N.N.N

@@ -81,7 +81,7 @@ Control characters, invalid UTF-8 and NULs in names, texts and streams.
   {"name":"\\u001b[2Jscc\xc2\x9b\xef\xbf\xbd","system_control":true} (esc)
   $ printf 'vcu\0x\nvcu\n' | varnel board -
   vcu: a system-control board
-  ! varnel: vcu\x00x: holds a NUL
+  ! varnel: vcu\x00x: contains a NUL
   [1]
   $ varnel board --json ''
   {"name":"","system_control":null}

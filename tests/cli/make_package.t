@@ -24,7 +24,7 @@
     payload offset  152
     cold patch      no
     entries         0
-  ! varnel: small.pkg: package description: there is no valid entry in it
+  ! varnel: small.pkg: package description: there is no valid entry in it (expected eight columns separated by colons)
 
 To and from standard streams. A file that cannot be read is noticed before the first byte is written.
 
@@ -104,43 +104,43 @@ Wrong usage exits with 2 and writes nothing.
   $ mkdir wrong && cd wrong
   $ varnel make-package --type 65536 out.pkg
   ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --type x out.pkg
   ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --type -1 out.pkg
   ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --extension 1 out.pkg
-  ! varnel: --extension: goes with --type 2 only
-  ! varnel make-package --help tells the usage.
+  ! varnel: --extension: requires --type 2
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --link "no marker" out.pkg
-  ! varnel: --link: holds no "-> "
-  ! varnel make-package --help tells the usage.
+  ! varnel: --link: has no "-> " (expected NAME -> TARGET)
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --link "a -> $(printf '%01024d' 0)" out.pkg
   ! varnel: --link: is longer than 1023 bytes
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --version-text "$(printf '%065535d' 0)" out.pkg
   ! varnel: --version-text: is longer than 65534 bytes
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --gap 1,2,3,4,5 out.pkg
   ! varnel: --gap: has too many values
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package -d - -p - out.pkg
-  ! varnel: --payload: standard input is taken by --description
-  ! varnel make-package --help tells the usage.
+  ! varnel: --payload: standard input is already read by --description
+  ! Try "varnel make-package --help".
   [2]
   $ varnel make-package
   ! varnel: OUTPUT is required
-  ! varnel make-package --help tells the usage.
+  ! Try "varnel make-package --help".
   [2]
   $ ls -A
   $ cd ..

@@ -60,18 +60,6 @@ Several files: one bad file makes the exit status 1.
   $ varnel package -q sample.pkg absent.pkg
   [1]
 
-The library's log lines.
-
-  $ head -c 50 sample.pkg > cut.pkg
-  $ varnel -v package cut.pkg
-  cut.pkg: bad: directory head: the file ends after 50 of 64 bytes
-  ! varnel: library warning: readZEPFileHead(): ACE_OS::fread failed! errno: 0 [publicdata readZEPFileHead]
-  [1]
-  $ varnel package cut.pkg --verbose
-  cut.pkg: bad: directory head: the file ends after 50 of 64 bytes
-  ! varnel: library warning: readZEPFileHead(): ACE_OS::fread failed! errno: 0 [publicdata readZEPFileHead]
-  [1]
-
 File types.
 
   $ for type in 0 13 14 15 16 0x201 514 65535; do varnel make-package --type $type type-$type.pkg; done
@@ -172,13 +160,13 @@ Descriptions: none, without entries, with a line that is too long, of a cold pat
     entries         1
       NAME  KIND        SIZE
       a     b              5
-  ! varnel: empty.pkg: package description: there is no valid entry in it
-  ! varnel: long.pkg: package description: a column is longer than 255 bytes, the entries from there on are not listed
+  ! varnel: empty.pkg: package description: there is no valid entry in it (expected eight columns separated by colons)
+  ! varnel: long.pkg: package description: line 4: a column is longer than 255 bytes, the entries from there on are not listed
   $ varnel package --json empty.pkg long.pkg
   {"path":"empty.pkg","ok":true,"error":null,"version":"1.0","link_target":"package","file_type":1,"file_type_accepted":true,"payload_offset":149,"extension_word":null,"cold_patch":false,"entries":[]}
   {"path":"long.pkg","ok":true,"error":null,"version":"1.0","link_target":"package","file_type":1,"file_type_accepted":true,"payload_offset":149,"extension_word":null,"cold_patch":false,"entries":[{"name":"a","kind":"b","size":5}]}
-  ! varnel: empty.pkg: package description: there is no valid entry in it
-  ! varnel: long.pkg: package description: a column is longer than 255 bytes, the entries from there on are not listed
+  ! varnel: empty.pkg: package description: there is no valid entry in it (expected eight columns separated by colons)
+  ! varnel: long.pkg: package description: line 4: a column is longer than 255 bytes, the entries from there on are not listed
   $ varnel package -q empty.pkg
   $ printf '[COLDPATCH]\n[File Description]\na:b:c:d:5:f:g:h\n' > patch.txt
   $ varnel make-package -d patch.txt patch.pkg

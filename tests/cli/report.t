@@ -276,10 +276,10 @@ Wrong usage.
   ! varnel: --connect excludes --follow
   status 2 of --connect 127.0.0.1:7 --follow
   $ try --follow
-  ! varnel: --follow: goes with a FILE only
+  ! varnel: --follow: requires a FILE
   status 2 of --follow
   $ try --follow -
-  ! varnel: --follow: goes with a FILE only
+  ! varnel: --follow: requires a FILE
   status 2 of --follow -
   $ try --separator ''
   ! varnel: --separator: is empty

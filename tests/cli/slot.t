@@ -347,40 +347,40 @@ Wrong usage.
 
   $ for code in x 0x5 1.5 '' +5 ' 5' 5x 2147483648; do varnel slot --generation "$code" 3-5 || echo "status $?"; done
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   ! varnel: --generation: is not a decimal number of 32 bits
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   status 2
   $ varnel slot
   ! varnel: TEXT is required
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   [2]
   $ varnel slot -x
   ! varnel: unknown option: -x
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   [2]
   $ varnel slot --json
   ! varnel: TEXT is required
-  ! varnel slot --help tells the usage.
+  ! Try "varnel slot --help".
   [2]
   $ varnel slot -- -x
   ! varnel: -x: has no number where the shelf or the slot stands

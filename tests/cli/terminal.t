@@ -15,6 +15,18 @@ Colours and progress of package.
   $ on_terminal "NO_COLOR=1 varnel package cut.pkg" | cat -v
   cut.pkg: bad: directory head: the file ends after 50 of 64 bytes^M
   [1]
+  $ on_terminal "NO_COLOR= varnel package cut.pkg" | cat -v
+  cut.pkg: ^[[1;31mbad^[[0m: directory head: the file ends after 50 of 64 bytes^M
+  [1]
+  $ on_terminal "TERM=dumb varnel package cut.pkg" | cat -v
+  cut.pkg: bad: directory head: the file ends after 50 of 64 bytes^M
+  [1]
+  $ on_terminal "varnel make-package -" | cat -v
+  varnel: -: is a terminal (expected a file or a pipe)^M
+  [1]
+  $ on_terminal "stty cols 30; varnel package --only-bad tree" | cat -v | grep -o '\[=* *\] 1/2 files'
+  [========         ] 1/2 files
+  [1]
   $ on_terminal "varnel package --only-bad tree" | cat -v | grep -o '=* *\] 1/2 files'
   ====================                    ] 1/2 files
   [1]

@@ -301,14 +301,14 @@ Files that cannot be read, empty ones, and wrong usage.
   [1]
   $ varnel tl1 /dev/null
   $ varnel tl1 --type answer x
-  ! varnel: --type: answer is none of acknowledgement, response, autonomous, prompt, unrecognised
-  ! varnel tl1 --help tells the usage.
+  ! varnel: --type: answer is not one of acknowledgement, response, autonomous, prompt, unrecognised
+  ! Try "varnel tl1 --help".
   [2]
   $ varnel tl1 --limit 0 x
   ! varnel: --limit: is not a number from 1 to 1099511627776, decimal or 0x and hexadecimal
-  ! varnel tl1 --help tells the usage.
+  ! Try "varnel tl1 --help".
   [2]
   $ varnel tl1 one two
   ! varnel: unexpected argument: two
-  ! varnel tl1 --help tells the usage.
+  ! Try "varnel tl1 --help".
   [2]

@@ -63,8 +63,16 @@ TEST(Help, OfEachSubcommandListsItsOptionsAndOperands) {
       EXPECT_TRUE(!option->get_positional() || usage.find(option->get_name(true)) != usage.npos) << usage;
     }
     EXPECT_NE(std::string::npos, help.find("\nExamples:\n  varnel " + command->get_name())) << help;
-    EXPECT_NE(std::string::npos, commandLine.Top().help().find("\n  " + command->get_name() + ' '))
-        << command->get_name();
+  }
+}
+
+TEST(Help, OfTheCommandListsItsSubcommands) {
+  const CommandLine commandLine;
+  const std::string help = commandLine.Top().help();
+  for (const CLI::App* command : commandLine.Top().get_subcommands({})) {
+    if (command->get_name() == "help") continue;
+    const std::string purpose = command->help().substr(0, command->help().find(".\n"));
+    EXPECT_TRUE(std::regex_search(help, std::regex("\n  " + command->get_name() + " +" + purpose + '\n'))) << help;
   }
 }
 

@@ -53,8 +53,7 @@ class HelpCommand {
 
 const Subcommand HELP = {"help", HELP_TEXT, AddAs<HelpCommand>};
 
-const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD, &MAKE_PACKAGE, &COLDPATCH, &REPORT,
-                                         &TL1,     &SLOT, &BOARD,        &HELP};
+const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD, &MAKE_PACKAGE, &COLDPATCH, &REPORT, &TL1, &SLOT, &BOARD};
 
 constexpr char HELP_BEFORE_SUBCOMMANDS[] = R"(Tools for NE software packages and reports.
 
@@ -153,6 +152,7 @@ CommandLine::CommandLine() : m_top("", "varnel") {
   });
   for (const Subcommand* subcommand : SUBCOMMANDS)
     AddSubcommand(*subcommand);
+  AddSubcommand(HELP);
 }
 
 void CommandLine::AddSubcommand(const Subcommand& subcommand) {
