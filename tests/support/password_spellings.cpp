@@ -1,5 +1,7 @@
 #include "password_spellings.h"
 
+#include <algorithm>
+
 namespace VARNEL_TEST {
 
 namespace {
@@ -28,7 +30,9 @@ const std::vector<Spelling>& Spellings() {
   static const std::vector<Spelling> spellings{
       {"without quotes",
        [](const std::string& password) {
-         const bool possible = !HoldsAny(password, " \t\n,;") && !HoldsAny(password.substr(0, 1), "\"'\\");
+         const size_t start = std::min(password.find_first_not_of("=:>"), password.size() - 1);
+         const bool possible = !HoldsAny(password, " \t\n,;") && !HoldsAny(password.substr(0, 1), "\"'\\([{") &&
+                               !HoldsAny(password.substr(start, 1), "\"'([{");
          return possible ? "a PWD=" + password + ",b=1" : "";
        },
        "a PWD=******,b=1"},
