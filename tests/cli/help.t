@@ -280,8 +280,8 @@
   
   Line ends of every kind are taken; echoes, banners, prompts and telnet bytes
   between messages are skipped. What is cut out as a message but cannot be read is
-  shown as unrecognised. A last message without its end is told on standard error.
-  A message is shown when it passes all filters.
+  shown as unrecognised. A message without its end is shown too, and reported on
+  standard error. A message is shown when it passes all filters.
   
   JSON objects:
     type             acknowledgement, response, autonomous, prompt or
@@ -299,8 +299,8 @@
   
   Exit status:
     0  The whole stream was read.
-    1  The last message has no end, a message is too long, the time is over, or
-       the input is unreadable, or the result could not be written.
+    1  A message has no end or is too long, the time is over, or the input is
+       unreadable, or the result could not be written.
     2  The command line is wrong.
   
   Examples:

@@ -163,7 +163,6 @@ class Tl1Command {
           {"sid, date, time", "From the header."},
           {"ctag, atag", "The correlation tag of an answer; the tag of an autonomous message."},
           {"code, verb", "The completion or alarm code; what an autonomous message reports."},
-          {"complete", "False for a message without its end."},
           {"lines", "A list of the lines of its text."},
           {"continues", "True when more parts of the answer follow."},
           {"", "What a message does not have is null."}}}};
