@@ -47,12 +47,12 @@ Control characters, invalid UTF-8 and NULs in names, texts and streams.
   $ printf '\r\n\n   "N\033[2J" 26-03-04 05:06:07\r\n*C 1 REPT ALM \033]0;x\007\r\n   "\033[31m\302\233\377z"\r\n;' > hostile
   $ varnel tl1 hostile
   autonomous  *C  REPT ALM \x1b]0;x\x07  atag 1
-    from  N\x1b[2J  26-03-04  05:06:07
+    from  N  26-03-04  05:06:07
     at    0, 72 bytes
       "\x1b[31m\xc2\x9b\xffz"
   
   $ varnel tl1 --json hostile
-  {"type":"autonomous","offset":0,"length":72,"sid":"N\\u001b[2J","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"1","code":"*C","verb":"REPT ALM \\u001b]0;x\\u0007","lines":["\\"\\u001b[31m\xc2\x9b\xef\xbf\xbdz\\""],"continues":false} (esc)
+  {"type":"autonomous","offset":0,"length":72,"sid":"N","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"1","code":"*C","verb":"REPT ALM \\u001b]0;x\\u0007","lines":["\\"\\u001b[31m\xc2\x9b\xef\xbf\xbdz\\""],"continues":false} (esc)
 
   $ varnel slot "$(printf '3-5,\033[2J\302\233\377')" "$(printf '\033]0;x\007')"
   3-5,\x1b[2J\xc2\x9b\xff: shelf 3, slot 5

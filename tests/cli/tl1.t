@@ -124,10 +124,13 @@
       "1/2"
       "2/2"
   
-  $ varnel tl1 --json - < 14-cuts.tl1 | diff - 14-cuts.json
-  $ for capture in *.tl1; do
-  >   varnel tl1 --json "$capture" 2>&1 | diff - "${capture%.tl1}.json"
-  > done
+  $ varnel tl1 --json - < 14-cuts.tl1
+  {"type":"acknowledgement","offset":0,"length":7,"sid":null,"date":null,"time":null,"ctag":"1","atag":null,"code":"IP","verb":null,"lines":[],"continues":false}
+  {"type":"response","offset":7,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COMPLD","verb":null,"lines":["\"a\""],"continues":false}
+  {"type":"autonomous","offset":61,"length":56,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"2","code":"A","verb":"REPT EVT","lines":["\"b\""],"continues":false}
+  {"type":"response","offset":117,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"2","atag":null,"code":"COMPLD","verb":null,"lines":["\"c\""],"continues":true}
+  {"type":"response","offset":171,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"2","atag":null,"code":"COMPLD","verb":null,"lines":["\"d\""],"continues":false}
+  {"type":"autonomous","offset":225,"length":61,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"3","code":"*C","verb":"REPT ALM EQPT","lines":["\"e\""],"continues":false}
 
 Filters.
 
@@ -250,13 +253,20 @@ Messages without an end.
   acknowledgement  IP  ctag 1
     at    0, 7 bytes
   
-  ! varnel: -: the last message, at offset 7, has no end
+  response  COMPLD  ctag 1
+    from  NORTH1  26-03-04  05:06:07
+    at    7, 50 bytes
+      "x
+  
+  ! varnel: -: the message at offset 7 has no end
   [1]
   $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>' > cut
   $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COM' >> cut
   $ varnel tl1 --join --json cut
   {"type":"response","offset":0,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COMPLD","verb":null,"lines":["\"x\""],"continues":true}
-  ! varnel: cut: the last message, at offset 54, has no end
+  {"type":"response","offset":54,"length":40,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COM","verb":null,"lines":[],"continues":false}
+  ! varnel: cut: the message at offset 0 has no end
+  ! varnel: cut: the message at offset 54 has no end
   [1]
 
 The limit of a message: the second one has 103 bytes.
@@ -275,6 +285,11 @@ The limit of a message: the second one has 103 bytes.
   acknowledgement  IP  ctag 1
     at    0, 7 bytes
   
+  response  COMPLD  ctag 1
+    from  NORTH1  26-03-04  05:06:07
+    at    7, 102 bytes
+      "00000000000000000000000000000000000000000000000000"
+  
   ! varnel: long: the message at offset 7 is longer than 102 bytes
   [1]
   $ for _ in 1 2 3; do printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>'; done | varnel tl1 --limit 100 --join
@@ -284,10 +299,13 @@ The limit of a message: the second one has 103 bytes.
       "x"
       "x"
   
-  ! varnel: -: an answer in several parts is longer than 100 bytes
-  [1]
-  $ printf '   NORTH1 26-03-04 05:06:07' | varnel tl1 --limit 20
-  ! varnel: -: the message at offset 0 is longer than 20 bytes
+  response  COMPLD  ctag 1  (continues)
+    from  NORTH1  26-03-04  05:06:07
+    at    108, 54 bytes
+      "x"
+  
+  ! varnel: -: the message at offset 0 is longer than 100 bytes
+  ! varnel: -: the message at offset 108 has no end
   [1]
 
 Files that cannot be read, empty ones, and wrong usage.

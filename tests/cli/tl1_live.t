@@ -67,7 +67,7 @@ Connections: whole, one byte at a time, cut off, refused, silent.
   $ serve --piece 100 --pause 5 cut.tl1
   $ varnel tl1 --json --type response --connect "$address" 2>&1 | without_port
   {"type":"response","offset":46,"length":133,"sid":"NE-EAST","date":"26-01-15","time":"12:00:07","ctag":"117","atag":null,"code":"COMPLD","verb":null,"lines":["\"SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\\\"second > third\\\"\"","/* one alarm */"],"continues":false}
-  ! varnel: 127.0.0.1:PORT: the last message, at offset 293, has no end
+  ! varnel: 127.0.0.1:PORT: the message at offset 293 has no end
   [1]
   $ serve --refuse
   $ varnel tl1 --connect "$address" 2>&1 | without_port
@@ -82,13 +82,8 @@ Connections: whole, one byte at a time, cut off, refused, silent.
   ! varnel: 127.0.0.1:PORT: nothing came for 1 second
   [1]
 
-A message that never ends meets the limit, a byte a second the time limit.
+A byte a second meets the time limit.
 
-  $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   no end in sight' > endless
-  $ serve --for-ever endless
-  $ varnel tl1 --limit 1000000 --connect "$address" 2>&1 | without_port
-  ! varnel: 127.0.0.1:PORT: the message at offset 0 is longer than 1000000 bytes
-  [1]
   $ printf 'x' > drop
   $ serve --for-ever --piece 1 --pause 1000 drop
   $ varnel tl1 --timeout 0.3 --connect "$address" 2>&1 | without_port

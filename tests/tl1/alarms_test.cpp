@@ -43,11 +43,13 @@ TEST(Tl1Alarms, AreRaisedChangedAndCleared) {
       Changes(alarms, AlarmMessage("*C 1 REPT ALM EQPT", "\"S-1:CR,LOS,SA,03-04:\\\"no, light\\\",x\"") +
                           AlarmMessage("** 2 REPT ALM EQPT", "\"S-1:MJ,LOS,SA:\\\"no, light\\\"\"", "08") +
                           AlarmMessage("** 3 REPT ALM EQPT", "\"S-1:MJ,LOS,SA:\\\"no, light\\\"\"", "09") +
+                          AlarmMessage("** 3 REPT ALM EQPT", "\"S-1:MJ,LOS,NSA:\\\"no, light\\\"\"", "09") +
                           AlarmMessage("*  4 REPT ALM EQPT", "\"S-1:MN,LOF\"", "10") +
                           AlarmMessage("A  5 REPT ALM EQPT", "\"S-1:CL,LOS,SA\"", "11")),
       (Texts{"raised S,A,S-1,LOS,CR,SA,26-03-04 05:06:07,1,no, light",
-             "changed S,A,S-1,LOS,MJ,SA,26-03-04 05:06:07,1,no, light", "raised S,A,S-1,LOF,MN,,26-03-04 05:06:10,4,",
-             "cleared S,A,S-1,LOS,CL,SA,26-03-04 05:06:07,1,no, light"}));
+             "changed S,A,S-1,LOS,MJ,SA,26-03-04 05:06:07,1,no, light",
+             "changed S,A,S-1,LOS,MJ,NSA,26-03-04 05:06:07,1,no, light", "raised S,A,S-1,LOF,MN,,26-03-04 05:06:10,5,",
+             "cleared S,A,S-1,LOS,CL,NSA,26-03-04 05:06:07,1,no, light"}));
   ASSERT_EQ(alarms.Active().size(), 1U);
   EXPECT_EQ(alarms.Active().begin()->second.condition, "LOF");
 }
@@ -59,6 +61,8 @@ TEST(Tl1Alarms, CodeAndTextMayDisagree) {
   EXPECT_TRUE(alarms.Active().empty()) << "severity CL clears with any code";
   Changes(alarms, AlarmMessage("A  1 REPT ALM EQPT", "\"S-1:MN,LOS\""));
   EXPECT_EQ(alarms.Active().size(), 1U) << "code A alone clears nothing";
+  Changes(alarms, AlarmMessage("*C 1 REPT ALM EQPT", "\"S-1:MN,LOS,CL\""));
+  EXPECT_EQ(alarms.Active().size(), 1U) << "CL elsewhere needs code A";
   Changes(alarms, AlarmMessage("A  1 REPT ALM EQPT", "\"S-1:MN,LOS,CL\""));
   EXPECT_TRUE(alarms.Active().empty()) << "code A with CL";
 }

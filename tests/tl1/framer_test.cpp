@@ -345,6 +345,7 @@ TEST(Tl1Framer, CountsWhatItSkips) {
   EXPECT_EQ(skipped.lines, 3U);
   EXPECT_EQ(skipped.prompts, 3U);
   EXPECT_EQ(skipped.echoes, 1U);
+  EXPECT_EQ(CutStream("word;\r\nword-a;\r\nword:a;\r\n").skipped.echoes, 2U);
   EXPECT_EQ(skipped.telnet, 2U);
   EXPECT_EQ(skipped.bytes, 9U + 11 + 13 + 3 + 14 + 5000);
 }

@@ -59,6 +59,7 @@ TEST(Tl1Text, QuotedTextsBeginAtALineAndEndOne) {
             (Texts{"\"a\\\"b\"", "", "", "\"f\"", ""}));
   EXPECT_EQ(Quoted("   \"a,\r\n   \"b\"\r\n"), (Texts{"", "\"b\""})) << "the first one is not closed at a line's end";
   EXPECT_EQ(Quoted("   \"a,\r\n   b\"\r\n   \"c\"\r\n"), (Texts{"\"a,\r\n   b\"", "", "\"c\""}));
+  EXPECT_EQ(Quoted("   \"a\r\n   \"\r\n   b\"\r\n"), (Texts{"\"a\r\n   \"", "", ""}));
   EXPECT_EQ(Quoted("   \"a\r\n\r\n   \\\"b\r\n   c\"\r\n"), (Texts{"\"a\r\n\r\n   \\\"b\r\n   c\"", "", "", ""}));
 }
 
@@ -90,6 +91,11 @@ TEST(Tl1Text, IsUnescaped) {
   std::string text = "kept ";
   VARNEL_TL1::AppendUnescaped("a", text);
   EXPECT_EQ(text, "kept a");
+}
+
+// The \" is a quote, as the backslash is the second byte of a character.
+TEST(Tl1Text, QuotesAfterTwoByteCharacters) {
+  EXPECT_EQ(Quoted("\"\x95\\\"\r\n\"b\""), (Texts{"\"\x95\\\"", "\"b\""}));
 }
 
 TEST(Tl1Text, ReadForgetsTheTextBefore) {

@@ -23,14 +23,23 @@ FramerMachine::Step FramerMachine::StepBetween() {
   }
   if (!line.whole && !tooLong) return Step::NeedBytes;
   if (!tooLong) {
-    if (const auto step = JudgeHeader(line)) return *step;
-    if (const auto step = JudgeAcknowledgement(line)) return *step;
-    if (const auto step = JudgeCutHeader(line)) return *step;
+    if (const auto step = JudgeLine(line)) return *step;
   }
-  const bool echo = IsUnindented(View(line)) && IsCommand(View(line));
-  const bool text = promptLength == 0 && line.begin != m_lastEnd && !echo && !Trimmed(View(line)).empty();
-  if (m_moreToCome && text) return BeginBare(line.begin);
+  if (m_moreToCome && promptLength == 0 && IsTextOfPart(line)) return BeginBare(line.begin);
   return tooLong ? SkipLongLine(line) : SkipLine(line, promptLength);
+}
+
+// What shows in a whole line, and in what follows it.
+std::optional<FramerMachine::Step> FramerMachine::JudgeLine(const Line& line) {
+  if (const auto step = JudgeHeader(line)) return step;
+  if (const auto step = JudgeAcknowledgement(line)) return step;
+  return JudgeCutHeader(line);
+}
+
+// Neither blank nor an echo, nor the rest of the line that ended the part.
+bool FramerMachine::IsTextOfPart(const Line& line) const {
+  const bool echo = IsUnindented(View(line)) && IsCommand(View(line));
+  return line.begin != m_lastEnd && !echo && !Trimmed(View(line)).empty();
 }
 
 // ">" alone after a line end is a message.

@@ -97,6 +97,8 @@ class FramerMachine {
 
   // framer_between.cpp: lines between messages. No value if the line is something else.
   Step StepBetween();
+  std::optional<Step> JudgeLine(const Line& line);
+  bool IsTextOfPart(const Line& line) const;
   std::optional<Step> JudgePrompt(const Line& line);
   std::optional<Step> JudgeUnindented(const Line& line);
   std::optional<Step> JudgeHeader(const Line& line);
@@ -126,26 +128,27 @@ class FramerMachine {
   Finder<CommentEndSearch> m_commentEnds;
   StrictHeaderFinder m_strictHeaders;
 
-  State m_state = State::Between;
   size_t m_pos = 0;              // of the line to look at
   size_t m_lastEnd = 0;          // of the message before
   uint64_t m_lastEndOffset = 0;  // the same in the stream
-  bool m_broken = false;         // bytes were lost because memory ran out
 
   // The message that has begun.
   size_t m_begin = 0;
   size_t m_textBegin = 0;
-  Fields m_fields;
-  bool m_bare = false;
   size_t m_openFrom = 0;   // after the mark that opened the quotation or comment
-  bool m_comment = false;  // it is a comment
   size_t m_semicolon = 0;  // that may end the message
+  Fields m_fields;
 
-  bool m_moreToCome = false;  // the last part ended in ">"
-  Message m_part;             // the fields of that part
-  std::string m_partText;     // what they show once the buffer has changed
-  bool m_partKept = false;
+  Message m_part;                // the fields of the last part that ended in ">"
+  std::string m_partText;        // what they show once the buffer has changed
   Message* m_message = nullptr;  // receives the next one
+
+  State m_state = State::Between;
+  bool m_broken = false;      // bytes were lost because memory ran out
+  bool m_bare = false;        // the message has begun with text
+  bool m_comment = false;     // a comment is open, not a quotation
+  bool m_moreToCome = false;  // the last part ended in ">"
+  bool m_partKept = false;    // m_part shows m_partText
 };
 
 }  // namespace VARNEL_TL1

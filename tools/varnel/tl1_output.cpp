@@ -49,7 +49,6 @@ Json MessageToJson(const Message& message) {
           {"atag", FieldToJson(message.atag)},
           {"code", FieldToJson(message.code)},
           {"verb", FieldToJson(message.verb)},
-          {"complete", message.complete},
           {"lines", std::move(lines)},
           {"continues", message.continues}};
 }
