@@ -91,10 +91,10 @@ TEST_F(SessionTest, RefusesACommandWhileOneIsPending) {
   EXPECT_EQ(talk.Send("RTRV-ALM"), "(another command is pending)");
   EXPECT_EQ(talk.LogIn("joe", "pass"), "(another command is pending)");
   talk.Hear(Answer("10"));
-  EXPECT_EQ(talk.LogIn("joe", "pass"), "ACT-USER::joe:12::pass;") << "the refused command took 11";
+  EXPECT_EQ(talk.LogIn("joe", "pass"), "ACT-USER::joe:11::pass;");
   EXPECT_EQ(talk.Send("RTRV-ALM"), "(another command is pending)");
-  talk.Hear(Answer("12"));
-  EXPECT_EQ(talk.Send("RTRV-ALM"), "RTRV-ALM:::13;");
+  talk.Hear(Answer("11"));
+  EXPECT_EQ(talk.Send("RTRV-ALM"), "RTRV-ALM:::12;");
 }
 
 TEST_F(SessionTest, ALateAnswerIsNotTheNextOne) {
@@ -408,7 +408,7 @@ TEST_F(HeartbeatTest, IsSentAfterSilence) {
 }
 
 TEST_F(HeartbeatTest, AnyAnswerCountsAndIsNoEvent) {
-  for (const std::string answer :
+  for (const std::string& answer :
        {Answer("10"), Answer("11", "DENY"), Answer("0", "DENY"), Answer("13", "COMPLD", "a", '>') + Answer("13"),
         std::string("\r\nPF\r\n<"), "\r\nPF 15\r\n<" + Answer("15")}) {
     EXPECT_EQ(talk.Wait(seconds(60)), Texts());
@@ -549,7 +549,7 @@ Texts Play(size_t pieceSize, size_t cutTurn = std::string::npos, size_t cutAt = 
 
 TEST(Session, EventsDoNotDependOnHowTheBytesAreCut) {
   const Texts whole = Play(0);
-  EXPECT_EQ(whole.size(), 19U) << ::testing::PrintToString(whole);
+  EXPECT_EQ(whole.size(), 16U) << ::testing::PrintToString(whole);
   for (size_t pieceSize = 1; pieceSize < 20; ++pieceSize)
     EXPECT_EQ(Play(pieceSize), whole) << pieceSize;
   for (size_t turn = 0; turn < TURNS.size(); ++turn) {
