@@ -80,7 +80,7 @@ size_t FindBlock(std::string_view text, size_t number, size_t& begin, size_t& en
 void Replace(VARNEL_COMMON::CCmdStr& text, std::string_view checked) {
   WipedText whole;
   whole.Append(checked);
-  whole.Append({";", 2});  // with the NUL that ends a C string
+  whole.Append({";\0", 2});  // a C string
   text.SetMsg(whole.View().data());
 }
 

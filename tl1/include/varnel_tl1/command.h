@@ -51,7 +51,7 @@ class VARNEL_API Command {
   const char* SetBlock(size_t number, std::string_view text);
 
   /// A parameter of a block: positional without a name.
-  struct Parameter {
+  struct VARNEL_HIDDEN Parameter {
     std::string_view name;   ///< a letter followed by letters, digits, "-" and "_", or empty
     std::string_view value;  ///< as it is meant: SetParameters() quotes and escapes it
   };
