@@ -1,4 +1,4 @@
-# Debian packages by CPack, one for each component; scripts/package builds them. Included behind all install rules.
+# Debian packages by CPack, one for each component; scripts/package builds them. Include it after all install rules.
 
 set(VARNEL_PACKAGE_REVISION 1)
 set(package_common libvarnel-common${VARNEL_COMMON_SOVERSION})

@@ -31,7 +31,7 @@ std::string Without(std::string text, const std::string& unwanted) {
   return text;
 }
 
-// What stands outside passwords, without what `unwanted` names and without the secret itself.
+// The text outside passwords, without what `unwanted` names and without the secret itself.
 std::string Other(Input& input, size_t longest, const std::string& unwanted) {
   const std::string text = Without(input.Bytes(input.Byte() % longest), unwanted);
   return text.find(SECRET) == std::string::npos ? text : "";

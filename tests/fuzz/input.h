@@ -16,7 +16,7 @@ class Input {
 
   bool IsEmpty() const { return m_rest.empty(); }
 
-  /// The next byte, 0 behind the last one.
+  /// The next byte, 0 after the last one.
   unsigned char Byte() {
     if (m_rest.empty()) return 0;
     const auto byte = static_cast<unsigned char>(m_rest.front());

@@ -15,7 +15,7 @@ namespace {
 
 constexpr size_t HUGE_SIZE = SIZE_MAX / 4;
 
-// Eight bytes "abcdefgh" that the calls under test write into, with a guard behind them.
+// Eight bytes "abcdefgh" that the calls under test write into, with a guard after them.
 struct Area {
   char bytes[12] = {'a', 'b', 'c', 'd', 'e', 'f', 'g', 'h', '#', '#', '#', '#'};
 

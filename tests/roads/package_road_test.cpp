@@ -114,7 +114,7 @@ TEST_F(PackageRoad, RefusesAPathThatClimbs) {
                          dotted + ". "});
 }
 
-// The heads are judged by CheckZEPFileHead(); a package description behind damaged ones is read all the same.
+// The heads are judged by CheckZEPFileHead(); a package description after damaged ones is read too.
 TEST_F(PackageRoad, RefusesEveryDamagedByteOfTheHeads) {
   const std::string bytes = Package().Bytes();
   const size_t fileHead = Package().FileHeadOffset();

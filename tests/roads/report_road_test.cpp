@@ -11,8 +11,8 @@
 #include "evtmsg.h"
 #include "logged_test.h"
 #include "publicdata.h"
-#include "varnel_tl1/framer.h"
 #include "tl1nemsgparse.h"
+#include "varnel_tl1/framer.h"
 
 namespace VARNEL_TEST {
 namespace {
@@ -132,7 +132,7 @@ TEST_F(ReportRoad, FollowsATl1LoadToItsEndHoweverItArrives) {
   EXPECT_EQ(Log(), Lines{});
 }
 
-// The strict parser wants an "M" somewhere behind every header.
+// The strict parser requires an "M" somewhere after every header.
 TEST_F(ReportRoad, WhatTheStrictParserRefusesIsTold) {
   Tool tool(EventsOfATool());
   tool.Receive("\r\n\n   NE1 26-01-15 12:00:08\r\nA  1 REPT EVT PROGRESS\r\n   \"S:SLOTSDONE=1,SLOTSTTL=2,\"\r\n;");

@@ -40,8 +40,8 @@ std::string ReadAll(int descriptor) {
 
 }  // namespace
 
-// The system counts the memory that a process had before it became another program. So a program of little memory, this
-// one anew, starts the command and tells what that needed.
+// The system counts the memory that a process had before it became another program. Therefore a
+// program of little memory, this one again, starts the command and reports the memory it needed.
 Child RunChild(const std::vector<std::string>& command) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("cannot make a pipe");

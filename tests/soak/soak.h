@@ -33,7 +33,7 @@ struct Child {
   std::string errors;  ///< what it wrote to standard error
 };
 
-/// First argument of this program where it only starts a command and tells what memory that needed.
+/// First argument of this program with which it only starts a command and reports the memory it needed.
 constexpr char MEASURE[] = "--measure ";
 int Measure(const std::vector<std::string>& command);
 

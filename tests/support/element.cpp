@@ -10,7 +10,7 @@
 #include "temp_folder.h"
 
 int main(int argc, char** argv) {
-  alarm(50);  // so that none is left behind by a command that never connects
+  alarm(50);  // so that no element outlives a command that never connects
   CLI::App app("Sends a file to the first who connects");
   std::string file;
   std::string host = "127.0.0.1";

@@ -55,7 +55,7 @@ void Record(const char* module, int level, Overload overload, const std::string&
   Host().lines.push_back({level, overload, text, location.Module(), location.Function(), module, location.Line()});
 }
 
-// A file whose reads fail behind its readable bytes, and whose seeks may fail.
+// A file whose reads fail after its readable bytes, and whose seeks may fail.
 struct BrokenFile {
   FILE* file;
   long readable;

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-/// A host for the unit tests. It stands in for the log service, the sensitive-text filter, the bounded functions and
+/// A host for the unit tests. It replaces the log service, the sensitive-text filter, the bounded functions and
 /// the file calls; everything else comes from the bundled platform.
 namespace VARNEL_TEST {
 
@@ -66,7 +66,7 @@ struct RecordingHost {
   CallFailure stats;
   CallFailure opens;
   int fileError = 5;        ///< errno of a failing file call
-  long readableBytes = -1;  ///< reads of opened files fail with fileError behind this many bytes, unless negative
+  long readableBytes = -1;  ///< reads of opened files fail with fileError after this many bytes, unless negative
   CallFailure seeks;       ///< of files opened while it is armed, and as they come to the system: past what is buffered
   bool logThrows = false;  ///< ForceLog throws std::runtime_error
   bool filterThrows = false;                  ///< the filter throws std::runtime_error

@@ -8,7 +8,7 @@
 
 namespace VARNEL_TEST {
 
-/// Stands in for time() and gettimeofday() of the whole test program. The system's clock is read unless one is set.
+/// Replaces time() and gettimeofday() of the whole test program. The system's clock is read unless one is set.
 class TestClock {
  public:
   /// Both calls from here on give fixed readings, each its own, until the object is gone.

@@ -7,7 +7,7 @@
 
 namespace VARNEL_TEST {
 
-/// All that a TL1 parser holds; as it stands, what one holds that was emptied.
+/// All that a TL1 parser holds; by default the members of an emptied one.
 struct Tl1Parts {
   std::string message, sid, date, time, echo, responseLine, textBlock, verb, code, ctag, atag;
   int type = -1;

@@ -95,7 +95,7 @@ TEST(SccBoard, NulEndsAName) {
 }
 
 TEST(SccBoard, NothingIsAllocated) {
-  const std::string name = "a board that is none of those that are looked for";
+  const std::string name = "a board that is not in the table of known boards";
   const AllocationGuard guard;
   EXPECT_FALSE(IsSccBdName(name));
   EXPECT_FALSE(IsKorvaneNE(52099, name));

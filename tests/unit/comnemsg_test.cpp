@@ -299,7 +299,7 @@ TEST_F(ComNEMsg, WhatAFailingCopyLeftIsTheBody) {
     ExpectBody(message, Pattern(3000), 4024);
   }
   for (size_t failing = 1; failing <= 2; ++failing) {
-    host.boundedCopies.FailAt(failing);  // the second time behind the copy into the new buffer
+    host.boundedCopies.FailAt(failing);  // the second time after the copy into the new buffer
     Add(message, std::string(1000, 'x'));
   }
   ExpectBody(message, Pattern(3000) + std::string(2000, 'x'), 6024);

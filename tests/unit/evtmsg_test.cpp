@@ -282,7 +282,7 @@ TEST_F(Event, ReportGoesThroughTheBaseToItsNumbers) {
   EXPECT_EQ(event.GetGuage(), 25U);
 }
 
-// What stands behind the field head; the two numbers in the order of the text.
+// The text after the field head; the two numbers in the order of the text.
 const CountsCase TWO_NUMBERS[] = {
     {" 3 12 x", {true, 3, 12}},
     {"3 12;", {true, 3, 12}},
@@ -617,8 +617,8 @@ TEST_F(Event, SuccessGivesResultAndCode) {
                "5",
                77)},
   };
-  for (const auto& [behind, expected] : cases)
-    EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP" + behind), expected) << behind;
+  for (const auto& [tail, expected] : cases)
+    EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP" + tail), expected) << tail;
 }
 
 TEST_F(Event, FailureGivesResultCodeItemAndText) {
@@ -634,8 +634,8 @@ TEST_F(Event, FailureGivesResultCodeItemAndText) {
       {" \x80 1 \xA0 \xFF FAIL", {true, "\x80", 1, "\xA0", "old text \xFF FAIL "}},
       {" x EVENT RSP FAIL 1", {true, "x", 0, "RSP", "old text FAIL 1 "}},
   };
-  for (const auto& [behind, expected] : cases)
-    EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP" + behind), expected) << behind;
+  for (const auto& [tail, expected] : cases)
+    EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP" + tail), expected) << tail;
 }
 
 TEST_F(Event, OtherEndReportsChangeNothing) {
@@ -775,8 +775,8 @@ TEST_F(Event, Tl1CountsMayHaveManyDigits) {
 
 TEST_F(Event, AllocationFailuresLeaveTheEndAsItWas) {
   const std::string word(40, 'w');
-  for (const std::string& behind : {"SUCCESS" + word + " 5 " + word, "FAIL" + word + " 5 " + word + ' ' + word}) {
-    const ExactText report("EVENT CAM RUN END RSP " + behind);
+  for (const std::string& tail : {"SUCCESS" + word + " 5 " + word, "FAIL" + word + " 5 " + word + ' ' + word}) {
+    const ExactText report("EVENT CAM RUN END RSP " + tail);
     CVNScriptFileEndEvt event;
     SetOldMembers(event);
     const size_t live = LiveAllocations();

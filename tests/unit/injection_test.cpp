@@ -190,7 +190,7 @@ TEST_F(Injection, LogServiceOrFilterThrows) {
   }
 }
 
-// Bytes behind which reading fails: each one of the heads and texts, some of the rest.
+// Bytes after which reading fails: each one of the heads and texts, some of the rest.
 std::vector<long> ReadableBytes(size_t size) {
   std::vector<long> bytes;
   for (size_t n = 0; n <= size; n += n < 200 || (n > 3000 && n < 3400) ? 1 : 97)

@@ -136,7 +136,7 @@ std::unique_ptr<CCmdStr> MakeCommand() {
 std::unique_ptr<CCmdStr> MakeCommandInPieces() {
   auto command = MakeCommand();
   for (int i = 0; i < 5; ++i)
-    command->AddMsg("a piece of fifty characters, more or less, put behind");
+    command->AddMsg("a piece of fifty characters, more or less, appended");
   return command;
 }
 

@@ -244,7 +244,7 @@ TEST_F(PackageFile, EntryLinesAreCutAt1023Bytes) {
   // The cut takes the surplus of a last column of any length.
   EXPECT_EQ(EntriesOf(seven + "g:" + std::string(300, 'h') + "\n"), entry);
   EXPECT_EQ(host.lines, Lines{});
-  // The last separator is the 1023rd byte, and one byte behind it.
+  // The last separator is the 1023rd byte, and one byte after it.
   EXPECT_EQ(EntriesOf(seven + std::string(14, 'g') + ":h\n"), entry);
   EXPECT_EQ(EntriesOf(seven + std::string(15, 'g') + ":h\n"), Entries{});
   // A ninth column that nobody sees.

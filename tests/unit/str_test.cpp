@@ -282,7 +282,7 @@ TEST_F(Str, CaselessMatchOfALargeText) {
   EXPECT_EQ(strmcmpnocase((text + "b").c_str(), "*ab"), 1);
 }
 
-// An array as callers make it, with room for more behind its end.
+// An array as callers make it, with room after its end.
 void** NewArray(size_t elements) {
   auto** array = static_cast<void**>(std::calloc(elements + 2, sizeof(void*)));
   for (size_t i = 0; i < elements; ++i)
@@ -294,7 +294,7 @@ TEST_F(Str, FreeArrayOfNullDoesNothing) {
   VARNEL_COMMON::freeArray(nullptr);
 }
 
-// The address sanitizer reports what these two leave behind or release twice.
+// The address sanitizer reports what these two leak or release twice.
 TEST_F(Str, FreeArrayReleasesElementsAndArray) {
   for (const size_t elements : {0U, 1U, 2U, 100U})
     VARNEL_COMMON::freeArray(NewArray(elements));
@@ -302,12 +302,12 @@ TEST_F(Str, FreeArrayReleasesElementsAndArray) {
 
 TEST_F(Str, FreeArrayStopsAtTheFirstNull) {
   void** array = NewArray(2);
-  auto* behind = static_cast<char*>(std::malloc(5));
-  std::strcpy(behind, "kept");
-  array[3] = behind;
+  auto* kept = static_cast<char*>(std::malloc(5));
+  std::strcpy(kept, "kept");
+  array[3] = kept;
   VARNEL_COMMON::freeArray(array);
-  EXPECT_STREQ(behind, "kept");
-  std::free(behind);
+  EXPECT_STREQ(kept, "kept");
+  std::free(kept);
 }
 
 TEST_F(Str, ReplaceReplacesEveryOccurrence) {
@@ -992,11 +992,11 @@ TEST_F(Str, CaselessMatchWithManyStarsIsLinear) {
 }
 
 TEST_F(Str, CaselessMatchThatStartsAgainBehindQuestionMarksIsLinear) {
-  for (const char* behind : {"?a?b", "a?b", "aaaa?b", "a?????b"}) {
+  for (const char* tail : {"?a?b", "a?b", "aaaa?b", "a?????b"}) {
     const auto prepare = [&](size_t size) {
-      return Pair{std::string(size, 'a'), "*" + std::string(size / 10, '?') + behind};
+      return Pair{std::string(size, 'a'), "*" + std::string(size / 10, '?') + tail};
     };
-    EXPECT_LT(MatchGrowth(prepare, SIZE / 10), LINEAR_GROWTH) << behind;
+    EXPECT_LT(MatchGrowth(prepare, SIZE / 10), LINEAR_GROWTH) << tail;
   }
   EXPECT_LT(MatchGrowth([](size_t size) { return Pair{std::string(size, 'a'), "a?b"}; }), LINEAR_GROWTH);
   EXPECT_LT(MatchGrowth([](size_t size) {

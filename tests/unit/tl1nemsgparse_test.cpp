@@ -68,7 +68,7 @@ Tl1Parts Unparsed(const std::string& message) {
   return parts;
 }
 
-// Parts behind HEADER, which all messages with a good header line have.
+// Parts after HEADER, which all messages with a good header line have.
 Tl1Parts WithHeader(const std::string& message) {
   Tl1Parts parts = Unparsed(message);
   parts.sid = "NE1";
@@ -111,15 +111,15 @@ const Outcome EMPTIED = Refused(Tl1Parts());
 
 class Tl1Parser : public RecordingTest {
  protected:
-  // The header ends in `behind`; nothing but its place is kept, and one line tells why.
-  void ExpectHeaderRefused(const char* behind, const LogLine& line) {
+  // The header ends in `tail`; only its position is kept, and one line says why.
+  void ExpectHeaderRefused(const char* tail, const LogLine& line) {
     host.Reset();
-    const std::string message = std::string("echo\r\n\n   ") + behind;
+    const std::string message = std::string("echo\r\n\n   ") + tail;
     Tl1Parts expected = Unparsed(message);
     expected.start = 4;
-    EXPECT_EQ(Parsed(message), Refused(expected)) << behind;
-    EXPECT_EQ(host.lines, Lines{line}) << behind;
-    EXPECT_EQ(host.filtered, std::vector<std::string>{line.text}) << behind;
+    EXPECT_EQ(Parsed(message), Refused(expected)) << tail;
+    EXPECT_EQ(host.lines, Lines{line}) << tail;
+    EXPECT_EQ(host.filtered, std::vector<std::string>{line.text}) << tail;
   }
 };
 
@@ -276,30 +276,30 @@ TEST_F(Tl1Parser, WhatStandsBeforeTheHeaderIsTheEcho) {
 }
 
 TEST_F(Tl1Parser, FailingSid) {
-  for (const char* behind :
+  for (const char* tail :
        {"", "NE1", " NE1 24-01-02 10:11:12\r\nM  7 COMPLD\r\n;", "NE1\r\nM\t7\tCOMPLD\r\n;", " ", "\xFF"})
-    ExpectHeaderRefused(behind, SID_FAILED);
+    ExpectHeaderRefused(tail, SID_FAILED);
 }
 
 TEST_F(Tl1Parser, FailingDateEmptiesTheSid) {
-  for (const char* behind : {"NE1 ", "NE1 24-01-02", "NE1  10:11:12\r\nM  7 COMPLD\r\n;", "NE1  "})
-    ExpectHeaderRefused(behind, DATE_FAILED);
+  for (const char* tail : {"NE1 ", "NE1 24-01-02", "NE1  10:11:12\r\nM  7 COMPLD\r\n;", "NE1  "})
+    ExpectHeaderRefused(tail, DATE_FAILED);
 }
 
 TEST_F(Tl1Parser, FailingTimeEmptiesDateAndSidAndIsReportedAsTheDate) {
-  for (const char* behind : {"NE1 24-01-02 ", "NE1 24-01-02 10:11:12", "NE1 24-01-02 10:11:12\nM  7 COMPLD;",
-                             "NE1 24-01-02 \r\nM  7 COMPLD\r\n;"})
-    ExpectHeaderRefused(behind, DATE_FAILED);
+  for (const char* tail : {"NE1 24-01-02 ", "NE1 24-01-02 10:11:12", "NE1 24-01-02 10:11:12\nM  7 COMPLD;",
+                           "NE1 24-01-02 \r\nM  7 COMPLD\r\n;"})
+    ExpectHeaderRefused(tail, DATE_FAILED);
 }
 
 TEST_F(Tl1Parser, HeaderWithoutALineEndOrAnMBehindItIsRefusedInSilence) {
-  for (const char* behind :
+  for (const char* tail :
        {"\r", "\r ", "\rM  7 COMPLD", "\r\n", "\r\n;", "\r\nm  7 DENY\r\n;", "\r\nA 5 REPT EVT\r\n   \"x\"\r\n;"}) {
-    const std::string message = std::string("echo\r\n\n   NE1 24-01-02 10:11:12") + behind;
+    const std::string message = std::string("echo\r\n\n   NE1 24-01-02 10:11:12") + tail;
     Tl1Parts expected = WithHeader(message);
     expected.start = 4;
     expected.echo = "echo";
-    EXPECT_EQ(Parsed(message), Refused(expected)) << behind;
+    EXPECT_EQ(Parsed(message), Refused(expected)) << tail;
   }
   EXPECT_EQ(host.lines, Lines{});
 }
@@ -311,7 +311,7 @@ TEST_F(Tl1Parser, ResponseGivesItsParts) {
 
 TEST_F(Tl1Parser, ResponseParts) {
   struct Case {
-    std::string ctag, code, behind, block;
+    std::string ctag, code, tail, block;
   };
   const Case cases[] = {{"7", "COMPLD", ";", "\n"},
                         {"7", "COMPLD", ">", "\n"},
@@ -330,9 +330,9 @@ TEST_F(Tl1Parser, ResponseParts) {
                         {"1\r\n2", "COMPLD", ";", "\n"},
                         {"7\0"s, "C\0D"s, "\0;"s, "\n\0"s},
                         {"\xFF", "\x80\xA0", "\xE1;", "\n\xE1"}};
-  for (const auto& [ctag, code, behind, block] : cases) {
+  for (const auto& [ctag, code, tail, block] : cases) {
     const std::string message =
-        std::string(HEADER).append("M  ").append(ctag).append(" ").append(code).append("\r\n").append(behind);
+        std::string(HEADER).append("M  ").append(ctag).append(" ").append(code).append("\r\n").append(tail);
     EXPECT_EQ(Parsed(message), Accepted(Response(message, ctag, code, block)));
   }
   EXPECT_EQ(host.lines, Lines{});
@@ -383,9 +383,9 @@ TEST_F(Tl1Parser, FailingResponsesEmptyTheObjectAndAreReported) {
 }
 
 TEST_F(Tl1Parser, ResponseWithoutTerminatorKeepsItsFields) {
-  for (const char* behind : {"", "   \"a\"\r\n", ";\r\n", "; ", ">x", ";>\n"}) {
-    const std::string message = std::string(HEADER).append("M  7 COMPLD\r\n").append(behind);
-    EXPECT_EQ(Parsed(message), Refused(Response(message, "7", "COMPLD", ""))) << behind;
+  for (const char* tail : {"", "   \"a\"\r\n", ";\r\n", "; ", ">x", ";>\n"}) {
+    const std::string message = std::string(HEADER).append("M  7 COMPLD\r\n").append(tail);
+    EXPECT_EQ(Parsed(message), Refused(Response(message, "7", "COMPLD", ""))) << tail;
   }
   EXPECT_EQ(host.lines, Lines{});
 }
@@ -432,9 +432,9 @@ TEST_F(Tl1Parser, VerbWithoutATextBlockRunsToTheTerminator) {
   const std::pair<std::string, std::string> cases[] = {
       {"REPT M;", "REPT M"}, {"REPT M>", "REPT M"}, {"REPT M\r\n;", "REPT M\r\n"},
       {"REPT;M>", "REPT;M"}, {"M>;", "M>"},         {"M\r\n  ;", "M\r\n  "}};
-  for (const auto& [behind, verb] : cases) {
-    const std::string message = HEADER + "A 5 "s + behind;
-    EXPECT_EQ(Parsed(message), Accepted(Autonomous(message, "A", "5", verb, ""))) << behind;
+  for (const auto& [tail, verb] : cases) {
+    const std::string message = HEADER + "A 5 "s + tail;
+    EXPECT_EQ(Parsed(message), Accepted(Autonomous(message, "A", "5", verb, ""))) << tail;
   }
 }
 
@@ -452,9 +452,9 @@ TEST_F(Tl1Parser, OtherAutonomousMessagesEmptyTheObjectInSilence) {
 }
 
 TEST_F(Tl1Parser, AutonomousMessageWithoutTerminatorKeepsItsFields) {
-  for (const char* behind : {"\r\n   ", "\r\n   x", "\r\n   x;\r\n", "\r\n   x> "}) {
-    const std::string message = HEADER + "A 5 REPT M"s + behind;
-    EXPECT_EQ(Parsed(message), Refused(Autonomous(message, "A", "5", "REPT M", ""))) << behind;
+  for (const char* tail : {"\r\n   ", "\r\n   x", "\r\n   x;\r\n", "\r\n   x> "}) {
+    const std::string message = HEADER + "A 5 REPT M"s + tail;
+    EXPECT_EQ(Parsed(message), Refused(Autonomous(message, "A", "5", "REPT M", ""))) << tail;
   }
   EXPECT_EQ(host.lines, Lines{});
 }

@@ -317,7 +317,7 @@ TEST_F(LineReader, FailingCopyStopsAtTheLineFeed) {
 
     Texts all{"one", "two", "three"};
     EXPECT_EQ(before, Texts(all.begin(), all.begin() + static_cast<long>(failing - 1)));
-    // The line feed in front of the next line is still there and reads as an empty line.
+    // The line feed before the next line is still there and reads as an empty line.
     Texts after(all.begin() + static_cast<long>(failing), all.end());
     if (failing < all.size()) after.insert(after.begin(), "");
     EXPECT_EQ(Rest(file), after);

@@ -278,7 +278,7 @@ TEST_F(DcSlot, ReadingTexts) {
 
 TEST_F(DcSlot, NulEndsWhatIsReadButNotTheLength) {
   EXPECT_EQ(convertSlotDC(std::string("305\0-7", 6)), (305U << 8) - 7) << "the dash is not seen, the slot is";
-  EXPECT_EQ(convertSlotDC(std::string("150\0-7", 6)), 150U) << "what is behind makes it no larger";
+  EXPECT_EQ(convertSlotDC(std::string("150\0-7", 6)), 150U) << "what follows does not make it larger";
   EXPECT_EQ(convertSlotDC(std::string("305\0", 4)), 0x1E05U) << "the slot is cut";
   EXPECT_EQ(convertSlotDC(std::string("305\0\0", 5)), 305U << 8);
   EXPECT_EQ(convertSlotDC(std::string("305\0zzzzzzzz", 12)), 305U) << "too long";

@@ -79,7 +79,7 @@ std::optional<FramerMachine::Step> FramerMachine::JudgeHeader(const Line& line) 
   return BeginIdentified(found);
 }
 
-// Without "<" an acknowledgement needs a ctag that looks like one: "OK then" is none.
+// Without "<" an acknowledgement needs a ctag that looks like one: "OK then" is not one.
 std::optional<FramerMachine::Step> FramerMachine::JudgeAcknowledgement(const Line& line) {
   constexpr size_t MAX_LINE_ENDS = 4;
   AcknowledgementLine parts;

@@ -215,7 +215,7 @@ bool ReadWhole(std::string_view line, bool afterHeader, Identification& found) {
                                             : ReadAutonomous(text, afterHeader, found);
 }
 
-// Behind such a code or verb a ";" ends the message.
+// After such a code or verb a ";" ends the message.
 bool IsClean(const Identification& identification) {
   const auto clean = [](char c) { return IsUpper(c) || IsDigit(c) || c == '-' || IsBlank(c); };
   return AllOf(identification.verb.empty() ? identification.code : identification.verb, clean);
