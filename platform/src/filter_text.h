@@ -64,6 +64,9 @@ class FilterText {
   char At(size_t i) const { return m_text[i].c; }
   bool IsQuote(size_t i) const { return m_text[i].quote != NO_QUOTE; }
 
+  /// How many bytes the character has in the text: 4 if it is written as "&lt;".
+  size_t Bytes(size_t i) const { return m_text[i + 1].at - m_text[i].at; }
+
   /// Whether a key, or the name of a TL1 command with a password, ends before that index.
   bool IsKey(size_t end) const;
   bool IsCommand(size_t end) const;

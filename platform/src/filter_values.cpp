@@ -95,7 +95,8 @@ class Scanner {
     if (IsInPlainValue()) return isClosed && (!quote.followsWord || IsSeparator(quote.next + 1));  // PWD=a"b c",d
     if (quote.followsWord) return false;
     if (m_commands.colons == 0) return isClosed;
-    return KindOf(quote.quote) == DOUBLE && (isClosed || m_commands.secret != NONE);
+    const QuoteKind kind = KindOf(quote.quote);
+    return (kind == DOUBLE || kind == ENTITY_DOUBLE) && (isClosed || m_commands.secret != NONE);
   }
 
   // Whether a quote may close the text at that place of the stack. It may end a value that began inside the text.
@@ -154,7 +155,7 @@ class Scanner {
 
   // Whether the end tag of the last start tag is there.
   bool EndsElement(size_t i) const {
-    if (m_tag == NONE || At(i) != '<' || At(i + 1) != '/') return false;
+    if (m_tag == NONE || At(i) != '<' || At(i + 1) != '/' || m_text.Bytes(i) != m_text.Bytes(m_tag)) return false;
     size_t length = 1;
     while (IsName(At(m_tag + length)) && At(i + 1 + length) == At(m_tag + length))
       ++length;
@@ -321,7 +322,7 @@ class Scanner {
   // <a>rock 'n roll</a><u pwd=' x'/> only the last two quotes belong together.
   void ReadMarkup() {
     const char c = At(m_at), next = At(m_at + 1);
-    const bool isTag = c == '<' && (IsWord(next) || IsOneOf(next, "/!?"));
+    const bool isTag = c == '<' && m_text.Bytes(m_at) == 1 && (IsWord(next) || IsOneOf(next, "/!?"));
     if (isTag || (c == '>' && IsOneOf(At(m_at - 1), "]-"))) EndContent();
     if (isTag) m_isTag = true;
     if ((c == '<' && next == '!') || (c == '>' && m_isTag)) {

@@ -37,16 +37,18 @@ size_t LastEndTag(const FilterText& text) {
   return 0;
 }
 
-size_t AfterCharacterData(const FilterText& text, size_t i) {
-  while (i < text.End() && !(text.At(i) == ']' && text.At(i + 1) == ']' && text.At(i + 2) == '>'))
+// The ">" of <![CDATA[x<y]]>, else the last character.
+size_t CharacterDataEnd(const FilterText& text, size_t i) {
+  while (i + 1 < text.End() && !(text.At(i) == '>' && text.At(i - 1) == ']' && text.At(i - 2) == ']'))
     ++i;
   return i;
 }
 
-// From the content of an element to its end tag.
-size_t ElementEnd(const FilterText& text, size_t i) {
+// From the content of an element to its end tag, which is written as its start tag: with "<", or with "&lt;".
+size_t ElementEnd(const FilterText& text, size_t i, size_t bytes) {
   for (size_t depth = 1; i < text.End(); ++i) {
-    if (text.At(i) == '<' && text.At(i + 1) == '!') i = AfterCharacterData(text, i);
+    if (text.At(i) == '<' && text.Bytes(i) != bytes) continue;
+    if (text.At(i) == '<' && text.At(i + 1) == '!') i = CharacterDataEnd(text, i);
     const char c = text.At(i), next = text.At(i + 1);
     if (c == '<' && IsWord(next)) ++depth;
     if (c == '/' && next == '>') --depth;
@@ -60,6 +62,7 @@ void FindElements(const FilterText& text, Secrets& secrets) {
   const size_t lastEndTag = LastEndTag(text);
   for (size_t i = 1; i < text.End(); ++i) {
     if (text.At(i) != '<') continue;
+    const size_t bytes = text.Bytes(i);
     size_t start = AfterName(text, i + 1);
     if (!text.IsKey(start)) continue;
     while (start < text.End() && !IsOneOf(text.At(start), "<>"))
@@ -67,7 +70,7 @@ void FindElements(const FilterText& text, Secrets& secrets) {
     i = start - 1;
     if (text.At(start) != '>' || text.At(i) == '/') continue;
     if (++start > lastEndTag && !IsWord(text.At(start))) continue;
-    const size_t end = ElementEnd(text, start);
+    const size_t end = ElementEnd(text, start, bytes);
     AddSecret(text, start, end, secrets);
     i = end - 1;
   }
@@ -87,8 +90,8 @@ size_t FindPassword(const FilterText& text, size_t i, Secrets& secrets) {
   for (; !EndsAddress(text, i); ++i) {
     const char c = text.At(i);
     if (IsOneOf(c, "/?#") && (isPort || end > 0)) break;
-    if (password == NONE && IsOneOf(c, "@[")) break;
-    if (c == '@') end = i;
+    if (password == NONE && c == '[') break;
+    if (password != NONE && c == '@') end = i;
     if (password != NONE && (c < '0' || c > '9')) isPort = false;
     if (password == NONE && c == ':') password = i + 1;
   }
