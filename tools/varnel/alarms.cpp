@@ -128,7 +128,10 @@ class AlarmsRun : public Tl1Run {
     m_json.Print();
   }
 
-  void AddText(const char* key, const std::string& text) { m_json.AddOrNull(key, m_encoding.ToUtf8(text)); }
+  template <size_t SIZE>
+  void AddText(const char (&key)[SIZE], const std::string& text) {
+    m_json.AddOrNull(key, m_encoding.ToUtf8(text));
+  }
 
   void PrintTable() {
     std::vector<Row> rows = {{"SEV", "RAISED", "SID", "AID", "CONDITION", "EFFECT", "DESCRIPTION"}};

@@ -5,6 +5,7 @@
 #include <rapidjson/writer.h>
 
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,12 +13,36 @@
 #include <vector>
 
 /// What RapidJSON writes to. Memory exhaustion throws std::bad_alloc.
-struct JsonText {
+class JsonText {
+ public:
   using Ch = char;
-  void Put(char c) { text.push_back(c); }
+
+  JsonText() = default;
+  JsonText(const JsonText&) = delete;
+  JsonText& operator=(const JsonText&) = delete;
+
+  void Put(char c) {
+    *Room(1) = c;
+    ++m_end;
+  }
   void Flush() const {}
 
-  std::string text;
+  /// The place after the text, for `size` bytes; Use() makes what was written there part of the text.
+  char* Room(size_t size) {
+    if (static_cast<size_t>(m_limit - m_end) < size) Grow(size);
+    return m_end;
+  }
+  void Use(size_t size) { m_end += size; }
+
+  std::string_view View() const { return {m_memory.data(), static_cast<size_t>(m_end - m_memory.data())}; }
+  void Clear() { m_end = m_memory.data(); }
+
+ private:
+  void Grow(size_t size);
+
+  std::vector<char> m_memory = std::vector<char>(1024);
+  char* m_end = m_memory.data();
+  char* m_limit = m_end + m_memory.size();
 };
 
 /// Composes JSON objects, each on a line of standard output.
@@ -33,23 +58,27 @@ class JsonWriter {
   JsonWriter& operator=(const JsonWriter&) = delete;
 
   /// Adds a member: a text, number, bool, nullptr, optional value or list of values.
-  template <typename T>
-  JsonWriter& Add(std::string_view key, const T& value) {
+  template <size_t SIZE, typename T>
+  JsonWriter& Add(const char (&key)[SIZE], const T& value) {
     Key(key);
     Value(value);
     return *this;
   }
 
   /// Adds a text; null if it is empty.
-  JsonWriter& AddOrNull(std::string_view key, std::string_view text) {
+  template <size_t SIZE>
+  JsonWriter& AddOrNull(const char (&key)[SIZE], std::string_view text) {
     Key(key);
     ValueOrNull(text);
     return *this;
   }
 
   /// The parts of larger members: after a key comes one value, which can be an object or array.
-  void Key(std::string_view key) { m_writer.Bare(key); }
-  void AnyKey(std::string_view key) { m_writer.Text(key); }  ///< Key() is for one without special characters
+  template <size_t SIZE>
+  void Key(const char (&key)[SIZE]) {
+    m_writer.Name(key);
+  }
+  void AnyKey(std::string_view key) { m_writer.Text(key); }  ///< for one with special characters
   void BeginObject() { m_writer.StartObject(); }
   void EndObject() { m_writer.EndObject(); }
   void BeginArray() { m_writer.StartArray(); }
@@ -58,7 +87,7 @@ class JsonWriter {
   void Value(std::string_view text) { m_writer.Text(text); }
   void Value(const std::string& text) { m_writer.Text(text); }
   void Value(const char* text) { m_writer.Text(text); }
-  void Value(std::nullptr_t) { m_writer.Null(); }
+  void Value(std::nullptr_t) { m_writer.Absent(); }
   void Value(bool value) { m_writer.Bool(value); }
 
   template <typename T>
@@ -107,17 +136,27 @@ class JsonWriter {
     using rapidjson::Writer<JsonText, rapidjson::UTF8<>, rapidjson::UTF8<>, Levels>::Writer;
 
     /// A text in which nothing needs an escape.
-    void Bare(std::string_view text) {
+    template <size_t SIZE>
+    void Name(const char (&name)[SIZE]) {
       Prefix(rapidjson::kStringType);
-      os_->text.append(1, '"').append(text).append(1, '"');
+      char* const to = os_->Room(SIZE + 1);
+      to[0] = '"';
+      std::memcpy(to + 1, name, SIZE - 1);
+      to[SIZE] = '"';
+      os_->Use(SIZE + 1);
     }
     void Text(std::string_view text);
+    void Absent() {
+      Prefix(rapidjson::kNullType);
+      std::memcpy(os_->Room(4), "null", 4);
+      os_->Use(4);
+    }
   };
 
   char m_memory[2048];
   Levels m_levels{m_memory, sizeof m_memory};
-  JsonText m_line;
-  Writer m_writer{m_line, &m_levels};
+  JsonText m_text;
+  Writer m_writer{m_text, &m_levels};
 };
 
 #endif

@@ -22,45 +22,46 @@ std::string Base64(std::string_view bytes) {
   return {encoded.get(), encoded.get() + length};
 }
 
+bool NeedsUnescaping(std::string_view raw) {
+  const auto holds = [raw](char c) { return raw.find(c) != std::string_view::npos; };
+  return holds('\\') || holds('\r') || holds('\n');
+}
+
 }  // namespace
 
 void Tl1Output::Add(JsonWriter& json, const Message& message, const Tl1Origin& origin) {
   json.Add("type", VARNEL_TL1::TypeName(message.type));
   json.Add("source", origin.source).AddOrNull("received", origin.received);
   json.Add("offset", message.offset).Add("length", message.length).Add("complete", message.complete);
-  AddField(json, "sid", message.sid);
-  AddField(json, "date", message.date);
-  AddField(json, "time", message.time);
-  AddField(json, "ctag", message.ctag);
-  AddField(json, "atag", message.atag);
-  AddField(json, "code", message.code);
-  AddField(json, "verb", message.verb);
-  AddLines(json, message);
-  AddText(json, message);
+  json.AddOrNull("sid", m_encoding.ToUtf8(message.sid));
+  json.AddOrNull("date", m_encoding.ToUtf8(message.date));
+  json.AddOrNull("time", m_encoding.ToUtf8(message.time));
+  json.AddOrNull("ctag", m_encoding.ToUtf8(message.ctag));
+  json.AddOrNull("atag", m_encoding.ToUtf8(message.atag));
+  json.AddOrNull("code", m_encoding.ToUtf8(message.code));
+  json.AddOrNull("verb", m_encoding.ToUtf8(message.verb));
+  AddText(json, message.text);
   json.AddOrNull("severity", VARNEL_TL1::Severity(message));
   json.Add("missed", origin.missed).Add("continues", message.continues);
   json.AddOrNull("raw", m_encoding.IsValid(message.bytes) ? std::string() : Base64(message.bytes));
 }
 
-void Tl1Output::AddField(JsonWriter& json, std::string_view key, std::string_view field) {
-  json.AddOrNull(key, m_encoding.ToUtf8(field));
-}
-
-void Tl1Output::AddLines(JsonWriter& json, const Message& message) {
+// The lines, and the same taken apart.
+void Tl1Output::AddText(JsonWriter& json, std::string_view text) {
   json.Key("lines");
   json.BeginArray();
-  LineReader lines(message.text);
-  for (std::string_view line; lines.Next(line);)
+  m_quotedTexts.clear();
+  LineReader lines(text);
+  for (std::string_view line; lines.Next(line);) {
     json.Value(m_encoding.ToUtf8(line));
+    m_quotedTexts.push_back(lines.Quoted());
+  }
   json.EndArray();
-}
-
-void Tl1Output::AddText(JsonWriter& json, const Message& message) {
   json.Key("text");
   json.BeginArray();
-  LineReader lines(message.text);
-  for (std::string_view line; lines.Next(line);) {
-    if (m_quoted.Read(lines.Quoted())) {
+  for (const std::string_view quoted : m_quotedTexts) {
+    if (m_quoted.Read(quoted)) {
+      m_hasEscapes = NeedsUnescaping(quoted);
       AddQuoted(json);
     } else {
       json.Value(nullptr);
@@ -107,7 +108,7 @@ void Tl1Output::AddNamed(JsonWriter& json) {
 
 // Valid until the next call.
 std::string_view Tl1Output::Meaning(std::string_view raw) {
-  if (raw.find_first_of("\\\r\n") == std::string_view::npos) return m_encoding.ToUtf8(raw);
+  if (!m_hasEscapes || !NeedsUnescaping(raw)) return m_encoding.ToUtf8(raw);
   m_unescaped.clear();
   VARNEL_TL1::AppendUnescaped(raw, m_unescaped);
   return m_encoding.ToUtf8(m_unescaped);

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "encoding.h"
 #include "json.h"
@@ -33,9 +34,7 @@ class Tl1Output {
   void Print(const VARNEL_TL1::Message& message, const Tl1Origin& origin);
 
  private:
-  void AddField(JsonWriter& json, std::string_view key, std::string_view field);
-  void AddLines(JsonWriter& json, const VARNEL_TL1::Message& message);
-  void AddText(JsonWriter& json, const VARNEL_TL1::Message& message);
+  void AddText(JsonWriter& json, std::string_view text);
   void AddQuoted(JsonWriter& json);
   void AddPositional(JsonWriter& json);
   void AddNamed(JsonWriter& json);
@@ -46,7 +45,9 @@ class Tl1Output {
   void AppendHeading(const VARNEL_TL1::Message& message, const Tl1Origin& origin);
 
   Encoding m_encoding;
+  std::vector<std::string_view> m_quotedTexts;  // of the lines of a message; empty if a line is not quoted
   VARNEL_TL1::QuotedText m_quoted;
+  bool m_hasEscapes = false;  // m_quoted
   std::map<std::string, std::string_view> m_named;
   std::string m_unescaped;
   std::string m_block;
