@@ -57,6 +57,22 @@ CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most) {
   return option->transform(CLI::Validator(read, ""));
 }
 
+CLI::Option* TakeSizes(CLI::Option* option, uint64_t least, uint64_t most) {
+  const std::string range = std::to_string(least) + " to " + std::to_string(most);
+  const auto read = [least, most, range](std::string& text) {
+    uint64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    const std::string unit = stop == text.data() ? "?" : std::string(stop, end);
+    const unsigned shift = unit == "K" || unit == "k" ? 10 : unit == "M" || unit == "m" ? 20 : 0;
+    const bool valid = error == std::errc() && (unit.empty() || shift > 0) && number <= most >> shift;
+    if (!valid || number << shift < least) return "is not a number of bytes from " + range + ", decimal, with K or M";
+    text = std::to_string(number << shift);
+    return std::string();
+  };
+  return option->transform(CLI::Validator(read, ""));
+}
+
 CLI::Validator OneOf(const std::vector<std::string>& values) {
   const auto check = [values](const std::string& text) {
     if (std::find(values.begin(), values.end(), text) != values.end()) return std::string();

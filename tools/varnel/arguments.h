@@ -15,6 +15,10 @@ bool TakesPaths(const CLI::Option& option);
 /// Makes an option take numbers within limits, decimal, or hexadecimal after "0x". Returns the option.
 CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most);
 
+/// Makes an option take numbers of bytes within limits, decimal, with "K" for 1024 and "M" for 1048576. Returns the
+/// option.
+CLI::Option* TakeSizes(CLI::Option* option, uint64_t least, uint64_t most);
+
 /// Takes a value that is one of these.
 CLI::Validator OneOf(const std::vector<std::string>& values);
 

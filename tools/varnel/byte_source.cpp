@@ -1,6 +1,8 @@
 #include "byte_source.h"
 
 #include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <charconv>
@@ -31,17 +33,30 @@ std::string InSeconds(double seconds) {
 
 }  // namespace
 
-void AddSourceOptions(CLI::App& command, SourceOptions& options) {
-  CLI::Option* file = TakePaths(command.add_option("FILE", options.file));
+bool SourceOptions::IsLive(const std::string& name) const {
+  if (follow || !address.empty()) return true;
+  struct ::stat status;
+  return name == "-" && fstat(STDIN_FILENO, &status) == 0 && !S_ISREG(status.st_mode);
+}
+
+void AddSourceOptions(CLI::App& command, SourceOptions& options, Operands files) {
+  CLI::Option* file = TakePaths(command.add_option("FILE", options.files));
+  if (files == Operands::One) file->expected(1);
   CLI::Option* connect = command.add_option("--connect", options.address)->check(CheckAddress)->excludes(file);
   command.add_flag("--follow", options.follow)->excludes(connect);
   command.add_option("--timeout", options.timeout)->check(CheckTimeout);
+  command.add_option("--idle", options.idle)->check(CheckTimeout);
 }
 
-std::unique_ptr<ByteSource> MakeByteSource(const SourceOptions& options, Limit limit, Milliseconds tick) {
-  if (options.follow && options.file == "-") throw CLI::ValidationError("--follow", "requires a FILE");
-  if (options.address.empty()) return MakeFileSource(options, limit, tick);
-  return MakeConnectionSource(options, limit, tick);
+TimeLimit::TimeLimit(double limit)
+    : seconds(limit), deadline(std::chrono::ceil<Milliseconds>(std::chrono::duration<double>(limit))) {}
+
+std::unique_ptr<ByteSource> MakeByteSource(const SourceOptions& options, const std::string& name, TimeLimits& limits,
+                                           Milliseconds tick) {
+  if (!options.address.empty()) return MakeConnectionSource(name, limits, tick);
+  if (!options.follow) return MakeFileSource(name, limits, tick);
+  if (options.files.size() != 1 || name == "-") throw CLI::ValidationError("--follow", "requires one FILE");
+  return MakeGrowingFileSource(name, limits, tick);
 }
 
 bool WaitReadable(int descriptor, Milliseconds most) {
@@ -50,12 +65,6 @@ bool WaitReadable(int descriptor, Milliseconds most) {
   return count > 0 || (count < 0 && errno != EINTR);
 }
 
-TimedSource::TimedSource(const SourceOptions& options, Limit limit, Milliseconds tick)
-    : m_deadline(std::chrono::ceil<Milliseconds>(std::chrono::duration<double>(options.timeout))),
-      m_limit(limit),
-      m_seconds(options.timeout),
-      m_tick(tick) {}
-
 ByteSource::Status TimedSource::Read(std::string& bytes) {
   bytes.clear();
   if (!m_open) {
@@ -63,7 +72,7 @@ ByteSource::Status TimedSource::Read(std::string& bytes) {
     if (status != Status::Data) return status;
     m_open = m_restart = true;
   }
-  if (m_restart && m_limit == Limit::Silence) m_deadline.Restart();
+  if (m_restart) m_limits.idle.deadline.Restart();
   m_restart = false;
   return ReadOpen(bytes);
 }
@@ -77,24 +86,36 @@ ByteSource::Status TimedSource::FailWithErrno() {
   return Fail(std::strerror(errno));
 }
 
-ByteSource::Status TimedSource::TimeOut(const std::string& error) {
-  m_error = error + InSeconds(m_seconds);
+ByteSource::Status TimedSource::TimeOut(const std::string& error, const TimeLimit& limit) {
+  m_error = error + InSeconds(limit.seconds);
   return Status::TimedOut;
+}
+
+bool TimedSource::HasPassed() const {
+  return m_limits.run.deadline.Passed() || m_limits.idle.deadline.Passed();
+}
+
+ByteSource::Status TimedSource::FailInTime(const std::string& error) {
+  return Fail(error + InSeconds((m_limits.run.deadline.Passed() ? m_limits.run : m_limits.idle).seconds));
+}
+
+Milliseconds TimedSource::Left(Milliseconds most) const {
+  return m_limits.run.deadline.Left(m_limits.idle.deadline.Left(most));
 }
 
 ByteSource::Status TimedSource::ReadOpen(std::string& bytes) {
   const Deadline tick(m_tick);
   for (;;) {
-    if (m_limit == Limit::WholeRun && m_deadline.Passed()) return TimeOut("the time is over after ");
-    if (Await(m_deadline.Left(tick.Left(LONGEST_WAIT)))) {
+    if (m_limits.run.deadline.Passed()) return TimeOut("the time is over after ", m_limits.run);
+    if (Await(Left(tick.Left(LONGEST_WAIT)))) {
       bytes.resize(CHUNK_SIZE);
       const ssize_t count = Receive(bytes.data(), bytes.size());
       bytes.resize(count > 0 ? static_cast<size_t>(count) : 0);
       m_restart = count > 0;
-      if (count >= 0) return count > 0 ? Status::Data : Status::End;
+      if (count >= 0) return count > 0 ? Status::Data : Ended();
       if (errno != EAGAIN && errno != EINTR) return FailWithErrno();
     }
-    if (m_limit == Limit::Silence && m_deadline.Passed()) return TimeOut("nothing came for ");
+    if (m_limits.idle.deadline.Passed()) return TimeOut("nothing came for ", m_limits.idle);
     if (tick.Passed()) return Status::Data;
   }
 }

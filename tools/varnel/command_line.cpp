@@ -53,7 +53,8 @@ class HelpCommand {
 
 const Subcommand HELP = {"help", HELP_TEXT, AddAs<HelpCommand>};
 
-const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD, &MAKE_PACKAGE, &COLDPATCH, &REPORT, &TL1, &SLOT, &BOARD};
+const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD,   &MAKE_PACKAGE, &COLDPATCH, &REPORT,
+                                         &TL1,     &ALARMS, &SLOT,         &BOARD};
 
 constexpr char HELP_BEFORE_SUBCOMMANDS[] = R"(Tools for NE software packages and reports.
 

@@ -3,6 +3,7 @@
 #include <ace/SOCK_Stream.h>
 #include <netdb.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
@@ -16,12 +17,25 @@
 
 namespace {
 
+constexpr auto LONGEST_CONNECT = Milliseconds(std::chrono::hours(24 * 366));  // more than a limit can be
+
 struct Address {
   std::string host;
   std::string port;
 };
 
-// Reads HOST:PORT, where an IPv6 address stands in brackets.
+// A number from 1 to 65535, or what may be the name of a service.
+bool IsPort(const std::string& text) {
+  unsigned short port = 0;
+  const char* const end = text.data() + text.size();
+  const auto [stop, error] = std::from_chars(text.data(), end, port);
+  if (stop == end) return error == std::errc() && port != 0;
+  return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' || c == '_';
+  });
+}
+
+// Reads HOST:PORT, with an IPv6 address in brackets.
 std::optional<Address> ParseAddress(const std::string& text) {
   const size_t colon = text.rfind(':');
   if (colon == std::string::npos) return std::nullopt;
@@ -31,10 +45,7 @@ std::optional<Address> ParseAddress(const std::string& text) {
   } else if (address.host.empty() || address.host.find_first_of(":[]") != std::string::npos) {
     return std::nullopt;
   }
-  unsigned short port = 0;
-  const char* const end = address.port.data() + address.port.size();
-  const auto [stop, error] = std::from_chars(address.port.data(), end, port);
-  if (error != std::errc() || stop != end || port == 0) return std::nullopt;
+  if (!IsPort(address.port)) return std::nullopt;
   return address;
 }
 
@@ -46,12 +57,13 @@ struct Lookup {
 Lookup LookUp(const Address& address) {
   addrinfo hints = {};
   hints.ai_socktype = SOCK_STREAM;
-  hints.ai_flags = AI_NUMERICSERV;
   addrinfo* found = nullptr;
   Lookup result;
   const int error = getaddrinfo(address.host.c_str(), address.port.c_str(), &hints, &found);
   if (error != 0) {
-    result.error = error == EAI_SYSTEM ? std::strerror(errno) : gai_strerror(error);
+    result.error = error == EAI_SYSTEM    ? std::strerror(errno)
+                   : error == EAI_SERVICE ? "the service \"" + address.port + "\" is not known"
+                                          : gai_strerror(error);
     return result;
   }
   const std::unique_ptr<addrinfo, decltype(&freeaddrinfo)> list(found, &freeaddrinfo);
@@ -64,8 +76,8 @@ Lookup LookUp(const Address& address) {
 
 class ConnectionSource final : public TimedSource {
  public:
-  ConnectionSource(const SourceOptions& options, Address address, Limit limit, Milliseconds tick)
-      : TimedSource(options, limit, tick), m_address(std::move(address)) {}
+  ConnectionSource(Address address, TimeLimits& limits, Milliseconds tick)
+      : TimedSource(limits, tick), m_address(std::move(address)) {}
 
   ~ConnectionSource() override { m_stream.close(); }
 
@@ -76,8 +88,8 @@ class ConnectionSource final : public TimedSource {
     std::packaged_task<Lookup()> lookUp([address] { return LookUp(address); });
     std::future<Lookup> result = lookUp.get_future();
     std::thread(std::move(lookUp)).detach();
-    while (result.wait_for(m_deadline.Left(LONGEST_WAIT)) != std::future_status::ready) {
-      if (m_deadline.Passed()) return TimeOut("no address within ");
+    while (result.wait_for(Left(LONGEST_WAIT)) != std::future_status::ready) {
+      if (HasPassed()) return FailInTime("no address within ");
     }
     const Lookup found = result.get();
     return found.error.empty() ? Connect(found.addresses) : Fail(found.error);
@@ -86,19 +98,26 @@ class ConnectionSource final : public TimedSource {
   Status Connect(const std::vector<ACE_INET_Addr>& addresses) {
     for (const ACE_INET_Addr& address : addresses) {
       while (!ConnectTo(address)) {
-        if (m_deadline.Passed()) return TimeOut("no connection within ");
+        if (HasPassed()) return FailInTime("no connection within ");
         if (errno != EINTR) break;
       }
-      if (m_stream.get_handle() != ACE_INVALID_HANDLE) return Status::Data;
+      if (m_stream.get_handle() != ACE_INVALID_HANDLE) return KeepAlive();
     }
     return FailWithErrno();
   }
 
   bool ConnectTo(const ACE_INET_Addr& address) {
-    const Milliseconds left = m_deadline.Left(Milliseconds::max());
+    const Milliseconds left = Left(LONGEST_CONNECT);
     const ACE_Time_Value limit(left.count() / 1000, static_cast<suseconds_t>(left.count() % 1000 * 1000));
     ACE_SOCK_Connector connector;
-    return connector.connect(m_stream, address, m_deadline.Exists() ? &limit : nullptr) == 0;
+    return connector.connect(m_stream, address, left < LONGEST_CONNECT ? &limit : nullptr) == 0;
+  }
+
+  // Notices, if late, that the other side has gone away without a word.
+  Status KeepAlive() {
+    int on = 1;
+    m_stream.set_option(SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);
+    return Status::Data;
   }
 
   bool Await(Milliseconds most) override { return WaitReadable(m_stream.get_handle(), most); }
@@ -114,8 +133,6 @@ std::string CheckAddress(const std::string& text) {
   return ParseAddress(text) ? "" : "is not HOST:PORT, with an IPv6 address in brackets";
 }
 
-std::unique_ptr<ByteSource> MakeConnectionSource(const SourceOptions& options, Limit limit, Milliseconds tick) {
-  const std::optional<Address> address = ParseAddress(options.address);
-  if (!address) throw CLI::ValidationError("--connect", CheckAddress(options.address));
-  return std::make_unique<ConnectionSource>(options, *address, limit, tick);
+std::unique_ptr<ByteSource> MakeConnectionSource(const std::string& address, TimeLimits& limits, Milliseconds tick) {
+  return std::make_unique<ConnectionSource>(ParseAddress(address).value(), limits, tick);
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "files.h"
 #include "timed_source.h"
@@ -15,14 +16,14 @@ constexpr auto RECHECK_INTERVAL = Milliseconds(1000);
 
 class FileSource : public TimedSource {
  public:
-  FileSource(const SourceOptions& options, Limit limit, Milliseconds tick)
-      : TimedSource(options, limit, tick), m_path(options.file) {}
+  FileSource(std::string name, TimeLimits& limits, Milliseconds tick)
+      : TimedSource(limits, tick), m_name(std::move(name)) {}
 
  protected:
   Status Open() override {
-    if (m_path == "-") return Status::Data;
+    if (m_name == "-") return Status::Data;
     // Not blocking, since opening a pipe that nobody writes to would wait without limit.
-    m_file.Reset(open(m_path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    m_file.Reset(open(m_name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (m_file.Get() < 0 || fstat(m_file.Get(), &m_status) != 0) return FailWithErrno();
     return S_ISDIR(m_status.st_mode) ? Fail("is a folder") : Status::Data;
   }
@@ -32,7 +33,7 @@ class FileSource : public TimedSource {
 
   int Number() const { return m_file.Get() < 0 ? STDIN_FILENO : m_file.Get(); }
 
-  std::string m_path;
+  std::string m_name;
   Descriptor m_file;
   struct ::stat m_status = {};
 };
@@ -46,24 +47,46 @@ class GrowingFileSource final : public FileSource {
     const Status status = FileSource::Open();
     if (status != Status::Data) return status;
     if (!S_ISREG(m_status.st_mode)) return Fail("--follow reads regular files only");
-    m_notices.Reset(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
-    if (m_notices.Get() >= 0) inotify_add_watch(m_notices.Get(), m_path.c_str(), IN_MODIFY);
+    Watch();
     return Status::Data;
   }
 
-  // Looks at the file now and then even without a notice, as some file systems give none.
-  bool Await(Milliseconds most) override {
-    if (fstat(Number(), &m_status) == 0 && m_status.st_size != m_position) return true;
-    if (WaitReadable(m_notices.Get(), std::min(most, RECHECK_INTERVAL))) DropNotices();
-    return true;
+  // Without notices, which some file systems do not give, the file is looked at now and then.
+  void Watch() {
+    m_notices.Reset(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    if (m_notices.Get() >= 0) inotify_add_watch(m_notices.Get(), m_name.c_str(), IN_MODIFY | IN_MOVE_SELF | IN_ATTRIB);
   }
 
+  bool Await(Milliseconds most) override {
+    if (HasChanged()) return true;
+    if (WaitReadable(m_notices.Get(), std::min(most, RECHECK_INTERVAL))) DropNotices();
+    return HasChanged();
+  }
+
+  bool HasChanged() { return (fstat(Number(), &m_status) == 0 && m_status.st_size != m_position) || IsReplaced(); }
+
+  // True if another regular file has the name.
+  bool IsReplaced() const {
+    struct ::stat named;
+    return stat(m_name.c_str(), &named) == 0 && S_ISREG(named.st_mode) &&
+           (named.st_ino != m_status.st_ino || named.st_dev != m_status.st_dev);
+  }
+
+  // 0 at the end of a file that is shorter than before or no longer has the name.
   ssize_t Receive(char* buffer, size_t size) override {
-    if (m_status.st_size < m_position) m_position = 0;
+    if (m_status.st_size < m_position) return 0;
     const ssize_t count = pread(Number(), buffer, size, m_position);
     if (count > 0) m_position += count;
-    if (count == 0) errno = EAGAIN;
-    return count == 0 ? -1 : count;
+    if (count != 0 || IsReplaced()) return count;
+    errno = EAGAIN;
+    return -1;
+  }
+
+  Status Ended() override {
+    m_position = 0;
+    if (!IsReplaced()) return Status::Restarted;
+    const Status status = Open();
+    return status == Status::Data ? Status::Restarted : status;
   }
 
   void DropNotices() const {
@@ -78,7 +101,10 @@ class GrowingFileSource final : public FileSource {
 
 }  // namespace
 
-std::unique_ptr<ByteSource> MakeFileSource(const SourceOptions& options, Limit limit, Milliseconds tick) {
-  if (options.follow) return std::make_unique<GrowingFileSource>(options, limit, tick);
-  return std::make_unique<FileSource>(options, limit, tick);
+std::unique_ptr<ByteSource> MakeFileSource(const std::string& name, TimeLimits& limits, Milliseconds tick) {
+  return std::make_unique<FileSource>(name, limits, tick);
+}
+
+std::unique_ptr<ByteSource> MakeGrowingFileSource(const std::string& name, TimeLimits& limits, Milliseconds tick) {
+  return std::make_unique<GrowingFileSource>(name, limits, tick);
 }

@@ -7,56 +7,16 @@
 #include <iostream>
 #include <sstream>
 
+#include "utf8.h"
+
 namespace {
 
-bool IsContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
-}
-
-// Length of the UTF-8 character at the start of a text, 0 if it is invalid: a stray or missing continuation byte,
-// an overlong form, a surrogate, or a number above U+10FFFF.
-size_t CharacterLength(std::string_view text) {
-  const auto first = static_cast<unsigned char>(text[0]);
-  const size_t length = first < 0x80   ? 1
-                        : first < 0xC2 ? 0
-                        : first < 0xE0 ? 2
-                        : first < 0xF0 ? 3
-                        : first < 0xF5 ? 4
-                                       : 0;
-  if (length > text.size()) return 0;
-  for (size_t i = 1; i < length; ++i) {
-    if (!IsContinuation(text[i])) return 0;
-  }
-  if (length < 3) return length;
-  const auto second = static_cast<unsigned char>(text[1]);
-  const bool valid = (first != 0xE0 || second >= 0xA0) && (first != 0xED || second < 0xA0) &&
-                     (first != 0xF0 || second >= 0x90) && (first != 0xF4 || second < 0x90);
-  return valid ? length : 0;
-}
-
-// Of a valid UTF-8 character.
-char32_t CodePoint(std::string_view character) {
-  const auto first = static_cast<unsigned char>(character[0]);
-  char32_t point = character.size() == 1 ? first : first & (0x7FU >> character.size());
-  for (const char c : character.substr(1))
-    point = point << 6 | (static_cast<unsigned char>(c) & 0x3FU);
-  return point;
-}
-
-// C0, DEL and C1.
-bool IsControl(char32_t point) {
-  return point < 0x20 || (point >= 0x7F && point < 0xA0);
-}
-
-// What changes the direction of writing, and so can make a name look like another.
-bool TurnsDirection(char32_t point) {
-  return point == 0x61C || point == 0x200E || point == 0x200F || (point >= 0x202A && point <= 0x202E) ||
-         (point >= 0x2066 && point <= 0x2069);
-}
-
-bool IsHarmless(std::string_view character) {
-  const char32_t point = CodePoint(character);
-  return !IsControl(point) && !TurnsDirection(point);
+// Of the ASCII characters at the start of a text that need no escape.
+size_t PrintableLength(std::string_view text) {
+  size_t length = 0;
+  while (length < text.size() && text[length] >= ' ' && text[length] < '\x7F')
+    ++length;
+  return length;
 }
 
 void AppendEscape(std::string& escaped, char c) {
@@ -89,10 +49,19 @@ void PrintJson(const Json& object) {
 
 std::string Escaped(std::string_view text) {
   std::string escaped;
+  AppendEscaped(escaped, text);
+  return escaped;
+}
+
+void AppendEscaped(std::string& escaped, std::string_view text) {
   while (!text.empty()) {
+    const size_t printable = PrintableLength(text);
+    escaped.append(text.data(), printable);
+    text.remove_prefix(printable);
+    if (text.empty()) return;
     const size_t length = CharacterLength(text);
     const std::string_view character = text.substr(0, length == 0 ? 1 : length);
-    if (length > 0 && IsHarmless(character)) {
+    if (length > 0 && IsHarmless(CodePoint(character))) {
       escaped.append(character);
     } else {
       for (const char c : character)
@@ -100,7 +69,6 @@ std::string Escaped(std::string_view text) {
     }
     text.remove_prefix(character.size());
   }
-  return escaped;
 }
 
 std::string Hex32(uint32_t number) {

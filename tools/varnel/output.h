@@ -23,6 +23,9 @@ void PrintJson(const Json& object);
 /// not UTF-8 become "\xNN".
 std::string Escaped(std::string_view text);
 
+/// Appends what Escaped() returns.
+void AppendEscaped(std::string& escaped, std::string_view text);
+
 /// "0x" and four digits.
 std::string Hex16(uint16_t number);
 

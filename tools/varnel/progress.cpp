@@ -8,6 +8,9 @@
 #include <iostream>
 #include <sstream>
 
+#include "output.h"
+#include "utf8.h"
+
 namespace {
 
 constexpr size_t MAX_BAR = 40;
@@ -20,13 +23,31 @@ size_t Columns() {
   return ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0 ? size.ws_col : USUAL_COLUMNS;
 }
 
+// The first characters of a text.
+std::string FirstColumns(const std::string& text, size_t columns) {
+  size_t end = 0;
+  for (size_t width = 0; end < text.size(); ++end)
+    if (!IsContinuation(text[end]) && ++width > columns) break;
+  return text.substr(0, end);
+}
+
+std::string Counts(const Progress& progress) {
+  std::ostringstream text;
+  text << progress.event << ' ' << progress.done << '/' << progress.total << ' ' << progress.percent << '%';
+  return text.str();
+}
+
+std::string Suffix(const Progress& progress) {
+  return progress.name.empty() ? "" : "  " + progress.name;
+}
+
 }  // namespace
 
 // The last column stays free: a character there makes some terminals start a new line.
 std::string BarText(size_t done, size_t total, const std::string& text, size_t columns) {
   const size_t frame = 4;  // "[] " and the free column
-  if (columns < frame + MIN_BAR + text.size()) return text.substr(0, columns - 1);
-  const size_t width = std::min(MAX_BAR, columns - frame - text.size());
+  if (columns < frame + MIN_BAR + Width(text)) return FirstColumns(text, columns - 1);
+  const size_t width = std::min(MAX_BAR, columns - frame - Width(text));
   const size_t filled = std::min(done, total) * width / total;
   return '[' + std::string(filled, '=') + std::string(width - filled, ' ') + "] " + text;
 }
@@ -52,9 +73,7 @@ void FileProgress::Advance() {
 }
 
 std::string ToText(const Progress& progress) {
-  std::ostringstream text;
-  text << progress.event << ' ' << progress.done << '/' << progress.total << ' ' << progress.percent << '%';
-  return text.str();
+  return Counts(progress) + Suffix(progress);
 }
 
 void LiveProgress::Show(const Progress& progress) {
@@ -67,6 +86,7 @@ void LiveProgress::ShowTime() {
   const auto elapsed = std::chrono::steady_clock::now() - m_start;
   const auto seconds = std::chrono::duration_cast<std::chrono::seconds>(elapsed).count();
   std::ostringstream text;
-  text << ToText(*m_progress) << "  " << seconds / 60 << ':' << std::setw(2) << std::setfill('0') << seconds % 60;
+  text << Counts(*m_progress) << "  " << seconds / 60 << ':' << std::setw(2) << std::setfill('0') << seconds % 60
+       << Suffix(*m_progress);
   m_line.Draw(m_progress->percent, 100, text.str());
 }

@@ -54,9 +54,10 @@ class FileProgress {
 struct Progress {
   const char* event;  ///< "package" or "script"
   unsigned int done, total, percent;
+  std::string name;  ///< of what is loaded or run, for display; may be empty
 };
 
-/// "package 3/12 25%".
+/// "package 3/12 25%  NE-WEST 41".
 std::string ToText(const Progress& progress);
 
 /// Shows a progress with the elapsed time on standard error.

@@ -1,8 +1,9 @@
-#include <evtmsg.h>
 #include <publicdata.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -10,38 +11,41 @@
 
 #include "arguments.h"
 #include "byte_source.h"
+#include "json.h"
 #include "output.h"
 #include "progress.h"
+#include "report_reader.h"
 #include "report_splitter.h"
 #include "subcommands.h"
 
 namespace {
 
-using VARNEL_COMMON::CEvtMsg;
-using VARNEL_COMMON::CVNPackGuageEvt;
-using VARNEL_COMMON::CVNScriptFileEndEvt;
-using VARNEL_COMMON::CVNScriptFileGuageEvt;
-
-constexpr char HELP_TEXT[] = R"(Follow a package load or script run in an element's reports.
+constexpr char HELP_TEXT[] = R"(Follow package loads and script runs in the reports of elements.
 
 Usage: varnel report [OPTION]... [FILE]
 
 FILE is read to its end; without FILE, or if it is -, standard input is read. An
-element with an identifier above 16777215 (0xFFFFFF) speaks TL1, others speak
-MML. An MML report ends at a line ;, >, < or --- END, or before an empty line; a
-TL1 report ends where a message of varnel tl1 ends.
+MML report ends at a line ;, >, < or --- END, or before an empty line; a TL1
+report ends where a message of varnel tl1 ends. The language is the one in which
+the first report is recognised.
 
-The command stops at the end result: of a package load when all is done, of a
-script run with its end report. On a terminal a bar shows the progress.
+Loads are distinguished by element and load: the SID and the AID in TL1, the name
+after +++ and the number after TASK_ID in MML. The command stops when all loads
+and runs that have begun are complete: a package load when all is done, a script
+run with its end report. On a terminal a bar shows the progress.
 
 Options:
       --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
-                        IPv6 address in brackets
-      --follow          Continue to read as FILE grows
-      --timeout SECONDS  Stop if there is no end result after this time, up to a
-                        year (default: no limit)
-      --ne ID           Set the identifier of the element, 0 to 4294967295,
-                        decimal, or hexadecimal after 0x (default: 0)
+                        IPv6 address in brackets. PORT may be a service name
+      --follow          Continue to read as FILE grows, also after another file
+                        gets its name or it is truncated
+      --timeout SECONDS  Stop after this time, up to a year (default: no limit)
+      --idle SECONDS    Stop after this time without a byte (default: no limit)
+      --first           Stop when the first load or run is complete
+      --language NAME   Read reports in this language only: mml or tl1
+      --ne ID           Read reports in the language of the element with this
+                        identifier, 0 to 4294967295, decimal, or hexadecimal after
+                        0x: TL1 above 16777215 (0xFFFFFF), else MML
       --key TEXT        Read only reports that contain TEXT or match it as a
                         pattern with *; may be repeated
       --separator TEXT  End reports after TEXT instead of where the language
@@ -51,169 +55,256 @@ Options:
   -v, --verbose         Show the library's log lines on standard error
 
 JSON objects:
-  event                 package, script or end
+  event                 package or script (progress), complete (a package load),
+                        end (a script run)
+  source                FILE or HOST:PORT
+  sid, load             The element, and which of its loads; null if unknown
   done, total, percent  Numbers of package and script
   result, code          The word and the number of the end result
   item, text            Where and why a run failed, or null
 
 Exit status:
-  0  The load or run succeeded.
-  1  It failed, there was no end result, the input is unreadable, or the result
+  0  All loads and runs that began succeeded; with --first, the first one.
+  1  One failed, there was no end result, the input is unreadable, or the result
      could not be written.
   2  The command line is wrong.
 
 Examples:
   varnel report load.log
       Show the progress recorded in a file.
-  varnel report --connect 192.0.2.7:1400 --ne 0x1000001 --timeout 600
-      Follow a load for ten minutes at most.
+  varnel report --connect 192.0.2.7:1400 --timeout 600
+      Follow loads for ten minutes at most.
   varnel report --follow --json --key '*BOARD 3*' session.log
       Follow the reports of one board in a log.
 )";
 
 struct ReportOptions {
   SourceOptions source;
-  uint32_t element = 0;           // identifier of the element
-  std::vector<std::string> keys;  // only reports that one of these is for; empty for all
-  std::string separator;          // what ends a report; empty for the rules of its language
+  std::optional<uint32_t> element;      // identifier of the element
+  std::optional<std::string> language;  // mml or tl1
+  std::vector<std::string> keys;        // only reports that one of these is for; empty for all
+  std::string separator;                // what ends a report; empty for the rules of its language
+  bool first = false;
   bool json = false;
 };
 
 constexpr auto CLOCK_INTERVAL = std::chrono::milliseconds(1000);
 constexpr auto NO_TICK = std::chrono::milliseconds(0);
 
+// What reads the reports of one language.
+struct Reading {
+  Reading(Language of, const ReportOptions& options)
+      : language(of), cutter(MakeReportCutter(options.separator, of)), reader(of, options.keys) {}
+
+  Language language;
+  std::unique_ptr<ReportCutter> cutter;
+  ReportReader reader;
+};
+
+// A load or run, from its first report on.
+struct Job {
+  unsigned int done = 0, total = 0;
+  bool shown = false;
+  bool complete = false;
+};
+
 class ReportRun {
  public:
   explicit ReportRun(const ReportOptions& options)
-      : m_options(options), m_keys(options.keys), m_bar(!options.json && isatty(STDERR_FILENO) != 0) {
-    m_package.m_dwNEID = m_script.m_dwNEID = m_end.m_dwNEID = options.element;
-    if (m_keys.empty()) m_keys.emplace_back();
+      : m_options(options),
+        m_source(options.source.Names().front()),
+        m_bar(!options.json && isatty(STDERR_FILENO) != 0) {
+    for (const Language language : {Language::Mml, Language::Tl1})
+      if (Speaks(language)) m_readings.push_back(std::make_unique<Reading>(language, options));
   }
 
   int Run() {
-    const auto source = MakeByteSource(m_options.source, Limit::WholeRun, m_bar.Enabled() ? CLOCK_INTERVAL : NO_TICK);
-    const auto reports = MakeReportCutter(m_options.separator, SpeaksTl1());
+    using Status = ByteSource::Status;
+    TimeLimits limits(m_options.source);
+    const auto source = MakeByteSource(m_options.source, m_source, limits, m_bar.Enabled() ? CLOCK_INTERVAL : NO_TICK);
     std::string bytes;
     while (std::cout.flush()) {
-      const ByteSource::Status status = source->Read(bytes);
-      reports->Feed(bytes);
-      if (status == ByteSource::Status::End) reports->Finish();
-      OfferAll(*reports);
-      if (m_result) return *m_result;
-      if (reports->TooLong())
+      const Status status = source->Read(bytes);
+      Take(bytes, status == Status::End || status == Status::Restarted);
+      if (IsDone()) return Finish();
+      if (status == Status::Restarted) StartCutters();
+      if (m_readings.front()->cutter->TooLong() && m_readings.size() == 1)
         return GiveUp("a report is longer than " + std::to_string(ReportCutter::MAX_LENGTH) + " bytes");
-      if (status == ByteSource::Status::Failed) return GiveUp(source->Error());
-      if (status == ByteSource::Status::TimedOut) return GiveUp("no end result: " + source->Error() + Hint());
-      if (status == ByteSource::Status::End) return GiveUp("no end result: the input ends" + Hint());
+      if (status == Status::Failed) return GiveUp(source->Error());
+      if (status == Status::TimedOut) return GiveUp("no end result: " + source->Error() + Hint());
+      if (status == Status::End) return GiveUp("no end result: the input ends" + Hint());
       m_bar.ShowTime();
     }
     return EXIT_BAD;
   }
 
  private:
+  using JobName = std::pair<ReportEvent::Kind, LoadName>;
+
+  bool Speaks(Language language) const {
+    const bool tl1 = m_options.element ? VARNEL_COMMON::IsTL1NeID(*m_options.element) : m_options.language == "tl1";
+    const bool fixed = m_options.element || m_options.language;
+    return !fixed || tl1 == (language == Language::Tl1);
+  }
+
   int GiveUp(const std::string& reason) {
     m_bar.Hide();
-    Complain(m_options.source.Name(), reason);
+    Complain(m_source, reason);
     return EXIT_BAD;
   }
 
   std::string Hint() const {
-    if (m_shownPackage || m_shownScript) return "";
-    return SpeaksTl1() ? "; no TL1 report was recognised" : "; no MML report was recognised (for TL1 give --ne)";
+    if (!m_jobs.empty()) return "";
+    const char* language = m_readings.size() > 1 ? "" : m_readings.front()->language == Language::Tl1 ? "TL1 " : "MML ";
+    return std::string("; no ") + language + "report was recognised";
   }
 
-  bool SpeaksTl1() const { return VARNEL_COMMON::IsTL1NeID(m_options.element); }
-
-  void OfferAll(ReportCutter& reports) {
-    while (!m_result) {
-      std::optional<Report> report = reports.Next();
-      if (!report) return;
-      Offer(std::move(*report));
+  // The language of the first report that is recognised is that of all.
+  void Take(const std::string& bytes, bool ends) {
+    for (size_t i = 0; i < m_readings.size(); ++i) {
+      m_readings[i]->cutter->Feed(bytes);
+      if (ends) m_readings[i]->cutter->Finish();
+      if (!TakeReports(*m_readings[i]) || m_readings.size() == 1) continue;
+      std::swap(m_readings[i], m_readings.front());
+      m_readings.erase(m_readings.begin() + 1, m_readings.end());
+      return;
     }
   }
 
-  // Each event looks at the report, as several may know it. Counts are recognised by what stands behind them; the text
-  // of an end result does without.
-  void Offer(Report report) {
-    const char* const text = report.text.c_str();
-    if (Knows(m_package, text)) {
-      Show({"package", m_package.m_dwDoneNum, m_package.m_dwTotalNum, m_package.GetGuage()}, m_shownPackage);
-      if (m_package.m_dwTotalNum != 0 && m_package.m_dwDoneNum >= m_package.m_dwTotalNum) return EndPackage();
+  // True if one was recognised.
+  bool TakeReports(Reading& reading) {
+    bool recognised = false;
+    while (!IsDone()) {
+      const std::optional<Report> report = reading.cutter->Next();
+      if (!report) break;
+      for (const ReportEvent& event : reading.reader.Read(*report)) {
+        recognised = true;
+        Take(event);
+      }
     }
-    if (Knows(m_script, text)) {
-      Show({"script", m_script.m_dwDoneNum, m_script.m_dwTotalNum, m_script.GetGuage()}, m_shownScript);
-    }
-    report.text.resize(report.bodyLength);
-    if (Knows(m_end, report.text.c_str())) EndScript();
+    return recognised;
   }
 
-  bool Knows(CEvtMsg& event, const char* report) const {
-    for (const std::string& key : m_keys) {
-      event.m_strEvtKey = key;
-      if (event.IsMyEvt(report)) return event.HandleReport(report);
-    }
-    return false;
+  void StartCutters() {
+    for (const auto& reading : m_readings)
+      reading->cutter = MakeReportCutter(m_options.separator, reading->language);
   }
 
-  void Show(const Progress& progress, std::optional<Progress>& shown) {
-    if (shown && shown->done == progress.done && shown->total == progress.total) return;
-    shown = progress;
+  void Take(const ReportEvent& event) {
+    if (event.kind == ReportEvent::Kind::End) return EndScript(event);
+    Job& job = JobOf(event);
+    const bool changed = !job.shown || job.done != event.done || job.total != event.total;
+    job.done = event.done;
+    job.total = event.total;
+    if (changed) Show(event);
+    job.shown = true;
+    if (event.kind != ReportEvent::Kind::Package) return;
+    // Elements send no end report of a package: it has ended when all of it is done.
+    const bool complete = event.total != 0 && event.done >= event.total;
+    if (complete && !job.complete) ShowComplete(event);
+    SetComplete(job, complete);
+  }
+
+  Job& JobOf(const ReportEvent& event) {
+    const auto [found, isNew] = m_jobs.try_emplace({event.kind, event.name});
+    if (isNew) ++m_active;
+    return found->second;
+  }
+
+  void SetComplete(Job& job, bool complete) {
+    if (complete && !job.complete) {
+      --m_active;
+      m_ended = true;
+    } else if (!complete && job.complete) {
+      ++m_active;
+    }
+    job.complete = complete;
+  }
+
+  // An end report without a number is that of all runs of its element.
+  void EndScript(ReportEvent event) {
+    ShowEnd(event);
+    m_failed = m_failed || event.failed;
+    event.kind = ReportEvent::Kind::Script;
+    SetComplete(JobOf(event), true);
+    if (!event.name.load.empty()) return;
+    for (auto& [name, job] : m_jobs)
+      if (name.first == event.kind && name.second.sid == event.name.sid) SetComplete(job, true);
+  }
+
+  bool IsDone() const { return m_ended && (m_options.first || m_active == 0); }
+
+  int Finish() {
+    m_bar.Hide();
+    return m_failed ? EXIT_BAD : EXIT_DONE;
+  }
+
+  // "NE-WEST 41"
+  static std::string NameOf(const LoadName& name) {
+    return Escaped(name.sid) + (name.sid.empty() || name.load.empty() ? "" : " ") + Escaped(name.load);
+  }
+
+  JsonWriter& Begin(const char* kind, const LoadName& name) {
+    return m_json.Add("event", kind).Add("source", m_source).AddOrNull("sid", name.sid);
+  }
+
+  void Show(const ReportEvent& event) {
+    const char* kind = event.kind == ReportEvent::Kind::Package ? "package" : "script";
+    const Progress progress{kind, event.done, event.total, event.percent, NameOf(event.name)};
     m_bar.Show(progress);
     if (m_options.json) {
-      PrintJson({{"event", progress.event},
-                 {"done", progress.done},
-                 {"total", progress.total},
-                 {"percent", progress.percent}});
+      Begin(kind, event.name).AddOrNull("load", event.name.load);
+      m_json.Add("done", event.done).Add("total", event.total).Add("percent", event.percent).Print();
     } else if (!m_bar.Enabled() || !OnTerminal()) {
       std::cout << ToText(progress) << '\n';
     }
   }
 
-  // Elements send no end report of a package: with all of it done it has ended.
-  void EndPackage() {
-    m_result = EXIT_DONE;
-    m_bar.Hide();
-    if (!m_options.json) std::cout << "package " << Coloured(Colour::Good, "complete") << '\n';
-  }
-
-  void EndScript() {
-    const bool failed = !m_end.m_strResultText.empty();  // only a failure has a text, and never an empty one
-    m_result = failed ? EXIT_BAD : EXIT_DONE;
+  void ShowComplete(const ReportEvent& event) {
     m_bar.Hide();
     if (m_options.json) {
-      PrintJson({{"event", "end"},
-                 {"result", m_end.m_strResult},
-                 {"code", m_end.m_dwResultCode},
-                 {"item", failed ? Json(m_end.m_strResultItem) : Json(nullptr)},
-                 {"text", failed ? Json(ResultText()) : Json(nullptr)}});
-      return;
+      Begin("complete", event.name).AddOrNull("load", event.name.load).Add("total", event.total).Print();
+    } else {
+      std::cout << "package " << Coloured(Colour::Good, "complete") << Suffix(event.name) << '\n';
     }
-    std::cout << "end " << Coloured(failed ? Colour::Bad : Colour::Good, Escaped(m_end.m_strResult)) << ", code "
-              << m_end.m_dwResultCode;
-    if (failed) std::cout << ", item " << Escaped(m_end.m_strResultItem) << ": " << Escaped(ResultText());
-    std::cout << '\n';
   }
 
-  // Without the blank that stands behind each of its words.
-  std::string ResultText() const { return m_end.m_strResultText.substr(0, m_end.m_strResultText.size() - 1); }
+  void ShowEnd(const ReportEvent& event) {
+    m_bar.Hide();
+    if (m_options.json) {
+      Begin("end", event.name).Add("result", event.result).Add("code", event.code);
+      m_json.AddOrNull("item", event.item).AddOrNull("text", event.text).Print();
+      return;
+    }
+    const Colour colour = event.failed ? Colour::Bad : Colour::Good;
+    std::cout << "end " << Coloured(colour, Escaped(event.result)) << ", code " << event.code;
+    if (event.failed) std::cout << ", item " << Escaped(event.item) << ": " << Escaped(event.text);
+    std::cout << Suffix(event.name) << '\n';
+  }
+
+  static std::string Suffix(const LoadName& name) {
+    const std::string text = NameOf(name);
+    return text.empty() ? "" : "  " + text;
+  }
 
   const ReportOptions& m_options;
-  std::vector<std::string> m_keys;
-
-  CVNPackGuageEvt m_package;
-  CVNScriptFileGuageEvt m_script;
-  CVNScriptFileEndEvt m_end;
+  const std::string m_source;
+  std::vector<std::unique_ptr<Reading>> m_readings;  // of each language that the reports may have
+  JsonWriter m_json;
   LiveProgress m_bar;
-  std::optional<Progress> m_shownPackage;
-  std::optional<Progress> m_shownScript;
-  std::optional<int> m_result;
+  std::map<JobName, Job> m_jobs;
+  size_t m_active = 0;  // jobs that are not complete
+  bool m_ended = false;
+  bool m_failed = false;
 };
 
 class ReportCommand {
  public:
   explicit ReportCommand(CLI::App& command) {
-    AddSourceOptions(command, m_options.source);
-    TakeNumbers(command.add_option("--ne", m_options.element), 0, UINT32_MAX);
+    AddSourceOptions(command, m_options.source, Operands::One);
+    command.add_flag("--first", m_options.first);
+    CLI::Option* language = command.add_option("--language", m_options.language)->check(OneOf({"mml", "tl1"}));
+    TakeNumbers(command.add_option("--ne", m_options.element), 0, UINT32_MAX)->excludes(language);
     command.add_option("--key", m_options.keys)->allow_extra_args(false);
     command.add_option("--separator", m_options.separator)->check([](const std::string& text) {
       return text.empty() ? "is empty" : "";

@@ -23,8 +23,8 @@ bool IsFrameEnd(std::string_view line) {
 
 }  // namespace
 
-std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, bool tl1) {
-  if (tl1 && separator.empty()) return std::make_unique<Tl1ReportCutter>();
+std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, Language language) {
+  if (language == Language::Tl1 && separator.empty()) return std::make_unique<Tl1ReportCutter>();
   return std::make_unique<ReportSplitter>(separator);
 }
 

@@ -1,7 +1,7 @@
 #ifndef VARNEL_TOOLS_REPORT_SPLITTER_H
 #define VARNEL_TOOLS_REPORT_SPLITTER_H
 
-#include <varnel_tl1/framer.h>
+#include <framer.h>
 
 #include <memory>
 #include <optional>
@@ -37,8 +37,11 @@ class ReportCutter {
   virtual bool TooLong() const = 0;
 };
 
-/// Makes what cuts the reports of an element: at `separator` where it is not empty, else as its language has it.
-std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, bool tl1);
+/// The language of reports.
+enum class Language { Mml, Tl1 };
+
+/// Makes what cuts reports: at `separator` if it is not empty, else as the language has it.
+std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, Language language);
 
 /// Cuts reports at certain lines.
 ///

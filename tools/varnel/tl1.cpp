@@ -1,216 +1,217 @@
-#include <varnel_tl1/tl1.h>
+#include <joiner.h>
 
-#include <algorithm>
 #include <iostream>
+#include <map>
 #include <memory>
-#include <vector>
 
 #include "arguments.h"
-#include "byte_source.h"
-#include "output.h"
 #include "subcommands.h"
-#include "tl1_output.h"
+#include "tl1_filter.h"
+#include "tl1_run.h"
 #include "tl1_strict.h"
 
-using VARNEL_TL1::Framer;
+using VARNEL_TL1::Atags;
 using VARNEL_TL1::Joiner;
 using VARNEL_TL1::Message;
-using VARNEL_TL1::MessageCopy;
-using VARNEL_TL1::Skipped;
+using VARNEL_TL1::MessageType;
 
 namespace {
 
-constexpr uint64_t MAX_LIMIT = uint64_t{1} << 40;
-
 constexpr char HELP_TEXT[] = R"(Cut a stream of bytes into TL1 messages and show their parts.
 
-Usage: varnel tl1 [OPTION]... [FILE]
+Usage: varnel tl1 [OPTION]... [FILE]...
 
-FILE is read to its end; without FILE, or if it is -, standard input is read.
-Line ends of every kind are accepted. Echoes, banners, prompts and telnet bytes
-between messages are skipped. A message that cannot be read is shown as
-unrecognised. A last message without its end is reported on standard error.
+Each FILE is read to its end; without FILE, or if it is -, standard input is
+read. Any line ends are accepted. Echoes, banners, prompts and telnet bytes
+between messages are skipped. A message that has no end is shown too, and
+reported on standard error with its offset.
 
-LIST is one value, or several separated by commas. A message is shown if it
-passes all filters.
+LIST is one pattern, or several separated by commas, with * for any run of
+characters and ? for one; case does not matter. A message is shown if it passes
+all filters.
 
 Options:
       --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
-                        IPv6 address in brackets
-      --follow          Continue to read as FILE grows
-      --timeout SECONDS  Stop after this time without a byte, up to a year
-                        (default: no limit)
+                        IPv6 address in brackets. PORT may be a service name
+      --follow          Continue to read as FILE grows, also after another file
+                        gets its name or it is truncated
+      --timeout SECONDS  Stop after this time, up to a year (default: no limit)
+      --idle SECONDS    Stop after this time without a byte (default: no limit)
+      --count N         Stop after N messages are shown
       --json            Print one JSON object per message
       --join            Join the parts of an answer into one message
-      --strict          Read messages with the library's strict parser
+      --strict          Read messages with the library's strict parser, and report
+                        where it refuses one
       --type LIST       Show only messages of these types: acknowledgement,
                         response, autonomous, prompt, unrecognised
+      --sid LIST        Show only messages from these elements
+      --verb LIST       Show only autonomous messages with these verbs, such as
+                        'REPT ALM *'
       --ctag LIST       Show only messages with these correlation tags
-      --code LIST       Show only messages with these codes: COMPLD, *C, ...
-      --limit BYTES     Accept messages up to this length, 1 to 1099511627776
-                        (default: 16777216)
+      --code LIST       Show only messages with these codes, such as COMPLD or *C;
+                        *, ** and * with one other character mean that alarm code
+      --severity LIST   Show only messages whose text begins with one of these
+                        severities: CR, MJ, MN, CL
+      --encoding NAME   Read characters in this encoding of iconv, which must
+                        extend ASCII (default: UTF-8)
+      --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
+                        K and M are units of 1024 and 1048576 (default: 16M)
   -h, --help            Print this help and exit
-  -v, --verbose         Show the library's log lines, and what was skipped, on
-                        standard error
+  -v, --verbose         Show the library's log lines, what was skipped, and which
+                        time limit was reached, on standard error
 
 JSON objects:
   type                  acknowledgement, response, autonomous, prompt or
                         unrecognised
+  source                FILE or HOST:PORT
+  received              Time when the end of the message came, in UTC; null for a
+                        file that is not followed
   offset, length        Position of the message in the stream, in bytes
+  complete              False if the message has no end or is too long, and with
+                        --join if the last part is missing
   sid, date, time       From the header
   ctag, atag            The correlation tag of an answer; the tag of an
                         autonomous message
   code, verb            The completion or alarm code; the subject of an
                         autonomous message
   lines                 A list of the lines of its text
+  text                  For each line null, or for a quoted one an object: aid,
+                        positional (a list for each block after the aid) and named
+                        (the values with names)
+  severity              Of the first quoted line: CR, MJ, MN, CL or null
+  missed                How many autonomous messages of this element are missing
+                        before this one, by their atags; null if it is unknown
   continues             True if more parts of the answer follow
+  raw                   The message in base64 if it is not valid in the encoding
   Values that a message does not have are null.
 
 Exit status:
-  0  The whole stream was read.
-  1  The last message has no end, a message is too long, the time limit passed,
-     the input is unreadable, or the result could not be written.
+  0  All was read, or a time limit or N was reached.
+  1  A message is incomplete, too long or refused, no TL1 was found, fewer than N
+     messages were shown, a FILE is unreadable, there is no connection, or the
+     result could not be written.
   2  The command line is wrong.
 
 Examples:
   varnel tl1 capture.log
       Show all messages of a file.
-  varnel tl1 --json --type autonomous --code '*C,**' capture.log
-      Show critical and major alarms, for a program.
-  varnel tl1 --connect 192.0.2.7:1400 --timeout 60
+  varnel tl1 --json --type autonomous --code '*C,**' *.log
+      Show critical and major alarms in several files, for a program.
+  varnel tl1 --connect 192.0.2.7:1400 --idle 60
       Show what an element sends until it is silent for a minute.
 )";
 
-struct Tl1Options {
-  SourceOptions source;
-  bool json = false;
+struct ShowOptions : Tl1Options {
   bool join = false;
   bool strict = false;
-  uint64_t limit = VARNEL_TL1::DEFAULT_LIMIT;
-  std::vector<std::string> types, ctags, codes;
+  std::optional<uint64_t> count;
+  Tl1Filter filter;
 };
 
-bool Passes(const std::vector<std::string>& wanted, std::string_view value) {
-  return wanted.empty() || std::find(wanted.begin(), wanted.end(), value) != wanted.end();
-}
-
-// One run: from the source through framer, reader, joiner and filters to standard output.
-class Tl1Run {
+// From the framer through parser, joiner and filter to standard output.
+class ShowRun : public Tl1Run {
  public:
-  Tl1Run(const Tl1Options& options, bool verbose)
-      : m_options(options), m_verbose(verbose), m_framer(options.limit), m_joiner(options.limit) {}
+  ShowRun(const ShowOptions& options, bool verbose)
+      : Tl1Run(options, verbose),
+        m_options(options),
+        m_namesSource(options.source.Names().size() > 1),
+        m_output(options.encoding) {}
 
-  int Run() {
-    const auto source = MakeByteSource(m_options.source, Limit::Silence);
-    std::string bytes;
-    while (source->Read(bytes) == ByteSource::Status::Data)
-      Take(bytes);
-    End();
-    if (!source->Error().empty()) Fail(source->Error());
-    if (m_verbose) TellSkipped(m_framer.GetSkipped());
-    return m_failed ? EXIT_BAD : EXIT_DONE;
+  int Show() {
+    const int status = Run();
+    if (!m_options.count || m_shown == *m_options.count) return status;
+    Fail("only " + std::to_string(m_shown) + " of " + std::to_string(*m_options.count) + " messages came");
+    return EXIT_BAD;
   }
 
  private:
-  void Take(const std::string& bytes) {
-    m_framer.Append(bytes);
-    TakeMessages();
-    std::cout.flush();
+  void StartStream() override {
+    m_joiner.emplace(m_options.limit);
+    m_atags.emplace();
+    m_missed.clear();
   }
 
-  void End() {
-    m_framer.Finish();
-    TakeMessages();
-    m_joiner.Finish();
-    PrintJoined();
-  }
-
-  void Fail(const std::string& what) {
-    Complain(m_options.source.Name(), what);
-    m_failed = true;
-  }
-
-  void TakeMessages() {
-    Message message;
-    while (m_framer.Next(message))
-      TakeMessage(message);
-  }
-
-  void TakeMessage(const Message& message) {
-    const MessageCopy strict = m_options.strict ? ReadStrictly(message) : MessageCopy();
-    const Message& read = m_options.strict ? strict.View() : message;
-    if (!m_options.join) {
-      Print(read);
-      return;
+  void Take(const Message& message) override {
+    const std::optional<uint64_t> missed = m_atags->Missed(message);
+    if (!m_options.strict) return Pass(message, missed);
+    const StrictMessage strict = ReadStrictly(message);
+    if (!strict.refusedAt.empty()) {
+      Fail("the message at offset " + std::to_string(message.offset) + " is refused: bad " + strict.refusedAt);
     }
-    m_joiner.Add(read);
-    PrintJoined();
+    Pass(strict.message.View(), missed);
   }
 
-  void PrintJoined() {
+  void Pass(const Message& message, std::optional<uint64_t> missed) {
+    if (!m_options.join) return Show(message, missed);
+    if (message.type == MessageType::Autonomous) m_missed.emplace(message.offset, missed);
+    m_joiner->Add(message);
+    ShowJoined();
+  }
+
+  void FinishStream() override {
+    m_joiner->Finish();
+    ShowJoined();
+  }
+
+  void ShowJoined() {
     Message message;
-    while (m_joiner.Next(message))
-      Print(message);
+    while (!IsDone() && m_joiner->Next(message))
+      Show(message, TakeMissed(message));
   }
 
-  void Print(const Message& message) {
-    const std::string place = "the message at offset " + std::to_string(message.offset);
-    if (message.tooLong) {
-      Fail(TooLong(place));
-    } else if (!message.complete) {
-      Fail(place + " has no end");
+  // What was missing before the first part; the entries of all parts go.
+  std::optional<uint64_t> TakeMissed(const Message& message) {
+    const auto first = m_missed.find(message.offset);
+    if (first == m_missed.end()) return std::nullopt;
+    const std::optional<uint64_t> missed = first->second;
+    m_missed.erase(first, m_missed.lower_bound(message.offset + message.length));
+    return missed;
+  }
+
+  void Show(const Message& message, std::optional<uint64_t> missed) {
+    if (m_options.filter.Passes(message)) {
+      Print(message, missed);
+      ++m_shown;
     }
-    const bool wanted = Passes(m_options.types, VARNEL_TL1::TypeName(message.type)) &&
-                        Passes(m_options.ctags, message.ctag) && Passes(m_options.codes, message.code);
-    if (!wanted) return;
+    Examine(message);
+  }
+
+  void Print(const Message& message, std::optional<uint64_t> missed) {
     if (m_options.json) {
-      PrintJson(MessageToJson(message));
+      m_output.Add(m_json, message, {Source(), Received(), missed});
+      m_json.Print();
     } else {
-      PrintBlock(message);
+      m_output.Print(message, {m_namesSource ? Source() : "", {}, missed});
     }
   }
 
-  std::string TooLong(const std::string& what) const {
-    return what + " is longer than " + std::to_string(m_options.limit) + " bytes";
-  }
+  bool IsDone() const override { return m_shown == m_options.count; }
 
-  void TellSkipped(const Skipped& skipped) const {
-    Complain(m_options.source.Name(),
-             "skipped " + std::to_string(skipped.bytes) + " bytes between messages: " + std::to_string(skipped.echoes) +
-                 " echoes, " + std::to_string(skipped.prompts) + " prompts, " + std::to_string(skipped.lines) +
-                 " other lines; " + std::to_string(skipped.telnet) + " telnet sequences");
-  }
-
-  const Tl1Options& m_options;
-  const bool m_verbose;
-  Framer m_framer;
-  Joiner m_joiner;
-  bool m_failed = false;
+  const ShowOptions& m_options;
+  const bool m_namesSource;
+  Tl1Output m_output;
+  JsonWriter m_json;
+  std::optional<Joiner> m_joiner;
+  std::optional<Atags> m_atags;
+  std::map<uint64_t, std::optional<uint64_t>> m_missed;  // by offset, of messages that the joiner has not passed yet
+  uint64_t m_shown = 0;
 };
 
 class Tl1Command {
  public:
   explicit Tl1Command(CLI::App& command) : m_app(command) {
-    AddSourceOptions(command, m_options.source);
-    command.add_flag("--json", m_options.json);
+    AddTl1Options(command, m_options);
+    m_options.filter.AddOptions(command);
     command.add_flag("--join", m_options.join);
     command.add_flag("--strict", m_options.strict);
-    AddList("--type", m_options.types)
-        ->check(OneOf({"acknowledgement", "response", "autonomous", "prompt", "unrecognised"}));
-    AddList("--ctag", m_options.ctags);
-    AddList("--code", m_options.codes);
-    TakeNumbers(command.add_option("--limit", m_options.limit), 1, MAX_LIMIT);
+    TakeNumbers(command.add_option("--count", m_options.count), 1, UINT64_MAX);
   }
 
-  int Run() const { return Tl1Run(m_options, m_app.get_parent()->count("--verbose") > 0).Run(); }
+  int Run() const { return ShowRun(m_options, m_app.get_parent()->count("--verbose") > 0).Show(); }
 
  private:
-  CLI::Option* AddList(const char* name, std::vector<std::string>& list) {
-    return m_app.add_option(name, list)->delimiter(',')->allow_extra_args(false);
-  }
-
   CLI::App& m_app;
-  Tl1Options m_options;
+  ShowOptions m_options;
 };
 
 }  // namespace

@@ -1,23 +1,123 @@
 #include "tl1_output.h"
 
-#include <varnel_tl1/text.h>
+#include <ace/Codecs.h>
 
 #include <iostream>
+#include <memory>
+#include <new>
 
+#include "output.h"
+
+using VARNEL_TL1::LineReader;
 using VARNEL_TL1::Message;
 using VARNEL_TL1::MessageType;
 
 namespace {
 
-// Absent fields are null.
-Json FieldToJson(std::string_view field) {
-  return field.empty() ? Json() : Json(std::string(field));
+std::string Base64(std::string_view bytes) {
+  size_t length = 0;
+  const auto* data = static_cast<const ACE_Byte*>(static_cast<const void*>(bytes.data()));
+  const std::unique_ptr<ACE_Byte[]> encoded(ACE_Base64::encode(data, bytes.size(), &length, false));
+  if (encoded == nullptr) throw std::bad_alloc();
+  return {encoded.get(), encoded.get() + length};
 }
 
-// Only codes that ask for attention, or say that all is well, have a colour.
-std::string ColouredCode(const Message& message) {
-  const std::string code(message.code);
-  const std::string shown = Escaped(code);
+bool NeedsUnescaping(std::string_view raw) {
+  const auto holds = [raw](char c) { return raw.find(c) != std::string_view::npos; };
+  return holds('\\') || holds('\r') || holds('\n');
+}
+
+}  // namespace
+
+void Tl1Output::Add(JsonWriter& json, const Message& message, const Tl1Origin& origin) {
+  json.Add("type", VARNEL_TL1::TypeName(message.type));
+  json.Add("source", origin.source).AddOrNull("received", origin.received);
+  json.Add("offset", message.offset).Add("length", message.length).Add("complete", message.complete);
+  json.AddOrNull("sid", m_encoding.ToUtf8(message.sid));
+  json.AddOrNull("date", m_encoding.ToUtf8(message.date));
+  json.AddOrNull("time", m_encoding.ToUtf8(message.time));
+  json.AddOrNull("ctag", m_encoding.ToUtf8(message.ctag));
+  json.AddOrNull("atag", m_encoding.ToUtf8(message.atag));
+  json.AddOrNull("code", m_encoding.ToUtf8(message.code));
+  json.AddOrNull("verb", m_encoding.ToUtf8(message.verb));
+  AddText(json, message.text);
+  json.AddOrNull("severity", VARNEL_TL1::Severity(message));
+  json.Add("missed", origin.missed).Add("continues", message.continues);
+  json.AddOrNull("raw", m_encoding.IsValid(message.bytes) ? std::string() : Base64(message.bytes));
+}
+
+// The lines, and the same taken apart.
+void Tl1Output::AddText(JsonWriter& json, std::string_view text) {
+  json.Key("lines");
+  json.BeginArray();
+  m_quotedTexts.clear();
+  LineReader lines(text);
+  for (std::string_view line; lines.Next(line);) {
+    json.Value(m_encoding.ToUtf8(line));
+    m_quotedTexts.push_back(lines.Quoted());
+  }
+  json.EndArray();
+  json.Key("text");
+  json.BeginArray();
+  for (const std::string_view quoted : m_quotedTexts) {
+    if (m_quoted.Read(quoted)) {
+      m_hasEscapes = NeedsUnescaping(quoted);
+      AddQuoted(json);
+    } else {
+      json.Value(nullptr);
+    }
+  }
+  json.EndArray();
+}
+
+void Tl1Output::AddQuoted(JsonWriter& json) {
+  json.BeginObject();
+  json.AddOrNull("aid", Meaning(m_quoted.Aid()));
+  AddPositional(json);
+  AddNamed(json);
+  json.EndObject();
+}
+
+void Tl1Output::AddPositional(JsonWriter& json) {
+  json.Key("positional");
+  json.BeginArray();
+  auto parameter = m_quoted.Parameters().begin();
+  const auto end = m_quoted.Parameters().end();
+  for (size_t block = 0; block < m_quoted.Blocks(); ++block) {
+    json.BeginArray();
+    for (; parameter != end && parameter->block == block; ++parameter)
+      if (parameter->name.empty()) json.Value(Meaning(parameter->value));
+    json.EndArray();
+  }
+  json.EndArray();
+}
+
+// Of a name that occurs twice the last value.
+void Tl1Output::AddNamed(JsonWriter& json) {
+  m_named.clear();
+  for (const auto& parameter : m_quoted.Parameters())
+    if (!parameter.name.empty()) m_named[std::string(Meaning(parameter.name))] = parameter.value;
+  json.Key("named");
+  json.BeginObject();
+  for (const auto& [name, value] : m_named) {
+    json.AnyKey(name);
+    json.Value(Meaning(value));
+  }
+  json.EndObject();
+}
+
+// Valid until the next call.
+std::string_view Tl1Output::Meaning(std::string_view raw) {
+  if (!m_hasEscapes || !NeedsUnescaping(raw)) return m_encoding.ToUtf8(raw);
+  m_unescaped.clear();
+  VARNEL_TL1::AppendUnescaped(raw, m_unescaped);
+  return m_encoding.ToUtf8(m_unescaped);
+}
+
+// Only codes that ask for attention, or report that all is well, have a colour.
+std::string Tl1Output::ColouredCode(const Message& message) {
+  const std::string_view code = message.code;
+  const std::string shown = Escaped(m_encoding.ToUtf8(code));
   if (message.type == MessageType::Autonomous) {
     if (code == "*C" || code == "**") return Coloured(Colour::Bad, shown);
     if (code.front() == '*') return Coloured(Colour::Warning, shown);
@@ -28,50 +128,44 @@ std::string ColouredCode(const Message& message) {
   return refused ? Coloured(Colour::Bad, shown) : shown;
 }
 
-void PrintField(const char* name, std::string_view value) {
-  if (!value.empty()) std::cout << "  " << name << Escaped(std::string(value));
+void Tl1Output::AppendField(const char* name, std::string_view field) {
+  if (field.empty()) return;
+  m_block.append("  ").append(name);
+  AppendEscaped(m_block, m_encoding.ToUtf8(field));
 }
 
-}  // namespace
-
-Json MessageToJson(const Message& message) {
-  Json lines = Json::array();
-  VARNEL_TL1::LineReader reader(message.text);
-  for (std::string_view line; reader.Next(line);)
-    lines.push_back(std::string(line));
-  return {{"type", VARNEL_TL1::TypeName(message.type)},
-          {"offset", message.offset},
-          {"length", message.length},
-          {"sid", FieldToJson(message.sid)},
-          {"date", FieldToJson(message.date)},
-          {"time", FieldToJson(message.time)},
-          {"ctag", FieldToJson(message.ctag)},
-          {"atag", FieldToJson(message.atag)},
-          {"code", FieldToJson(message.code)},
-          {"verb", FieldToJson(message.verb)},
-          {"lines", std::move(lines)},
-          {"continues", message.continues}};
+void Tl1Output::AppendHeading(const Message& message, const Tl1Origin& origin) {
+  const bool good = message.complete && message.type != MessageType::Unrecognised;
+  const char* type = VARNEL_TL1::TypeName(message.type);
+  m_block += good ? type : Coloured(Colour::Warning, type);
+  if (!message.code.empty()) m_block += "  " + ColouredCode(message);
+  AppendField("", message.verb);
+  AppendField("ctag ", message.ctag);
+  AppendField("atag ", message.atag);
+  if (origin.missed.value_or(0) > 0) m_block += "  (" + std::to_string(*origin.missed) + " missed before)";
+  if (message.continues) m_block += "  (continues)";
+  if (!message.complete) m_block += "  (incomplete)";
+  m_block += '\n';
 }
 
-void PrintBlock(const Message& message) {
-  const bool unread = message.type == MessageType::Unrecognised;
-  const std::string type = VARNEL_TL1::TypeName(message.type);
-  std::cout << (unread ? Coloured(Colour::Warning, type) : type);
-  if (!message.code.empty()) std::cout << "  " << ColouredCode(message);
-  PrintField("", message.verb);
-  PrintField("ctag ", message.ctag);
-  PrintField("atag ", message.atag);
-  std::cout << (message.continues ? "  (continues)\n" : "\n");
+void Tl1Output::Print(const Message& message, const Tl1Origin& origin) {
+  m_block.clear();
+  AppendHeading(message, origin);
   if (!message.sid.empty() || !message.date.empty() || !message.time.empty()) {
-    std::cout << "  from";
-    PrintField("", message.sid);
-    PrintField("", message.date);
-    PrintField("", message.time);
-    std::cout << '\n';
+    m_block += "  from";
+    AppendField("", message.sid);
+    AppendField("", message.date);
+    AppendField("", message.time);
+    m_block += '\n';
   }
-  std::cout << "  at    " << message.offset << ", " << message.length << " bytes\n";
-  VARNEL_TL1::LineReader lines(message.text);
-  for (std::string_view line; lines.Next(line);)
-    std::cout << "    " << Escaped(std::string(line)) << '\n';
-  std::cout << '\n';
+  m_block += "  at    " + std::to_string(message.offset) + ", " + std::to_string(message.length) + " bytes";
+  if (!origin.source.empty()) m_block.append(" of ").append(Escaped(origin.source));
+  m_block += '\n';
+  LineReader lines(message.text);
+  for (std::string_view line; lines.Next(line);) {
+    m_block += "    ";
+    AppendEscaped(m_block, m_encoding.ToUtf8(line));
+    m_block += '\n';
+  }
+  std::cout << (m_block += '\n');
 }

@@ -1,14 +1,56 @@
 #ifndef VARNEL_TOOLS_TL1_OUTPUT_H
 #define VARNEL_TOOLS_TL1_OUTPUT_H
 
-#include <varnel_tl1/message.h>
+#include <message.h>
+#include <text.h>
 
-#include "output.h"
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
 
-/// A message as one JSON object.
-Json MessageToJson(const VARNEL_TL1::Message& message);
+#include "encoding.h"
+#include "json.h"
 
-/// Prints a message for people: a line with type, code and tags, one with its origin, and its text.
-void PrintBlock(const VARNEL_TL1::Message& message);
+/// Where a message comes from.
+struct Tl1Origin {
+  std::string_view source;         ///< FILE, HOST:PORT or the name of the element
+  std::string_view received;       ///< time; empty for input that is not live
+  std::optional<uint64_t> missed;  ///< of Atags::Missed()
+};
+
+/// Shows TL1 messages.
+class Tl1Output {
+ public:
+  explicit Tl1Output(const std::string& encoding) : m_encoding(encoding) {}
+
+  /// Adds all members that describe a message.
+  void Add(JsonWriter& json, const VARNEL_TL1::Message& message, const Tl1Origin& origin);
+
+  /// Prints a message for people: a line with type, code and tags, one with its origin, one with its place, and its
+  /// text. The source is shown if `origin` has one.
+  void Print(const VARNEL_TL1::Message& message, const Tl1Origin& origin);
+
+ private:
+  void AddText(JsonWriter& json, std::string_view text);
+  void AddQuoted(JsonWriter& json);
+  void AddPositional(JsonWriter& json);
+  void AddNamed(JsonWriter& json);
+  std::string_view Meaning(std::string_view raw);
+
+  std::string ColouredCode(const VARNEL_TL1::Message& message);
+  void AppendField(const char* name, std::string_view field);
+  void AppendHeading(const VARNEL_TL1::Message& message, const Tl1Origin& origin);
+
+  Encoding m_encoding;
+  std::vector<std::string_view> m_quotedTexts;  // of the lines of a message; empty if a line is not quoted
+  VARNEL_TL1::QuotedText m_quoted;
+  bool m_hasEscapes = false;  // m_quoted
+  std::map<std::string, std::string_view> m_named;
+  std::string m_unescaped;
+  std::string m_block;
+};
 
 #endif

@@ -9,7 +9,7 @@ using VARNEL_TL1::MessageType;
 
 namespace {
 
-enum ParsedType { PARSED_ACKNOWLEDGEMENT = 2, PARSED_RESPONSE = 3 };
+enum ParsedType { PARSED_ACKNOWLEDGEMENT = 2, PARSED_RESPONSE = 3, PARSED_AUTONOMOUS = 4 };
 
 // The parser gives a bare prompt the type of an autonomous message, with no fields.
 MessageType TypeOf(const CTL1NEMsgParse& parser) {
@@ -31,9 +31,30 @@ std::string_view SidField(std::string_view text) {
   return Field(text);
 }
 
+// The field of the header line that is missing. Each ends at the first blank after it, the time at a carriage return;
+// `fields` is what follows the three blanks.
+const char* BadHeaderField(std::string_view fields) {
+  for (const char* name : {"SID", "date"}) {
+    const size_t blank = fields.find(' ');
+    if (blank == 0 || blank == std::string_view::npos) return name;
+    fields.remove_prefix(blank + 1);
+  }
+  return "time";
+}
+
+// What a failure leaves in the parser shows where it was.
+const char* RefusedAt(const CTL1NEMsgParse& parser, std::string_view message) {
+  constexpr std::string_view HEADER = "\r\n\n   ";
+  const size_t header = message.find(HEADER);
+  if (header == std::string_view::npos) return parser.m_strNEMsg.empty() ? "acknowledgement" : "header line";
+  if (parser.m_nMsgType == PARSED_RESPONSE || parser.m_nMsgType == PARSED_AUTONOMOUS) return "text block";
+  const bool badField = !parser.m_strNEMsg.empty() && parser.m_strTime.empty();
+  return badField ? BadHeaderField(message.substr(header + HEADER.size())) : "identification line";
+}
+
 }  // namespace
 
-MessageCopy ReadStrictly(const Message& message) {
+StrictMessage ReadStrictly(const Message& message) {
   Message read;
   read.bytes = read.text = message.bytes;
   read.offset = message.offset;
@@ -42,7 +63,8 @@ MessageCopy ReadStrictly(const Message& message) {
   read.tooLong = message.tooLong;
   read.continues = !message.bytes.empty() && message.bytes.back() == '>';
   CTL1NEMsgParse parser{std::string(message.bytes)};
-  if (!message.complete || !parser.NEMsgParse()) return MessageCopy(read);
+  if (!message.complete) return {MessageCopy(read), ""};
+  if (!parser.NEMsgParse()) return {MessageCopy(read), RefusedAt(parser, message.bytes)};
   read.type = TypeOf(parser);
   read.sid = SidField(parser.m_strSID);
   read.date = Field(parser.m_strDate);
@@ -53,5 +75,5 @@ MessageCopy ReadStrictly(const Message& message) {
   read.verb = Field(parser.m_strVerb);
   read.text = parser.m_strTextBlock;
   read.continues = read.continues || (read.type == MessageType::Response && read.code == "RTRV");
-  return MessageCopy(read);
+  return {MessageCopy(read), ""};
 }

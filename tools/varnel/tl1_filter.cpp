@@ -1,0 +1,95 @@
+#include "tl1_filter.h"
+
+#include <text.h>
+
+#include <algorithm>
+
+using VARNEL_TL1::Message;
+using VARNEL_TL1::MessageType;
+
+namespace {
+
+constexpr MessageType TYPES[] = {MessageType::Acknowledgement, MessageType::Response, MessageType::Autonomous,
+                                 MessageType::Prompt, MessageType::Unrecognised};
+
+char Lower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool SameCharacter(char pattern, char c) {
+  return pattern == '?' || Lower(pattern) == Lower(c);
+}
+
+bool SameText(std::string_view one, std::string_view other) {
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
+                    [](char a, char b) { return Lower(a) == Lower(b); });
+}
+
+// "*", "**", "*C": in a list of codes these are the codes of alarms.
+bool MatchesCode(const std::string& pattern, std::string_view code) {
+  const bool alarmCode = pattern.size() <= 2 && pattern.front() == '*';
+  return alarmCode ? SameText(pattern, code) : MatchesPattern(pattern, code);
+}
+
+template <typename Matches>
+bool PassesList(const std::vector<std::string>& list, std::string_view value, Matches matches) {
+  if (list.empty()) return true;
+  return !value.empty() &&
+         std::any_of(list.begin(), list.end(), [&](const std::string& pattern) { return matches(pattern, value); });
+}
+
+std::string CheckType(const std::string& pattern) {
+  std::string names;
+  for (const MessageType type : TYPES) {
+    const std::string name = VARNEL_TL1::TypeName(type);
+    if (MatchesPattern(pattern, name)) return "";
+    names += (names.empty() ? "" : ", ") + name;
+  }
+  return pattern + " is not one of " + names;
+}
+
+std::string CheckPattern(const std::string& pattern) {
+  return pattern.empty() ? "has an empty item" : "";
+}
+
+}  // namespace
+
+// After a mismatch the run of the last "*" takes one more character: "*ab" at "aab" -> first "", then "a".
+bool MatchesPattern(std::string_view pattern, std::string_view text) {
+  size_t at = 0, inText = 0;
+  size_t afterStar = std::string_view::npos, runEnd = 0;
+  while (inText < text.size()) {
+    if (at < pattern.size() && pattern[at] == '*') {
+      afterStar = ++at;
+      runEnd = inText;
+    } else if (at < pattern.size() && SameCharacter(pattern[at], text[inText])) {
+      ++at;
+      ++inText;
+    } else if (afterStar != std::string_view::npos) {
+      at = afterStar;
+      inText = ++runEnd;
+    } else {
+      return false;
+    }
+  }
+  return pattern.find_first_not_of('*', at) == std::string_view::npos;
+}
+
+void Tl1Filter::AddOptions(CLI::App& command) {
+  const auto add = [&command](const char* name, List& list) {
+    return command.add_option(name, list)->delimiter(',')->allow_extra_args(false)->check(CheckPattern);
+  };
+  add("--type", m_types)->check(CheckType);
+  add("--sid", m_sids);
+  add("--verb", m_verbs);
+  add("--ctag", m_ctags);
+  add("--code", m_codes);
+  add("--severity", m_severities);
+}
+
+bool Tl1Filter::Passes(const Message& message) const {
+  return PassesList(m_types, VARNEL_TL1::TypeName(message.type), MatchesPattern) &&
+         PassesList(m_sids, message.sid, MatchesPattern) && PassesList(m_verbs, message.verb, MatchesPattern) &&
+         PassesList(m_ctags, message.ctag, MatchesPattern) && PassesList(m_codes, message.code, MatchesCode) &&
+         (m_severities.empty() || PassesList(m_severities, VARNEL_TL1::Severity(message), MatchesPattern));
+}

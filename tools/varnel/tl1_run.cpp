@@ -1,0 +1,124 @@
+#include "tl1_run.h"
+
+#include <chrono>
+#include <ctime>
+#include <iostream>
+
+#include "arguments.h"
+#include "output.h"
+#include "subcommands.h"
+
+using VARNEL_TL1::Message;
+using VARNEL_TL1::MessageType;
+
+namespace {
+
+constexpr uint64_t MAX_LIMIT = uint64_t{1} << 40;
+
+// 2026-01-15T12:00:07.042Z
+std::string Now() {
+  const auto now = std::chrono::system_clock::now();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
+  std::tm utc = {};
+  gmtime_r(&seconds, &utc);
+  char text[32];
+  text[std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc)] = '\0';
+  return text + ('.' + std::to_string(milliseconds + 1000).substr(1)) + 'Z';
+}
+
+}  // namespace
+
+void AddTl1Options(CLI::App& command, Tl1Options& options) {
+  AddSourceOptions(command, options.source, Operands::Several);
+  command.add_option("--encoding", options.encoding)->check(Encoding::Check);
+  TakeSizes(command.add_option("--limit", options.limit), 1, MAX_LIMIT);
+  command.add_flag("--json", options.json);
+}
+
+int Tl1Run::Run() {
+  TimeLimits limits(m_options.source);
+  for (const std::string& name : m_options.source.Names()) {
+    m_source = name;
+    if (!ReadSource(limits)) break;
+  }
+  return m_failed ? EXIT_BAD : EXIT_DONE;
+}
+
+// False if no further source is to be read.
+bool Tl1Run::ReadSource(TimeLimits& limits) {
+  using Status = ByteSource::Status;
+  const auto source = MakeByteSource(m_options.source, m_source, limits);
+  const bool live = m_options.source.IsLive(m_source);
+  m_found = false;
+  m_framer.emplace(m_options.limit);
+  StartStream();
+  std::string bytes;
+  Status status = Status::Data;
+  while (status == Status::Data || status == Status::Restarted) {
+    status = source->Read(bytes);
+    if (live) m_received = Now();
+    Append(bytes);
+    if (IsDone() || !std::cout.flush()) return false;
+    if (status == Status::Data) continue;
+    EndStream();
+    if (IsDone()) return false;
+    if (status != Status::Restarted) break;
+    m_framer.emplace(m_options.limit);
+    StartStream();
+  }
+  if (status == Status::Failed) {
+    Fail(source->Error());
+  } else if (!m_found) {
+    Fail("no TL1 message was found");
+  }
+  if (m_verbose && status == Status::TimedOut) Complain(m_source, "ended: " + source->Error());
+  return status != Status::TimedOut;
+}
+
+void Tl1Run::Append(const std::string& bytes) {
+  m_framer->Append(bytes);
+  TakeMessages();
+}
+
+void Tl1Run::EndStream() {
+  m_framer->Finish();
+  TakeMessages();
+  if (IsDone()) return;
+  FinishStream();
+  if (m_verbose) ReportSkipped();
+}
+
+void Tl1Run::TakeMessages() {
+  Message message;
+  while (!IsDone() && m_framer->Next(message)) {
+    m_found = m_found || message.type != MessageType::Prompt;
+    Take(message);
+  }
+}
+
+void Tl1Run::Examine(const Message& message) {
+  if (message.complete) return;
+  const std::string at = " at offset " + std::to_string(message.offset);
+  if (message.tooLong) {
+    Fail("the message" + at + " is longer than " + std::to_string(m_options.limit) + " bytes");
+  } else if (message.continues) {
+    Fail("the answer" + at + " lacks its last part");
+  } else {
+    Fail("the message" + at + " has no end");
+  }
+}
+
+void Tl1Run::Fail(const std::string& what) {
+  Complain(m_source, what);
+  m_failed = true;
+}
+
+void Tl1Run::ReportSkipped() const {
+  const VARNEL_TL1::Skipped& skipped = m_framer->GetSkipped();
+  Complain(m_source, "skipped " + std::to_string(skipped.bytes) +
+                         " bytes between messages: " + std::to_string(skipped.echoes) + " echoes, " +
+                         std::to_string(skipped.prompts) + " prompts, " + std::to_string(skipped.lines) +
+                         " other lines; " + std::to_string(skipped.telnet) + " telnet sequences");
+}

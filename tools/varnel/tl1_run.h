@@ -1,0 +1,71 @@
+#ifndef VARNEL_TOOLS_TL1_RUN_H
+#define VARNEL_TOOLS_TL1_RUN_H
+
+#include <atags.h>
+#include <framer.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "byte_source.h"
+#include "tl1_output.h"
+
+/// The options of all subcommands that read TL1.
+struct Tl1Options {
+  SourceOptions source;
+  std::string encoding = "UTF-8";
+  uint64_t limit = VARNEL_TL1::DEFAULT_LIMIT;
+  bool json = false;
+};
+
+/// Adds these options to a command.
+void AddTl1Options(CLI::App& command, Tl1Options& options);
+
+/// Reads all sources of a command line, one after the other, and hands on their messages. Reports on standard error
+/// what is incomplete or too long, a source without TL1, and a source that cannot be read.
+class Tl1Run {
+ public:
+  /// @param verbose  report what was skipped, and which time limit ended the run
+  Tl1Run(const Tl1Options& options, bool verbose) : m_options(options), m_verbose(verbose) {}
+  virtual ~Tl1Run() = default;
+  Tl1Run(const Tl1Run&) = delete;
+  Tl1Run& operator=(const Tl1Run&) = delete;
+
+  /// @return EXIT_BAD if something was reported that Fail() counts, else EXIT_DONE
+  int Run();
+
+ protected:
+  virtual void StartStream() {}
+  virtual void Take(const VARNEL_TL1::Message& message) = 0;
+  virtual void FinishStream() {}
+  /// True if no further message is needed.
+  virtual bool IsDone() const { return false; }
+
+  /// Reports a message that is incomplete.
+  void Examine(const VARNEL_TL1::Message& message);
+  /// Reports what is wrong with the current source.
+  void Fail(const std::string& what);
+
+  /// The current source, and the time of the bytes that came last if it is live.
+  const std::string& Source() const { return m_source; }
+  const std::string& Received() const { return m_received; }
+
+ private:
+  bool ReadSource(TimeLimits& limits);
+  void Append(const std::string& bytes);
+  void EndStream();
+  void TakeMessages();
+  void ReportSkipped() const;
+
+  const Tl1Options& m_options;
+  const bool m_verbose;
+  std::string m_source;
+  std::string m_received;
+  std::optional<VARNEL_TL1::Framer> m_framer;
+  bool m_found = false;  // a message, in this source
+  bool m_failed = false;
+};
+
+#endif
