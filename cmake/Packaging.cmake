@@ -13,7 +13,7 @@ set(section_dev libdevel)
 set(section_varnel net)
 # Packages whose headers are compiled into a component, which therefore carries their notices.
 set(contains_platform libspdlog-dev libfmt-dev)
-set(contains_varnel libcli11-dev nlohmann-json3-dev libspdlog-dev libfmt-dev)
+set(contains_varnel libcli11-dev rapidjson-dev libspdlog-dev libfmt-dev)
 
 set(libraries common platform tl1)
 set(components ${libraries} dev varnel)

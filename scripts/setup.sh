@@ -33,7 +33,7 @@ need() {
 }
 
 need_build_tools() {
-  need g++ cmake ninja-build ccache pkg-config libace-dev libspdlog-dev libcli11-dev nlohmann-json3-dev \
+  need g++ cmake ninja-build ccache pkg-config libace-dev libspdlog-dev libcli11-dev rapidjson-dev \
     libgtest-dev groff-base help2man bash-completion python3-cram patch
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "arguments.h"
+#include "json.h"
 #include "output.h"
 #include "subcommands.h"
 
@@ -76,7 +77,7 @@ class BoardCommand {
     const bool valid = CheckName(name);
     const bool control = valid && VARNEL_COMMON::IsSccBdName(name);
     if (m_json) {
-      PrintJson({{"name", name}, {"system_control", valid ? Json(control) : Json(nullptr)}});
+      JsonWriter().Add("name", name).Add("system_control", valid ? std::optional(control) : std::nullopt).Print();
     } else if (valid) {
       std::cout << Escaped(name) << ": " << (control ? "" : "not ") << "a system-control board\n";
     }
@@ -87,7 +88,9 @@ class BoardCommand {
     const bool valid = CheckName(name);
     const bool korvane = valid && VARNEL_COMMON::IsKorvaneNE(generation, name);
     if (m_json) {
-      PrintJson({{"ne", name}, {"generation", generation}, {"korvane", valid ? Json(korvane) : Json(nullptr)}});
+      JsonWriter json;
+      json.Add("ne", name).Add("generation", generation);
+      json.Add("korvane", valid ? std::optional(korvane) : std::nullopt).Print();
     } else if (valid) {
       std::cout << Escaped(name) << ": " << (korvane ? "" : "not ") << "of the Korvane family\n";
     }

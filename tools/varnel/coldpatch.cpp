@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "arguments.h"
+#include "json.h"
 #include "output.h"
 #include "package_file.h"
 #include "subcommands.h"
@@ -60,7 +61,8 @@ class ColdPatchCommand {
     const bool readable = input.Error().empty();
     if (!readable) Complain(input.Name(), input.Error());
     if (m_json) {
-      PrintJson({{"path", input.Name()}, {"cold_patch", readable ? Json(coldPatch) : Json(nullptr)}});
+      JsonWriter json;
+      json.Add("path", input.Name()).Add("cold_patch", readable ? std::optional(coldPatch) : std::nullopt).Print();
     } else if (readable) {
       std::cout << Escaped(input.Name()) << ": " << (coldPatch ? "yes" : "no") << '\n';
     }

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "arguments.h"
+#include "json.h"
 #include "output.h"
 #include "package_file.h"
 #include "subcommands.h"
@@ -93,26 +94,32 @@ std::string HexBytes(const unsigned char* bytes, size_t size) {
   return text;
 }
 
+// The value of the key before.
 template <typename Head, size_t N>
-Json FieldsToJson(const std::optional<FoundHead<Head>>& head, const Field (&fields)[N]) {
-  if (!head) return nullptr;
+void AddFields(JsonWriter& json, const std::optional<FoundHead<Head>>& head, const Field (&fields)[N]) {
+  if (!head) return json.Value(nullptr);
   const auto* bytes = reinterpret_cast<const unsigned char*>(&head->fields);
-  Json object;
+  json.BeginObject();
   for (const Field& field : fields) {
     const auto* value = bytes + field.offset;
-    object[field.name] = field.raw ? Json(HexBytes(value, field.size)) : Json(Number(value, field.size));
+    json.AnyKey(field.name);
+    if (field.raw) {
+      json.Value(HexBytes(value, field.size));
+    } else {
+      json.Value(Number(value, field.size));
+    }
   }
-  return object;
+  json.EndObject();
 }
 
 template <typename Head>
-Json StoredSum(const std::optional<FoundHead<Head>>& head) {
-  return head ? Json(head->fields.ulCheckSum) : Json(nullptr);
+std::optional<uint32_t> StoredSum(const std::optional<FoundHead<Head>>& head) {
+  return head ? std::optional<uint32_t>(head->fields.ulCheckSum) : std::nullopt;
 }
 
 template <typename Head>
-Json ComputedSum(const std::optional<FoundHead<Head>>& head) {
-  return head ? Json(head->computedSum) : Json(nullptr);
+std::optional<uint32_t> ComputedSum(const std::optional<FoundHead<Head>>& head) {
+  return head ? std::optional<uint32_t>(head->computedSum) : std::nullopt;
 }
 
 template <typename Head, size_t N>
@@ -157,13 +164,21 @@ class HeadCommand {
 
  private:
   void PrintAsJson(const FileStart& start) const {
-    PrintJson({{"path", m_path},
-               {"ok", start.error.empty()},
-               {"error", start.error.empty() ? Json(nullptr) : Json(start.error)},
-               {"directory", FieldsToJson(start.directoryHead, DIR_FIELDS)},
-               {"file", FieldsToJson(start.fileHead, FILE_FIELDS)},
-               {"stored", {{"directory", StoredSum(start.directoryHead)}, {"file", StoredSum(start.fileHead)}}},
-               {"computed", {{"directory", ComputedSum(start.directoryHead)}, {"file", ComputedSum(start.fileHead)}}}});
+    JsonWriter json;
+    json.Add("path", m_path).Add("ok", start.error.empty()).AddOrNull("error", start.error);
+    json.Key("directory");
+    AddFields(json, start.directoryHead, DIR_FIELDS);
+    json.Key("file");
+    AddFields(json, start.fileHead, FILE_FIELDS);
+    json.Key("stored");
+    json.BeginObject();
+    json.Add("directory", StoredSum(start.directoryHead)).Add("file", StoredSum(start.fileHead));
+    json.EndObject();
+    json.Key("computed");
+    json.BeginObject();
+    json.Add("directory", ComputedSum(start.directoryHead)).Add("file", ComputedSum(start.fileHead));
+    json.EndObject();
+    json.Print();
   }
 
   void PrintAsTables(const FileStart& start) const {

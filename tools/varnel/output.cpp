@@ -42,11 +42,6 @@ bool OnTerminal() {
   return onTerminal;
 }
 
-void PrintJson(const Json& object) {
-  // On a terminal as ASCII, so that no control character of a text gets through.
-  std::cout << object.dump(-1, ' ', OnTerminal(), Json::error_handler_t::replace) << '\n';
-}
-
 std::string Escaped(std::string_view text) {
   std::string escaped;
   AppendEscaped(escaped, text);

@@ -2,22 +2,8 @@
 #define VARNEL_TOOLS_OUTPUT_H
 
 #include <cstdint>
-#include <nlohmann/json.hpp>
-#include <optional>
 #include <string>
 #include <string_view>
-
-/// Keys keep the order in which they were added.
-using Json = nlohmann::ordered_json;
-
-/// The value, or null.
-template <typename T>
-Json OrNull(const std::optional<T>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
-/// Prints one object on one line of standard output. Bytes that are not UTF-8 become U+FFFD.
-void PrintJson(const Json& object);
 
 /// Text that is safe on a terminal: control characters, those that change the direction of writing, and bytes that are
 /// not UTF-8 become "\xNN".

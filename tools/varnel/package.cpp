@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "arguments.h"
+#include "json.h"
 #include "output.h"
 #include "package_file.h"
 #include "progress.h"
@@ -79,12 +80,16 @@ Package Examine(FileScanner& scanner) {
   return package;
 }
 
-Json ToJson(const std::vector<Entry>& entries) {
-  Json list = Json::array();
-  for (const Entry& entry : entries) {
-    list.push_back(Json{{"name", entry.name}, {"kind", entry.kind}, {"size", entry.size}});
+void AddEntries(JsonWriter& json, const std::optional<std::vector<Entry>>& entries) {
+  json.Key("entries");
+  if (!entries) return json.Value(nullptr);
+  json.BeginArray();
+  for (const Entry& entry : *entries) {
+    json.BeginObject();
+    json.Add("name", entry.name).Add("kind", entry.kind).Add("size", entry.size);
+    json.EndObject();
   }
-  return list;
+  json.EndArray();
 }
 
 void PrintField(const char* name, const std::string& value) {
@@ -107,17 +112,14 @@ void PrintEntries(const std::vector<Entry>& entries) {
 
 void PrintAsJson(const Package& package) {
   const FileStart& start = package.start;
-  PrintJson({{"path", package.path},
-             {"ok", package.error.empty()},
-             {"error", package.error.empty() ? Json(nullptr) : Json(package.error)},
-             {"version", OrNull(start.version)},
-             {"link_target", OrNull(start.linkTarget)},
-             {"file_type", OrNull(start.fileType)},
-             {"file_type_accepted", OrNull(start.typeAccepted)},
-             {"payload_offset", OrNull(start.payloadOffset)},
-             {"extension_word", OrNull(start.extensionWord)},
-             {"cold_patch", OrNull(package.lines.coldPatch)},
-             {"entries", package.lines.entries ? ToJson(*package.lines.entries) : Json(nullptr)}});
+  JsonWriter json;
+  json.Add("path", package.path).Add("ok", package.error.empty()).AddOrNull("error", package.error);
+  json.Add("version", start.version).Add("link_target", start.linkTarget);
+  json.Add("file_type", start.fileType).Add("file_type_accepted", start.typeAccepted);
+  json.Add("payload_offset", start.payloadOffset).Add("extension_word", start.extensionWord);
+  json.Add("cold_patch", package.lines.coldPatch);
+  AddEntries(json, package.lines.entries);
+  json.Print();
 }
 
 void PrintAsTable(const Package& package) {

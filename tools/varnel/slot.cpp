@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "arguments.h"
+#include "json.h"
 #include "output.h"
 #include "slot_text.h"
 #include "subcommands.h"
@@ -116,19 +117,24 @@ class SlotCommand {
   }
 
   void PrintAsJson(const std::string& text, const SlotReading& reading) const {
-    Json object = {{"text", text},      {"word", nullptr}, {"shelf", nullptr}, {"slot", nullptr},
-                   {"dashed", nullptr}, {"hex", nullptr},  {"dc", nullptr},    {"ne_slot_id", nullptr}};
+    JsonWriter json;
+    json.Add("text", text);
     if (reading.word) {
       const uint16_t word = *reading.word;
-      object["word"] = word;
-      object["shelf"] = word >> 8;
-      object["slot"] = word & 0xFF;
-      object["dashed"] = VARNEL_COMMON::WSlotIDi2str(word);
-      object["hex"] = VARNEL_COMMON::WSlotIDi2Hexstr(word);
-      object["dc"] = OrNull(Dc(word));
+      json.Add("word", word).Add("shelf", word >> 8).Add("slot", word & 0xFF);
+      json.Add("dashed", VARNEL_COMMON::WSlotIDi2str(word)).Add("hex", VARNEL_COMMON::WSlotIDi2Hexstr(word));
+      json.Add("dc", Dc(word));
+    } else {
+      json.Add("word", nullptr).Add("shelf", nullptr).Add("slot", nullptr);
+      json.Add("dashed", nullptr).Add("hex", nullptr).Add("dc", nullptr);
     }
-    if (reading.plainNumber) object["ne_slot_id"] = VARNEL_COMMON::GetNESlotID(*reading.plainNumber);
-    PrintJson(object);
+    json.Key("ne_slot_id");
+    if (reading.plainNumber) {
+      json.Value(VARNEL_COMMON::GetNESlotID(*reading.plainNumber));
+    } else {
+      json.Value(nullptr);
+    }
+    json.Print();
   }
 
   void PrintAsRows(const std::string& text, const SlotReading& reading) const {
