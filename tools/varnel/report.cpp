@@ -128,7 +128,7 @@ class ReportRun {
       Take(bytes, status == Status::End || status == Status::Restarted);
       if (IsDone()) return Finish();
       if (status == Status::Restarted) StartCutters();
-      if (m_readings.front()->cutter->TooLong() && m_readings.size() == 1)
+      if (m_readings.front()->cutter->TooLong())
         return GiveUp("a report is longer than " + std::to_string(ReportCutter::MAX_LENGTH) + " bytes");
       if (status == Status::Failed) return GiveUp(source->Error());
       if (status == Status::TimedOut) return GiveUp("no end result: " + source->Error() + Hint());

@@ -31,6 +31,7 @@ std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, Lan
 ReportSplitter::ReportSplitter(std::string separator) : m_separator(std::move(separator)) {}
 
 void ReportSplitter::Feed(std::string_view bytes) {
+  if (m_tooLong) return;
   m_bytes.erase(0, m_begin);
   m_lineBegin -= std::min(m_lineBegin, m_begin);
   m_scanned -= m_begin;

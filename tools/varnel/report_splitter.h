@@ -86,7 +86,9 @@ class Tl1ReportCutter : public ReportCutter {
  public:
   Tl1ReportCutter() : m_framer(MAX_LENGTH) {}
 
-  void Feed(std::string_view bytes) override { m_framer.Append(bytes); }
+  void Feed(std::string_view bytes) override {
+    if (!m_tooLong) m_framer.Append(bytes);
+  }
   void Finish() override { m_framer.Finish(); }
   std::optional<Report> Next() override;
   bool TooLong() const override { return m_tooLong; }
