@@ -295,7 +295,8 @@ class Scanner {
     if (At(colon) == ':') m_firstColon = colon;
   }
 
-  // A command ends at a ";", and at the third line end before its password. A password of several lines ends in ";".
+  // A command ends at a ";", and before its password at the third line end that follows no colon. A password of several
+  // lines ends in ";".
   void ReadCommand(char c) {
     if (c == ':') {
       EndCommandSecret();
@@ -306,9 +307,9 @@ class Scanner {
       m_commands.line = NONE;
       EndCommandSecret();
       m_commands = {};
-    } else if (IsOneOf(c, "\n\r") && m_commands.colons != 0) {
-      if (m_commands.line == NONE && !IsOneOf(m_solid, ":,")) m_commands.line = m_at;
-      if (c == '\n' && m_commands.secret == NONE && ++m_commands.lines == 3) m_commands = {};
+    } else if (IsOneOf(c, "\n\r") && !IsOneOf(At(m_at - 1), "\n\r") && !IsOneOf(m_solid, ":,")) {
+      m_commands.line = std::min(m_commands.line, m_at);
+      if (m_commands.secret == NONE && ++m_commands.lines == 3) m_commands = {};
     }
   }
 

@@ -37,9 +37,9 @@ std::string Other(Input& input, size_t longest, const std::string& unwanted) {
   return text.find(SECRET) == std::string::npos ? text : "";
 }
 
-// A quote or a TL1 command that noise begins would take in what follows, and end anywhere.
+// A quote, a bracket or a TL1 command that noise begins would take in what follows, and end anywhere.
 std::string Noise(Input& input) {
-  return Other(input, 32, "\"':");
+  return Other(input, 32, "\"'`&\\:([{\xC2\xE2");
 }
 
 // Bytes around the secret; all that could end the value is taken out.
@@ -81,7 +81,7 @@ std::string KeyValue(Input& input) {
 std::string Tl1Command(Input& input) {
   std::string command = OneOf(input, COMMANDS);
   for (int block = 0; block < 4; ++block)
-    command += ':' + Other(input, 6, "\"':;\\=");
+    command += ':' + Other(input, 6, "\"'`&:;\\=([{\r\n\xC2\xE2");
   return command + ':' + (input.Byte() % 2 == 0 ? Quoted(input, '"') : Value(input, "\"':;\\")) + ';';
 }
 
