@@ -70,7 +70,7 @@ class Play {
       case 'l':
         return LogIn(rest);
       case 'o':
-        if (m_session->LogOut(m_now, std::chrono::seconds(2))) m_pending = 1;
+        LogOut();
         break;
       case 'c':
         m_session->Cut();
@@ -104,6 +104,13 @@ class Play {
     if (m_session->LogIn(user, PASSWORD, m_now) != nullptr) return;
     FUZZ_CHECK(++m_pending == 1);
     m_hasPassword = true;
+  }
+
+  // Gives up a pending command, and starts the clock.
+  void LogOut() {
+    if (!m_session->LogOut(m_now, std::chrono::seconds(2))) return;
+    m_pending = 1;
+    m_paused = false;
   }
 
   // No command is pending for longer than its deadline.

@@ -113,6 +113,9 @@ TEST_F(SessionTest, EachPartStartsTheClockAgain) {
   }
   EXPECT_EQ(talk.Wait(seconds(30)),
             Texts{"Answer response NORTH1 10 COMPLD continues incomplete | \"0\" | \"1\" | \"2\""});
+  talk.Send("RTRV-HDR");
+  talk.Hear(Answer("11", "COMPLD", "a", '>'));
+  EXPECT_EQ(talk.Wait(seconds(30)), Texts{"Answer response NORTH1 11 COMPLD continues incomplete | a"}) << "once more";
 }
 
 TEST_F(SessionTest, JoinsPartsWithAndWithoutHeader) {
@@ -318,6 +321,7 @@ TEST_F(SessionTest, MasksPasswordsThatAUserTyped) {
   EXPECT_EQ(echo("ENT-USER-SECU::joe:::pid3,,MAINT;", "pid3 MAINT"), "****** MAINT");
   EXPECT_EQ(echo("ED-USER-SECU::joe:::,pid4,,MAINT;", "pid4 MAINT"), "****** MAINT");
   EXPECT_EQ(echo("RTRV-USER-SECU::joe:::none;", "none pid4"), "none ******");
+  EXPECT_EQ(echo("ACT-USER::joe:::aab5;", "aaab5 aab6 aaaab5"), "a****** aab6 aa******");
 }
 
 TEST_F(SessionTest, KeepsALimitedNumberOfTypedPasswords) {
@@ -401,7 +405,9 @@ class HeartbeatTest : public ::testing::Test {
 TEST_F(HeartbeatTest, IsSentAfterSilence) {
   talk.Wait(seconds(50));
   talk.Hear("x");
-  EXPECT_EQ(talk.Wait(seconds(59)), Texts());
+  talk.Wait(seconds(20));
+  talk.session.Receive("", talk.now);
+  EXPECT_EQ(talk.Wait(seconds(39)), Texts());
   EXPECT_EQ(talk.Output(), "");
   EXPECT_EQ(talk.Wait(seconds(1)), Texts());
   EXPECT_EQ(talk.Output(), "RTRV-HDR:::10;");
@@ -468,6 +474,7 @@ TEST_F(HeartbeatTest, StandsStillWhileTheClockIsStopped) {
   talk.now += seconds(1000);
   EXPECT_EQ(talk.Send("RTRV-HDR"), "RTRV-HDR:::10;");
   talk.now += seconds(1000);
+  EXPECT_EQ(talk.Hear(Alarm("7")), Texts{SHOWN_ALARM});
   talk.session.Resume(talk.now);
   EXPECT_EQ(talk.session.Deadline(), talk.now + seconds(30)) << "of a command sent meanwhile";
   talk.session.Pause(talk.now);

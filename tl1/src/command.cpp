@@ -80,7 +80,8 @@ size_t FindBlock(std::string_view text, size_t number, size_t& begin, size_t& en
 void Replace(VARNEL_COMMON::CCmdStr& text, std::string_view checked) {
   WipedText whole;
   whole.Append(checked);
-  whole.Append({";\0", 2});  // a C string
+  constexpr char END[] = ";";
+  whole.Append({END, sizeof END});  // a C string
   text.SetMsg(whole.View().data());
 }
 

@@ -64,8 +64,7 @@ bool SessionMachine::TakeOwn(const Message& message, Event& event) {
     return refuses ? Conclude(&message, event) : Give(EventKind::Acknowledgement, &message, event);
   }
   if (message.continues && !m_options.join) return Give(EventKind::Part, &message, event);
-  const bool isPart = message.ctag == m_ctag && (message.continues || m_parts);
-  if (!isPart) return Conclude(&message, event);
+  if (!message.continues && !m_parts) return Conclude(&message, event);
   if (!m_parts) m_parts = std::make_unique<Joiner>(m_options.limit);
   m_parts->Add(message);
   return false;

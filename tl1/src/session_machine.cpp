@@ -50,7 +50,7 @@ const char* SessionMachine::LogIn(std::string_view user, std::string_view passwo
   if (const char* const fault = command.SetBlock(Command::DATA, secret.View())) return fault;
   if (const char* const fault = Prepare(command)) return fault;
   std::string sentUser(name.View());
-  m_now = m_paused ? m_now : now;
+  m_now = now;
   Transmit(command, State::LoggingIn, m_options.timeout);
   m_user.swap(sentUser);
   return nullptr;
@@ -71,7 +71,7 @@ const char* SessionMachine::Send(Command& command, Time now) {
   if (const char* const fault = CannotSend()) return fault;
   if (const char* const fault = Prepare(command)) return fault;
   m_secrets.AddFrom(command);
-  m_now = m_paused ? m_now : now;
+  m_now = now;
   Transmit(command, State::Waiting, m_options.timeout);
   return nullptr;
 }
