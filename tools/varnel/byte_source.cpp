@@ -9,6 +9,7 @@
 #include <cstring>
 #include <sstream>
 
+#include "address.h"
 #include "arguments.h"
 #include "timed_source.h"
 

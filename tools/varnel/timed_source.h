@@ -60,10 +60,6 @@ std::unique_ptr<ByteSource> MakeFileSource(const std::string& name, TimeLimits& 
 /// start of what then has the name; the old file is read to its end before.
 std::unique_ptr<ByteSource> MakeGrowingFileSource(const std::string& name, TimeLimits& limits, Milliseconds tick);
 
-/// What is wrong with a text that must be HOST:PORT, or nothing. An IPv6 address is written in brackets; PORT is a
-/// number or the name of a service.
-std::string CheckAddress(const std::string& text);
-
 /// A TCP connection, with keep-alive, to an address that CheckAddress() accepts.
 std::unique_ptr<ByteSource> MakeConnectionSource(const std::string& address, TimeLimits& limits, Milliseconds tick);
 

@@ -1,0 +1,105 @@
+#include "password.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+
+#include "files.h"
+
+namespace {
+
+// What keeps a file from being read as a password file, or nothing.
+std::string CheckFile(int file) {
+  struct ::stat status;
+  if (file < 0 || fstat(file, &status) != 0) return std::strerror(errno);
+  if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) return "is not a regular file or pipe";
+  const bool othersMay = (status.st_mode & (S_IRWXG | S_IRWXO)) != 0;
+  return othersMay ? "others have access to this password file (remove it: chmod 600)" : "";
+}
+
+// A terminal without echo, until the end of the object.
+class Silence {
+ public:
+  explicit Silence(int terminal) : m_terminal(terminal), m_silent(tcgetattr(terminal, &m_before) == 0) {
+    if (!m_silent) return;
+    termios silent = m_before;
+    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO | ECHONL);
+    silent.c_lflag |= ICANON | ISIG;
+    m_silent = tcsetattr(m_terminal, TCSAFLUSH, &silent) == 0;
+  }
+  ~Silence() {
+    if (m_silent) tcsetattr(m_terminal, TCSAFLUSH, &m_before);
+  }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+  bool IsSilent() const { return m_silent; }
+
+ private:
+  int m_terminal;
+  termios m_before = {};
+  bool m_silent;
+};
+
+bool Write(int file, std::string_view text) {
+  return write(file, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+}
+
+// False if the interrupt came first.
+bool Await(int file, int interrupt) {
+  pollfd waiting[] = {{file, POLLIN, 0}, {interrupt, POLLIN, 0}};
+  while (poll(waiting, 2, -1) < 0 && errno == EINTR) {
+  }
+  return waiting[1].revents == 0;
+}
+
+}  // namespace
+
+std::string Password::ReadFile(const std::string& path) {
+  Wipe();
+  // Not blocking at first, since opening a pipe that nobody writes to would wait without limit.
+  const Descriptor opened(path == "-" ? -1 : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+  const int file = path == "-" ? STDIN_FILENO : opened.Get();
+  std::string error = CheckFile(file);
+  if (error.empty() && path != "-" && fcntl(file, F_SETFL, O_RDONLY) != 0) error = std::strerror(errno);
+  if (error.empty()) error = ReadLine(file, -1);
+  if (!error.empty()) Wipe();
+  return error;
+}
+
+std::string Password::Ask(const std::string& prompt, int interrupt) {
+  Wipe();
+  const Descriptor terminal(open("/dev/tty", O_RDWR | O_NOCTTY | O_CLOEXEC));
+  if (terminal.Get() < 0) return "there is no terminal to ask for it";
+  const Silence silence(terminal.Get());
+  if (!silence.IsSilent() || !Write(terminal.Get(), prompt)) return std::strerror(errno);
+  std::string error = ReadLine(terminal.Get(), interrupt);
+  Write(terminal.Get(), "\n");
+  if (!error.empty()) Wipe();
+  return error;
+}
+
+void Password::Wipe() {
+  explicit_bzero(m_text.data(), m_text.size());
+  m_length = 0;
+}
+
+// One byte at a time, so that what follows the line stays for other readers.
+std::string Password::ReadLine(int file, int interrupt) {
+  while (m_length < m_text.size()) {
+    if (!Await(file, interrupt)) return "interrupted";
+    const ssize_t count = read(file, &m_text[m_length], 1);
+    if (count < 0 && errno == EINTR) continue;
+    if (count < 0) return std::strerror(errno);
+    if (count == 0 || m_text[m_length] == '\n') break;
+    ++m_length;
+  }
+  if (m_length > 0 && m_text[m_length - 1] == '\r') --m_length;
+  if (m_length > MAX_LENGTH) return "the password is longer than 1024 bytes";
+  return m_length == 0 ? "the password is empty" : "";
+}
