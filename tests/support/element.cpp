@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <exception>
+#include <fstream>
 #include <iostream>
 
 #include "scripted_element.h"
@@ -16,7 +17,7 @@ int main(int argc, char** argv) {
   std::string host = "127.0.0.1";
   VARNEL_TEST::ElementScript script;
   unsigned int pause = 0;
-  bool refuse = false;
+  bool refuse = false, hang = false, talk = false;
   app.add_option("FILE", file);
   app.add_option("--host", host);
   app.add_option("--piece", script.pieceSize);
@@ -24,15 +25,19 @@ int main(int argc, char** argv) {
   app.add_flag("--for-ever", script.forEver);
   app.add_flag("--silent", script.silent);
   app.add_flag("--refuse", refuse);
+  app.add_flag("--hang", hang);
+  app.add_flag("--talk", talk);  // FILE is a script; what is received goes to the file "received"
   try {
     app.parse(argc, argv);
     if (!file.empty()) script.bytes = VARNEL_TEST::ReadWhole(file);
     script.pause = std::chrono::milliseconds(pause);
     VARNEL_TEST::ScriptedElement element(host.c_str());
     if (refuse) element.Refuse();
+    if (hang) element.Hang();
     std::cout << element.Port() << std::endl;
-    if (refuse) ::pause();
-    element.Serve(script);
+    if (refuse || hang) ::pause();
+    std::ofstream received(talk ? "received" : "");
+    talk ? element.Talk(script.bytes, received) : element.Serve(script);
   } catch (const CLI::ParseError& error) {
     return app.exit(error);
   } catch (const std::exception& error) {

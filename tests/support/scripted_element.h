@@ -5,6 +5,7 @@
 #include <ace/SOCK_Stream.h>
 
 #include <chrono>
+#include <ostream>
 #include <string>
 
 namespace VARNEL_TEST {
@@ -33,6 +34,20 @@ class ScriptedElement {
 
   /// From now on every connection is refused, while nobody else can take the port.
   void Refuse();
+
+  /// From now on connecting neither succeeds nor fails, since the queue of the port is full.
+  void Hang();
+
+  /// Takes one connection and does the steps of a script, one per line, until the connection is over:
+  ///
+  ///     receive      a command up to its ";", which is written to `received` as a line
+  ///     send TEXT    with \r, \n, \xNN and "%" for the ctag of the command that was received last
+  ///     repeat N TEXT   sends a text N times
+  ///     piece N      from now on sends N bytes at a time
+  ///     wait N       milliseconds
+  ///     stay         until the other side goes away
+  ///     reset        ends the connection by a reset later
+  void Talk(const std::string& script, std::ostream& received);
 
   /// Takes one connection, plays the script and closes the connection. A side that goes away early is no error.
   void Serve(const ElementScript& script);

@@ -18,6 +18,8 @@ namespace {
 constexpr size_t CHUNK_SIZE = 65536;
 constexpr double MAX_TIMEOUT = 31536000;  // a year of seconds
 
+}  // namespace
+
 std::string CheckTimeout(const std::string& text) {
   double seconds = 0;
   const char* const end = text.data() + text.size();
@@ -31,8 +33,6 @@ std::string InSeconds(double seconds) {
   text << seconds << (seconds == 1 ? " second" : " seconds");
   return text.str();
 }
-
-}  // namespace
 
 bool SourceOptions::IsLive(const std::string& name) const {
   if (follow || !address.empty()) return true;

@@ -50,6 +50,12 @@ struct SourceOptions {
   bool IsLive(const std::string& name) const;
 };
 
+/// What is wrong with a text that must be a number of seconds above 0 and up to a year, or nothing.
+std::string CheckTimeout(const std::string& text);
+
+/// "1 second", "0.5 seconds".
+std::string InSeconds(double seconds);
+
 enum class Operands { One, Several };
 
 /// Adds FILE, --connect, --follow, --timeout and --idle to a command.

@@ -54,7 +54,7 @@ class HelpCommand {
 const Subcommand HELP = {"help", HELP_TEXT, AddAs<HelpCommand>};
 
 const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD,   &MAKE_PACKAGE, &COLDPATCH, &REPORT,
-                                         &TL1,     &ALARMS, &SLOT,         &BOARD};
+                                         &TL1,     &ALARMS, &ASK,          &SLOT,      &BOARD};
 
 constexpr char HELP_BEFORE_SUBCOMMANDS[] = R"(Tools for NE software packages and reports.
 

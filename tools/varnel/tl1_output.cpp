@@ -2,6 +2,8 @@
 
 #include <ace/Codecs.h>
 
+#include <chrono>
+#include <ctime>
 #include <iostream>
 #include <memory>
 #include <new>
@@ -28,6 +30,18 @@ bool NeedsUnescaping(std::string_view raw) {
 }
 
 }  // namespace
+
+std::string CurrentTime() {
+  const auto now = std::chrono::system_clock::now();
+  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
+  const auto milliseconds =
+      std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
+  std::tm utc = {};
+  gmtime_r(&seconds, &utc);
+  char text[32];
+  text[std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc)] = '\0';
+  return text + ('.' + std::to_string(milliseconds + 1000).substr(1)) + 'Z';
+}
 
 void Tl1Output::Add(JsonWriter& json, const Message& message, const Tl1Origin& origin) {
   json.Add("type", VARNEL_TL1::TypeName(message.type));

@@ -21,6 +21,9 @@ struct Tl1Origin {
   std::optional<uint64_t> missed;  ///< of Atags::Missed()
 };
 
+/// The time in UTC, as "received" has it: 2026-01-15T12:00:07.042Z.
+std::string CurrentTime();
+
 /// Shows TL1 messages.
 class Tl1Output {
  public:

@@ -1,7 +1,5 @@
 #include "tl1_run.h"
 
-#include <chrono>
-#include <ctime>
 #include <iostream>
 
 #include "arguments.h"
@@ -14,19 +12,6 @@ using VARNEL_TL1::MessageType;
 namespace {
 
 constexpr uint64_t MAX_LIMIT = uint64_t{1} << 40;
-
-// 2026-01-15T12:00:07.042Z
-std::string Now() {
-  const auto now = std::chrono::system_clock::now();
-  const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-  const auto milliseconds =
-      std::chrono::duration_cast<std::chrono::milliseconds>(now.time_since_epoch()).count() % 1000;
-  std::tm utc = {};
-  gmtime_r(&seconds, &utc);
-  char text[32];
-  text[std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &utc)] = '\0';
-  return text + ('.' + std::to_string(milliseconds + 1000).substr(1)) + 'Z';
-}
 
 }  // namespace
 
@@ -58,7 +43,7 @@ bool Tl1Run::ReadSource(TimeLimits& limits) {
   Status status = Status::Data;
   while (status == Status::Data || status == Status::Restarted) {
     status = source->Read(bytes);
-    if (live) m_received = Now();
+    if (live) m_received = CurrentTime();
     Append(bytes);
     if (IsDone() || !std::cout.flush()) return false;
     if (status == Status::Data) continue;
