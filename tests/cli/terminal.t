@@ -127,6 +127,14 @@ character, nothing that changes the direction of writing, and only valid UTF-8.
   $ show -v tl1 --strict stream
   $ show -v tl1 unfinished
   $ show tl1 --type "$bad" stream
+  $ hostile="\\r\\n\\n   N$bad 26-03-04 05:06:07\\r\\nM  7 DENY\\r\\n   $bad\\r\\n;"
+  $ answer() { printf '%s\n' receive "send $hostile" > steps; serve --talk steps; }
+  $ answer
+  $ show ask "$address" RTRV-HDR:::7
+  $ answer
+  $ show ask --json "$address" RTRV-HDR:::7
+  $ show ask "$bad:1" "$bad"
+  $ show ask --user "$bad" "$bad:1" RTRV-HDR
   $ show slot "3-5,$bad" "$bad" "0x$bad" "SLOT-3-$bad"
   $ show slot --json "3-5,$bad" "$bad"
   $ show board "$bad" --ne "$bad" --generation 1
@@ -134,3 +142,34 @@ character, nothing that changes the direction of writing, and only valid UTF-8.
   $ show board --generation "$bad" x
   $ show package "--$bad"
   $ show "$bad"
+
+The prompt of ask for a password, without echo. A signal restores the terminal.
+
+  $ mkfifo keys
+  $ exec {keys}<> keys
+  $ prompted() {
+  >   : > shown
+  >   script -qefc "$1; echo status \$?; stty -a | grep -ow -- '-*echo'" shown < keys > /dev/null &
+  >   until grep -q 'Password of ops at 127' shown; do sleep 0.05; done
+  > }
+  $ shown() { wait "$!"; grep -av '^Script' shown | tr -d '\r' | without_port; }
+  $ head='send \r\n\n   NE1 26-03-04 05:06:07\r\nM  % '
+  $ printf '%s\n' receive "${head}DENY\r\n   got pa ss\r\n;" > steps
+  $ serve --talk steps
+  $ prompted "varnel ask --user ops $address RTRV-HDR"
+  $ echo 'pa ss' > keys
+  $ shown
+  Password of ops at 127.0.0.1:PORT: 
+  varnel: 127.0.0.1:PORT: the log-in was refused: DENY got ******
+  status 1
+  echo
+  
+  $ sed 's/[0-9]\{2,\}/N/; s/ops:[0-9]:/ops:N:/' received
+  ACT-USER::ops:N::"pa ss";
+  $ prompted 'varnel ask --user ops 127.0.0.1:1 RTRV-HDR'
+  $ printf '\003' > keys
+  $ shown
+  Password of ops at 127.0.0.1:PORT: 
+  status 130
+  echo
+  

@@ -78,15 +78,20 @@ class Conversation {
  private:
   bool Receive() {
     std::string command;
-    char c = '\0';
-    while (c != ';') {
+    int block = 0;
+    bool quoted = false;
+    m_ctag.clear();
+    for (char c = '\0', before = '\0'; c != ';' || quoted; before = before == '\\' ? '\0' : c) {
       if (m_connection.recv(&c, 1) != 1) return false;
       command += c;
+      if (c == '"' && before != '\\') quoted = !quoted;
+      if (c == ':' && !quoted) {
+        ++block;
+      } else if (block == 3 && c != ';') {
+        m_ctag += c;
+      }
     }
     m_received << command << std::endl;
-    std::istringstream blocks(command.substr(0, command.size() - 1));
-    for (int i = 0; i < 4; ++i)
-      std::getline(blocks, m_ctag, ':');
     return true;
   }
 

@@ -19,7 +19,7 @@ std::string CheckFile(int file) {
   if (file < 0 || fstat(file, &status) != 0) return std::strerror(errno);
   if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) return "is not a regular file or pipe";
   const bool othersMay = (status.st_mode & (S_IRWXG | S_IRWXO)) != 0;
-  return othersMay ? "others have access to this password file (remove it: chmod 600)" : "";
+  return othersMay ? "other users have access to this password file (expected: chmod 600)" : "";
 }
 
 // A terminal without echo, until the end of the object.
