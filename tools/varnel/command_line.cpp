@@ -53,8 +53,8 @@ class HelpCommand {
 
 const Subcommand HELP = {"help", HELP_TEXT, AddAs<HelpCommand>};
 
-const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD,   &MAKE_PACKAGE, &COLDPATCH, &REPORT,
-                                         &TL1,     &ALARMS, &ASK,          &SLOT,      &BOARD};
+const Subcommand* const SUBCOMMANDS[] = {&PACKAGE, &HEAD, &MAKE_PACKAGE, &COLDPATCH, &REPORT, &TL1,
+                                         &ALARMS,  &ASK,  &WATCH,        &SLOT,      &BOARD};
 
 constexpr char HELP_BEFORE_SUBCOMMANDS[] = R"(Tools for NE software packages and reports.
 

@@ -112,10 +112,24 @@ void JsonWriter::Writer::Text(std::string_view text) {
 }
 
 void JsonWriter::Print() {
-  m_writer.EndObject();
-  m_text.Put('\n');
+  End();
   std::cout << m_text.View();
+  Begin();
+}
+
+void JsonWriter::AppendTo(std::string& lines) {
+  End();
+  lines += m_text.View();
+  Begin();
+}
+
+void JsonWriter::Begin() {
   m_text.Clear();
   m_writer.Reset(m_text);
   m_writer.StartObject();
+}
+
+void JsonWriter::End() {
+  m_writer.EndObject();
+  m_text.Put('\n');
 }

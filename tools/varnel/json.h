@@ -45,7 +45,7 @@ class JsonText {
   char* m_limit = m_end + m_memory.size();
 };
 
-/// Composes JSON objects, each on a line of standard output.
+/// Composes JSON objects, each on a line.
 ///
 ///     JsonWriter().Add("name", name).Add("size", size).Print();
 ///
@@ -90,6 +90,8 @@ class JsonWriter {
   void Value(std::nullptr_t) { m_writer.Absent(); }
   void Value(bool value) { m_writer.Bool(value); }
 
+  void Value(double number) { m_writer.Double(number); }
+
   template <typename T>
   std::enable_if_t<std::is_integral_v<T>> Value(T number) {
     if constexpr (std::is_signed_v<T>) {
@@ -127,7 +129,13 @@ class JsonWriter {
   /// Prints the object and begins the next one.
   void Print();
 
+  /// Appends the object and its line end to a text and begins the next one.
+  void AppendTo(std::string& lines);
+
  private:
+  void Begin();
+  void End();
+
   // The levels of objects are kept in memory that is provided here, as RapidJSON does not check what it allocates.
   using Levels = rapidjson::MemoryPoolAllocator<>;
 

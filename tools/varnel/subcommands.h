@@ -27,6 +27,6 @@ std::function<int()> AddAs(CLI::App& app) {
   return [command] { return command->Run(); };
 }
 
-extern const Subcommand PACKAGE, HEAD, MAKE_PACKAGE, COLDPATCH, REPORT, TL1, ALARMS, ASK, SLOT, BOARD;
+extern const Subcommand PACKAGE, HEAD, MAKE_PACKAGE, COLDPATCH, REPORT, TL1, ALARMS, ASK, WATCH, SLOT, BOARD;
 
 #endif
