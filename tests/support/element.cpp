@@ -1,4 +1,4 @@
-// A network element for command-line tests: prints the port it listens on, serves one connection, and ends.
+// A network element for command-line tests: prints the port it listens on, serves connections one after the other, and ends.
 
 #include <unistd.h>
 
@@ -16,12 +16,13 @@ int main(int argc, char** argv) {
   std::string file;
   std::string host = "127.0.0.1";
   VARNEL_TEST::ElementScript script;
-  unsigned int pause = 0;
+  unsigned int pause = 0, times = 1;
   bool refuse = false, hang = false, talk = false;
   app.add_option("FILE", file);
   app.add_option("--host", host);
   app.add_option("--piece", script.pieceSize);
   app.add_option("--pause", pause);
+  app.add_option("--times", times);
   app.add_flag("--for-ever", script.forEver);
   app.add_flag("--silent", script.silent);
   app.add_flag("--refuse", refuse);
@@ -37,7 +38,8 @@ int main(int argc, char** argv) {
     std::cout << element.Port() << std::endl;
     if (refuse || hang) ::pause();
     std::ofstream received(talk ? "received" : "");
-    talk ? element.Talk(script.bytes, received) : element.Serve(script);
+    for (; times > 0; --times)
+      talk ? element.Talk(script.bytes, received) : element.Serve(script);
   } catch (const CLI::ParseError& error) {
     return app.exit(error);
   } catch (const std::exception& error) {

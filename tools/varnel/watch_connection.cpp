@@ -214,10 +214,10 @@ void WatchConnection::Proceed() {
 }
 
 void WatchConnection::Take(const Event& event) {
+  if (event.kind == EventKind::LoggedIn) Prove();
   if (event.message != nullptr) Print(*event.message);
   switch (event.kind) {
     case EventKind::LoggedIn:
-      Prove();
       Print({"login", "", std::string(event.message->code), m_element.user});
       return SendNextCommand();
     case EventKind::LogInRefused:
@@ -290,7 +290,7 @@ void WatchConnection::TimeOver() {
 }
 
 // A failure that repeats is reported once. It includes the "up" before it, which therefore waits until the connection
-// has lasted, unless the failure before was another one.
+// has lasted, unless nothing was reported that it could repeat.
 void WatchConnection::Fail(const Ending& ending) {
   const bool isConnected = m_state == State::Connected;
   const bool isRefused = std::strcmp(ending.event, "login_refused") == 0;
@@ -302,7 +302,7 @@ void WatchConnection::Fail(const Ending& ending) {
     if (isConnected && !m_upIsPrinted) PrintUp();
     Print({ending.event, ending.reason, ending.code, isRefused ? m_element.user : "", "", {}, wait});
   }
-  m_lastFailure = failure;
+  m_lastFailure = isConnected && m_proven ? "" : failure;
   m_lastWasConnected = isConnected;
   m_deadline = m_run.output.Now() + ToDuration(wait);
   SetTimer();

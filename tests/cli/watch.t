@@ -1,0 +1,212 @@
+Watching elements that follow scripts: see tests/support/scripted_element.h. What they receive is in the file "received".
+
+  $ . "$SUPPORT/session.sh"
+  $ head='\r\n\n   NE1 26-03-04 05:06:07\r\n'
+  $ compld="send $head"'M  % COMPLD\r\n;'
+  $ alarm() { echo "send ${head}*C $1 REPT ALM EQPT"'\r\n   "SLOT-1:CR,LOS,SA"\r\n;'; }
+  $ talk() { printf '%s\n' "${@:2}" > steps; serve --talk --times "$1" steps; }
+  $ (umask 077; echo 'Se"cret\1' > password)
+  $ account=(--user ops --password-file password)
+  $ start() { command varnel watch "$@" > lines 2> errors & pid=$!; }
+  $ await() {
+  >   for _ in $(seq 400); do
+  >     if [ "$(grep -c "$1" lines)" -ge "${2:-1}" ]; then return; fi
+  >     sleep 0.05
+  >   done
+  >   echo "$1 did not come"
+  > }
+  $ show() {
+  >   sed -E '/"event"/s/,"[a-z_]+":null//g; s/,"received":"[-0-9]+T[0-9:.]+Z"//; s/("retry_in":)[0-9.]+/\1R/
+  >     s/"offset":.*("sid")/\1/; s/("ctag":)"[0-9]+"/\1N/; s/,"date".*("ctag")/,\1/; s/,"text":.*"severity"/,"severity"/' lines
+  > }
+  $ stop() {
+  >   local status=0
+  >   kill -"${1:-TERM}" "$pid"
+  >   wait "$pid" || status=$?
+  >   show
+  >   cat errors
+  >   without_ctags < received
+  >   return "$status"
+  > }
+  $ without_ctags() { sed -E 's/([A-Z]+:[^:]*:[^:]*:)[0-9]+/\1N/'; }
+
+Log-in, commands, messages, gaps also across a reconnect, and the log-out.
+
+  $ talk 2 receive "$compld" receive "send $head"'M  % COMPLD\r\n   one\r\n>' "send $head"'M  % COMPLD\r\n   two\r\n;' \
+  >   "$(alarm 1.7)" "$(alarm 4.8)" 'wait 300'
+  $ start "a=$address" "${account[@]}" --after-login RTRV-HDR --retry-max 0.1
+  $ await '"event":"login"' 2
+  $ await '"atag":"4.8"' 2
+  $ stop
+  {"event":"up","source":"a"}
+  {"type":"response","source":"a","sid":"NE1","ctag":N,"atag":null,"code":"COMPLD","verb":null,"lines":[],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"event":"login","source":"a","code":"COMPLD","user":"ops"}
+  {"type":"response","source":"a","sid":"NE1","ctag":N,"atag":null,"code":"COMPLD","verb":null,"lines":["one"],"severity":null,"missed":null,"continues":true,"raw":null}
+  {"type":"response","source":"a","sid":"NE1","ctag":N,"atag":null,"code":"COMPLD","verb":null,"lines":["two"],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"autonomous","source":"a","sid":"NE1","ctag":null,"atag":"1.7","code":"*C","verb":"REPT ALM EQPT","lines":["\"SLOT-1:CR,LOS,SA\""],"severity":"CR","missed":null,"continues":false,"raw":null}
+  {"event":"missed","source":"a","sid":"NE1","count":2}
+  {"type":"autonomous","source":"a","sid":"NE1","ctag":null,"atag":"4.8","code":"*C","verb":"REPT ALM EQPT","lines":["\"SLOT-1:CR,LOS,SA\""],"severity":"CR","missed":2,"continues":false,"raw":null}
+  {"event":"down","source":"a","reason":"the element closed the connection","retry_in":R}
+  {"event":"up","source":"a"}
+  {"type":"response","source":"a","sid":"NE1","ctag":N,"atag":null,"code":"COMPLD","verb":null,"lines":[],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"event":"login","source":"a","code":"COMPLD","user":"ops"}
+  {"type":"response","source":"a","sid":"NE1","ctag":N,"atag":null,"code":"COMPLD","verb":null,"lines":["one"],"severity":null,"missed":null,"continues":true,"raw":null}
+  {"type":"response","source":"a","sid":"NE1","ctag":N,"atag":null,"code":"COMPLD","verb":null,"lines":["two"],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"autonomous","source":"a","sid":"NE1","ctag":null,"atag":"1.7","code":"*C","verb":"REPT ALM EQPT","lines":["\"SLOT-1:CR,LOS,SA\""],"severity":"CR","missed":null,"continues":false,"raw":null}
+  {"event":"missed","source":"a","sid":"NE1","count":2}
+  {"type":"autonomous","source":"a","sid":"NE1","ctag":null,"atag":"4.8","code":"*C","verb":"REPT ALM EQPT","lines":["\"SLOT-1:CR,LOS,SA\""],"severity":"CR","missed":2,"continues":false,"raw":null}
+  ACT-USER::ops:N::"Se\"cret\\1";
+  RTRV-HDR:::N;
+  ACT-USER::ops:N::"Se\"cret\\1";
+  RTRV-HDR:::N;
+
+A failure that repeats is reported once: connections refused, log-ins refused, connections closed at once.
+
+  $ : > received
+  $ serve --refuse; element=$!
+  $ start "a=$address" --retry-max 0.05
+  $ await down
+  $ sleep 0.5
+  $ stop
+  {"event":"down","source":"a","reason":"Connection refused","retry_in":R}
+  $ kill "$element"
+  $ talk 3 receive "send $head"'M  % DENY\r\n   PIUI\r\n;' stay
+  $ start "a=$address" "${account[@]}" --type acknowledgement --retry-max 0.05
+  $ await login_refused
+  $ for _ in $(seq 100); do [ "$(wc -l < received)" -lt 2 ] || break; sleep 0.05; done
+  $ stop INT
+  {"event":"up","source":"a"}
+  {"event":"login_refused","source":"a","reason":"PIUI","code":"DENY","user":"ops","retry_in":R}
+  ACT-USER::ops:N::"Se\"cret\\1";
+  ACT-USER::ops:N::"Se\"cret\\1";
+  $ serve --times 50; element=$!
+  $ start "$address" --retry-max 0.05
+  $ await down
+  $ sleep 0.5
+  $ : > received
+  $ stop > shown
+  $ without_port < shown
+  {"event":"up","source":"127.0.0.1:PORT"}
+  {"event":"down","source":"127.0.0.1:PORT","reason":"the element closed the connection","retry_in":R}
+  $ kill "$element"
+
+Heartbeats: answers are not printed; without one the connection is lost.
+
+  $ talk 2 receive "$compld" receive stay; element=$!
+  $ start "a=$address" --heartbeat 0.2 --type '*' --retry-max 30
+  $ await down
+  $ stop
+  {"event":"up","source":"a"}
+  {"event":"down","source":"a","reason":"no answer to the heartbeat","retry_in":R}
+  RTRV-HDR:::N;
+  RTRV-HDR:::N;
+  $ kill "$element"
+
+The list is read again. A bad one changes nothing; an element that it no longer has is logged out.
+
+  $ talk 1 receive "$compld" receive
+  $ mkdir lists
+  $ mv password lists
+  $ printf '# all\n\nold %s ops password # user\r\n' "$address" > lists/all
+  $ start --elements lists/all
+  $ await '"login"'
+  $ echo 'worse 10.0.0.7' >> lists/all
+  $ kill -HUP "$pid"
+  $ for _ in $(seq 100); do [ ! -s errors ] || break; sleep 0.05; done
+  $ echo "new ${address%:*}:1" > lists/all
+  $ kill -HUP "$pid"
+  $ await '"source":"new"'
+  $ await 'no longer'
+  $ stop
+  {"event":"up","source":"old"}
+  {"type":"response","source":"old","sid":"NE1","ctag":N,"atag":null,"code":"COMPLD","verb":null,"lines":[],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"event":"login","source":"old","code":"COMPLD","user":"ops"}
+  {"event":"down","source":"new","reason":"Connection refused","retry_in":R}
+  {"event":"down","source":"old","reason":"it is no longer in the list"}
+  varnel: line 4 of lists/all: "10.0.0.7" is not HOST:PORT, with an IPv6 address in brackets
+  ACT-USER::ops:N::"Se\"cret\\1";
+  CANC-USER::ops:N;
+  $ list() { printf '%b' "$1" > list; varnel watch --elements list "${@:2}"; }
+  $ list 'a 127.0.0.1:1\nb\n'
+  ! varnel: line 2 of list: "b" has no address (expected NAME HOST:PORT)
+  [1]
+  $ list 'a 127.0.0.1:1 u p x\n'
+  ! varnel: line 1 of list: "x" is a word too many after the password file
+  [1]
+  $ list 'a 127.0.0.1:1\nb 127.0.0.1:2\na [::1]:3\n'
+  ! varnel: line 3 of list: the name "a" occurs twice
+  [1]
+  $ list 'a 127.0.0.1:1\n' a=127.0.0.1:2
+  ! varnel: line 1 of list: the name "a" occurs twice
+  [1]
+  $ list 'a 127.0.0.1:1\000\n'
+  ! varnel: line 1 of list: contains a control character
+  [1]
+  $ list 'a 127.0.0.1:1 ops\n'
+  ! varnel: a: user "ops" has no password file
+  [1]
+  $ list 'a 127.0.0.1:1 ops absent\n'
+  ! varnel: absent: No such file or directory
+  [1]
+  $ (umask 077; printf 'x\ty\n' > control); list '' a=127.0.0.1:1 --user ops --password-file control
+  ! varnel: a: cannot log in: control character or byte 255 in the password
+  [1]
+  $ chmod 644 control; list '' a=127.0.0.1:1 --user ops --password-file control
+  ! varnel: control: others have access to this password file (remove it: chmod 600)
+  [1]
+  $ varnel watch --elements absent
+  ! varnel: absent: No such file or directory
+  [1]
+  $ varnel watch
+  ! varnel: ELEMENT or --elements is required
+  ! Try "varnel watch --help".
+  [2]
+  $ varnel watch =127.0.0.1:1
+  ! varnel: ELEMENT: "=127.0.0.1:1" has no name (expected [NAME=]HOST:PORT)
+  ! Try "varnel watch --help".
+  [2]
+  $ varnel watch a=127.0.0.1
+  ! varnel: ELEMENT: "a=127.0.0.1" is not HOST:PORT, with an IPv6 address in brackets
+  ! Try "varnel watch --help".
+  [2]
+  $ varnel watch a=127.0.0.1:1 --after-login 'RTRV;HDR;'
+  ! varnel: --after-login: text after the ";"
+  ! Try "varnel watch --help".
+  [2]
+  $ varnel watch a=127.0.0.1:1 --heartbeat -1
+  ! varnel: --heartbeat: is not a number of seconds from 0 to a year
+  ! Try "varnel watch --help".
+  [2]
+
+Output that blocks: reading stops, memory is limited, and the heartbeat waits; nothing is lost once it goes on.
+
+  $ for i in $(seq 20000); do
+  >   printf '\r\n\n   NE1 26-03-04 05:06:07\r\nA  %d REPT EVT EQPT\r\n   "SLOT-1:X"\r\n;' "$i"
+  > done > many
+  $ mkfifo pipe
+  $ exec {held}<> pipe
+  $ : > received
+  $ serve --silent many
+  $ command varnel watch "a=$address" --heartbeat 0.5 > pipe 2> errors & pid=$!
+  $ sleep 2
+  $ [ "$(sed -n 's/VmHWM:[^0-9]*\([0-9]*\).*/\1/p' "/proc/$pid/status")" -lt 200000 ] || echo "too much memory"
+  $ exec {reader}< <(exec sed -E '/"atag":"20000"/q' < pipe)
+  $ cat <&"$reader" > lines
+  $ kill "$pid"
+  $ wait "$pid"
+  $ grep -c '"missed":0' lines
+  19999
+  $ grep -c event lines
+  1
+  $ cat errors
+
+A signal while output is blocked: whole lines are printed, the others counted.
+
+  $ serve --for-ever many
+  $ command varnel watch "a=$address" > pipe 2> errors & pid=$!
+  $ sleep 1
+  $ kill "$pid"
+  $ wait "$pid"
+  $ exec {held}>&-
+  $ sed 's/[0-9][0-9]*/N/' errors
+  varnel: standard output: N lines are lost
