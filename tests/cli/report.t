@@ -5,30 +5,30 @@
 Script runs.
 
   $ varnel report script-mml.txt
-  script 5/20 25%
-  script 10/20 50%
-  script 15/20 75%
-  script 20/20 100%
-  end SUCCESS, code 0
+  script 5/20 25%  NE-WEST
+  script 10/20 50%  NE-WEST
+  script 15/20 75%  NE-WEST
+  script 20/20 100%  NE-WEST
+  end SUCCESS, code 0  NE-WEST
   $ varnel report script-mml-failed.txt
-  script 5/20 25%
-  script 10/20 50%
-  script 15/20 75%
-  script 17/20 85%
-  end FAIL, code 1203, item 17: board 3 does not answer
+  script 5/20 25%  NE-WEST
+  script 10/20 50%  NE-WEST
+  script 15/20 75%  NE-WEST
+  script 17/20 85%  NE-WEST
+  end FAIL, code 1203, item 17: board 3 does not answer  NE-WEST
   [1]
   $ varnel report --json script-mml.txt
-  {"event":"script","done":5,"total":20,"percent":25}
-  {"event":"script","done":10,"total":20,"percent":50}
-  {"event":"script","done":15,"total":20,"percent":75}
-  {"event":"script","done":20,"total":20,"percent":100}
-  {"event":"end","result":"SUCCESS","code":0,"item":null,"text":null}
+  {"event":"script","source":"script-mml.txt","sid":"NE-WEST","load":null,"done":5,"total":20,"percent":25}
+  {"event":"script","source":"script-mml.txt","sid":"NE-WEST","load":null,"done":10,"total":20,"percent":50}
+  {"event":"script","source":"script-mml.txt","sid":"NE-WEST","load":null,"done":15,"total":20,"percent":75}
+  {"event":"script","source":"script-mml.txt","sid":"NE-WEST","load":null,"done":20,"total":20,"percent":100}
+  {"event":"end","source":"script-mml.txt","sid":"NE-WEST","result":"SUCCESS","code":0,"item":null,"text":null}
   $ varnel report --json script-mml-failed.txt
-  {"event":"script","done":5,"total":20,"percent":25}
-  {"event":"script","done":10,"total":20,"percent":50}
-  {"event":"script","done":15,"total":20,"percent":75}
-  {"event":"script","done":17,"total":20,"percent":85}
-  {"event":"end","result":"FAIL","code":1203,"item":"17","text":"board 3 does not answer"}
+  {"event":"script","source":"script-mml-failed.txt","sid":"NE-WEST","load":null,"done":5,"total":20,"percent":25}
+  {"event":"script","source":"script-mml-failed.txt","sid":"NE-WEST","load":null,"done":10,"total":20,"percent":50}
+  {"event":"script","source":"script-mml-failed.txt","sid":"NE-WEST","load":null,"done":15,"total":20,"percent":75}
+  {"event":"script","source":"script-mml-failed.txt","sid":"NE-WEST","load":null,"done":17,"total":20,"percent":85}
+  {"event":"end","source":"script-mml-failed.txt","sid":"NE-WEST","result":"FAIL","code":1203,"item":"17","text":"board 3 does not answer"}
   [1]
   $ printf 'EVENT CAM RUN PROGRESS TOTAL  DONE_NUM 7 1;\n;\nEVENT CAM RUN END RSP SUCCESS' | varnel report -
   script 1/7 100%
@@ -37,62 +37,66 @@ Script runs.
 Package loads.
 
   $ varnel report --ne 0xFFFFFF package-mml.txt
-  package 0/12 0%
-  package 3/12 25%
-  package 9/12 75%
-  package 12/12 100%
-  package complete
+  package 0/12 0%  NE-WEST 41
+  package 3/12 25%  NE-WEST 41
+  package 9/12 75%  NE-WEST 41
+  package 12/12 100%  NE-WEST 41
+  package complete  NE-WEST 41
   $ varnel report --ne 0xFFFFFF package-mml-status.txt
-  package 1/4 25%
-  package 2/4 50%
-  package 4/4 100%
-  package complete
+  package 1/4 25%  NE-WEST
+  package 2/4 50%  NE-WEST
+  package 4/4 100%  NE-WEST
+  package complete  NE-WEST
   $ varnel report --ne 16777216 package-tl1.txt
-  package 0/12 0%
-  package 4/12 33%
-  package 8/12 66%
-  package 12/12 100%
-  package complete
+  package 0/12 0%  NE-EAST SLOT-3
+  package 4/12 33%  NE-EAST SLOT-3
+  package 8/12 66%  NE-EAST SLOT-3
+  package 12/12 100%  NE-EAST SLOT-3
+  package complete  NE-EAST SLOT-3
   $ varnel report --ne 16777216 package-tl1-files.txt
-  package 2/8 25%
-  package 5/8 62%
-  package 8/8 100%
-  package complete
+  package 2/8 25%  NE-EAST
+  package 5/8 62%  NE-EAST
+  package 8/8 100%  NE-EAST
+  package complete  NE-EAST
   $ varnel report --ne 16777216 package-tl1-slots.txt
-  package 1/3 33%
-  package 2/3 66%
-  package 3/3 100%
-  package complete
+  package 1/3 33%  NE-EAST
+  package 2/3 66%  NE-EAST
+  package 3/3 100%  NE-EAST
+  package complete  NE-EAST
   $ varnel report --json --ne 0x1000000 package-tl1.txt
-  {"event":"package","done":0,"total":12,"percent":0}
-  {"event":"package","done":4,"total":12,"percent":33}
-  {"event":"package","done":8,"total":12,"percent":66}
-  {"event":"package","done":12,"total":12,"percent":100}
+  {"event":"package","source":"package-tl1.txt","sid":"NE-EAST","load":"SLOT-3","done":0,"total":12,"percent":0}
+  {"event":"package","source":"package-tl1.txt","sid":"NE-EAST","load":"SLOT-3","done":4,"total":12,"percent":33}
+  {"event":"package","source":"package-tl1.txt","sid":"NE-EAST","load":"SLOT-3","done":8,"total":12,"percent":66}
+  {"event":"package","source":"package-tl1.txt","sid":"NE-EAST","load":"SLOT-3","done":12,"total":12,"percent":100}
+  {"event":"complete","source":"package-tl1.txt","sid":"NE-EAST","load":"SLOT-3","total":12}
 
 Without an end result.
 
   $ sed '/RUN END/,$d' script-mml.txt | varnel report
-  script 5/20 25%
-  script 10/20 50%
-  script 15/20 75%
-  script 20/20 100%
+  script 5/20 25%  NE-WEST
+  script 10/20 50%  NE-WEST
+  script 15/20 75%  NE-WEST
+  script 20/20 100%  NE-WEST
   ! varnel: -: no end result: the input ends
   [1]
   $ sed '/10:04/,$d' package-mml.txt | varnel report --json
-  {"event":"package","done":0,"total":12,"percent":0}
-  {"event":"package","done":3,"total":12,"percent":25}
-  {"event":"package","done":9,"total":12,"percent":75}
+  {"event":"package","source":"-","sid":"NE-WEST","load":"41","done":0,"total":12,"percent":0}
+  {"event":"package","source":"-","sid":"NE-WEST","load":"41","done":3,"total":12,"percent":25}
+  {"event":"package","source":"-","sid":"NE-WEST","load":"41","done":9,"total":12,"percent":75}
   ! varnel: -: no end result: the input ends
   [1]
   $ printf 'EVENT CAM RUN END RSP FAIL 1 2\n' | varnel report
-  ! varnel: -: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  ! varnel: -: no end result: the input ends; no report was recognised
   [1]
   $ varnel report < /dev/null
-  ! varnel: -: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  ! varnel: -: no end result: the input ends; no report was recognised
   [1]
   $ varnel report package-tl1.txt
-  ! varnel: package-tl1.txt: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
-  [1]
+  package 0/12 0%  NE-EAST SLOT-3
+  package 4/12 33%  NE-EAST SLOT-3
+  package 8/12 66%  NE-EAST SLOT-3
+  package 12/12 100%  NE-EAST SLOT-3
+  package complete  NE-EAST SLOT-3
   $ varnel report --ne 0x1000000 script-mml.txt
   ! varnel: script-mml.txt: no end result: the input ends; no TL1 report was recognised
   [1]
@@ -114,37 +118,37 @@ Keys.
   $ varnel report --key absent --key NE-3 both.txt
   end SUCCESS, code 3
   $ varnel report --key absent both.txt
-  ! varnel: both.txt: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  ! varnel: both.txt: no end result: the input ends; no report was recognised
   [1]
 
 Where a report ends.
 
   $ end() { echo "EVENT CAM RUN END $1"; }
   $ { end 'RSP'; echo; end 'RSP SUCCESS 1'; } | varnel report --json
-  {"event":"end","result":"SUCCESS","code":1,"item":null,"text":null}
+  {"event":"end","source":"-","sid":null,"result":"SUCCESS","code":1,"item":null,"text":null}
   $ { end 'RSP'; echo ';'; end 'RSP SUCCESS 2'; } | varnel report --json
-  {"event":"end","result":"SUCCESS","code":2,"item":null,"text":null}
+  {"event":"end","source":"-","sid":null,"result":"SUCCESS","code":2,"item":null,"text":null}
   $ { end 'RSP'; printf ' >\r\n'; end 'RSP SUCCESS 3'; } | varnel report --json
-  {"event":"end","result":"SUCCESS","code":3,"item":null,"text":null}
+  {"event":"end","source":"-","sid":null,"result":"SUCCESS","code":3,"item":null,"text":null}
   $ { end 'RSP'; echo '<'; end 'RSP SUCCESS 4'; } | varnel report --json
-  {"event":"end","result":"SUCCESS","code":4,"item":null,"text":null}
+  {"event":"end","source":"-","sid":null,"result":"SUCCESS","code":4,"item":null,"text":null}
   $ { end 'RSP'; echo '---  END'; end 'RSP SUCCESS 5'; } | varnel report --json
-  {"event":"end","result":"SUCCESS","code":5,"item":null,"text":null}
+  {"event":"end","source":"-","sid":null,"result":"SUCCESS","code":5,"item":null,"text":null}
   $ { echo '+++ NE-WEST'; echo; end; printf ';\n>\n'; echo 'RSP SUCCESS 6'; echo '--- END'; } | varnel report --json
-  {"event":"end","result":"SUCCESS","code":6,"item":null,"text":null}
+  {"event":"end","source":"-","sid":"NE-WEST","result":"SUCCESS","code":6,"item":null,"text":null}
   $ { echo '+++ NE-WEST'; end; echo '+++ NE-WEST'; end 'RSP FAIL 7 8 no; nothing > that < ends'; } | varnel report --json
-  {"event":"end","result":"FAIL","code":7,"item":"8","text":"no; nothing > that < ends"}
+  {"event":"end","source":"-","sid":"NE-WEST","result":"FAIL","code":7,"item":"8","text":"no; nothing > that < ends"}
   [1]
   $ { end 'RSP FAIL 9 1 a'; echo 'b'; printf '\r\n'; echo 'c'; } | varnel report --json
-  {"event":"end","result":"FAIL","code":9,"item":"1","text":"a b"}
+  {"event":"end","source":"-","sid":null,"result":"FAIL","code":9,"item":"1","text":"a b"}
   [1]
   $ { end; echo; echo 'RSP SUCCESS 10 |'; end 'RSP SUCCESS 11'; } | varnel report --json --separator '|'
-  {"event":"end","result":"SUCCESS","code":10,"item":null,"text":null}
+  {"event":"end","source":"-","sid":null,"result":"SUCCESS","code":10,"item":null,"text":null}
   $ { end 'RSP FAIL 12 1 text--'; echo '=='; echo ';'; } | varnel report --json --separator $'--\n=='
-  {"event":"end","result":"FAIL","code":12,"item":"1","text":"text"}
+  {"event":"end","source":"-","sid":null,"result":"FAIL","code":12,"item":"1","text":"text"}
   [1]
   $ end 'RSP SUCCESS 13' | varnel report --json --separator 'nowhere'
-  {"event":"end","result":"SUCCESS","code":13,"item":null,"text":null}
+  {"event":"end","source":"-","sid":null,"result":"SUCCESS","code":13,"item":null,"text":null}
 
 Only changes are printed.
 
@@ -248,7 +252,7 @@ Wrong usage.
   status 2 of --timeout 31536001
   ! varnel: --timeout: is not a number of seconds above 0 and up to a year
   status 2 of --timeout 1s
-  $ for address in host 127.0.0.1: :7 ::1:7 '[::1]' '[]:7' host:0 host:65536 host:x host:7x; do try --connect "$address"; done
+  $ for address in host 127.0.0.1: :7 ::1:7 '[::1]' '[]:7' host:0 host:65536 host:x,y host:7/x; do try --connect "$address"; done
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect host
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
@@ -266,9 +270,9 @@ Wrong usage.
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect host:65536
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  status 2 of --connect host:x
+  status 2 of --connect host:x,y
   ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
-  status 2 of --connect host:7x
+  status 2 of --connect host:7/x
   $ try --connect 127.0.0.1:7 file
   ! varnel: FILE excludes --connect
   status 2 of --connect 127.0.0.1:7 file
@@ -276,10 +280,10 @@ Wrong usage.
   ! varnel: --connect excludes --follow
   status 2 of --connect 127.0.0.1:7 --follow
   $ try --follow
-  ! varnel: --follow: requires a FILE
+  ! varnel: --follow: requires one FILE
   status 2 of --follow
   $ try --follow -
-  ! varnel: --follow: requires a FILE
+  ! varnel: --follow: requires one FILE
   status 2 of --follow -
   $ try --separator ''
   ! varnel: --separator: is empty

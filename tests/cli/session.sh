@@ -46,5 +46,8 @@ local_name() { if getent hosts localhost > /dev/null; then echo localhost; else 
 # dismiss: ends an element that waits for nobody.
 dismiss() { kill "$!" && { wait "$!" || true; }; }
 
+# Replaces the times when messages came.
+without_times() { sed -E 's/"received":"[-0-9]{10}T[0-9:]{8}\.[0-9]{3}Z"/"received":"TIME"/'; }
+
 # Replaces the port of an element, which changes from run to run.
 without_port() { sed 's/127\.0\.0\.1:[0-9]*/127.0.0.1:PORT/'; }

@@ -125,12 +125,12 @@
       "2/2"
   
   $ varnel tl1 --json - < 14-cuts.tl1
-  {"type":"acknowledgement","offset":0,"length":7,"sid":null,"date":null,"time":null,"ctag":"1","atag":null,"code":"IP","verb":null,"lines":[],"continues":false}
-  {"type":"response","offset":7,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COMPLD","verb":null,"lines":["\"a\""],"continues":false}
-  {"type":"autonomous","offset":61,"length":56,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"2","code":"A","verb":"REPT EVT","lines":["\"b\""],"continues":false}
-  {"type":"response","offset":117,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"2","atag":null,"code":"COMPLD","verb":null,"lines":["\"c\""],"continues":true}
-  {"type":"response","offset":171,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"2","atag":null,"code":"COMPLD","verb":null,"lines":["\"d\""],"continues":false}
-  {"type":"autonomous","offset":225,"length":61,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"3","code":"*C","verb":"REPT ALM EQPT","lines":["\"e\""],"continues":false}
+  {"type":"acknowledgement","source":"-","received":null,"offset":0,"length":7,"complete":true,"sid":null,"date":null,"time":null,"ctag":"1","atag":null,"code":"IP","verb":null,"lines":[],"text":[],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"response","source":"-","received":null,"offset":7,"length":54,"complete":true,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COMPLD","verb":null,"lines":["\"a\""],"text":[{"aid":"a","positional":[],"named":{}}],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"autonomous","source":"-","received":null,"offset":61,"length":56,"complete":true,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"2","code":"A","verb":"REPT EVT","lines":["\"b\""],"text":[{"aid":"b","positional":[],"named":{}}],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"response","source":"-","received":null,"offset":117,"length":54,"complete":true,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"2","atag":null,"code":"COMPLD","verb":null,"lines":["\"c\""],"text":[{"aid":"c","positional":[],"named":{}}],"severity":null,"missed":null,"continues":true,"raw":null}
+  {"type":"response","source":"-","received":null,"offset":171,"length":54,"complete":true,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"2","atag":null,"code":"COMPLD","verb":null,"lines":["\"d\""],"text":[{"aid":"d","positional":[],"named":{}}],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"autonomous","source":"-","received":null,"offset":225,"length":61,"complete":true,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":null,"atag":"3","code":"*C","verb":"REPT ALM EQPT","lines":["\"e\""],"text":[{"aid":"e","positional":[],"named":{}}],"severity":null,"missed":0,"continues":false,"raw":null}
 
 Filters.
 
@@ -189,6 +189,10 @@ The strict form, and log lines.
       A  14 REPT DBCHG
       ;
   
+  ! varnel: 00-by-the-book.tl1: the message at offset 146 is refused: bad acknowledgement
+  ! varnel: 00-by-the-book.tl1: the message at offset 561 is refused: bad identification line
+  ! varnel: 00-by-the-book.tl1: the message at offset 628 is refused: bad identification line
+  [1]
   $ varnel tl1 --strict 04-missing-header.tl1
   unrecognised
     at    0, 30 bytes
@@ -220,10 +224,17 @@ The strict form, and log lines.
       "NORTH1,SLOT-1:UP"
       ;
   
+  ! varnel: 04-missing-header.tl1: the message at offset 0 is refused: bad header line
+  ! varnel: 04-missing-header.tl1: the message at offset 32 is refused: bad header line
+  ! varnel: 04-missing-header.tl1: the message at offset 72 is refused: bad header line
+  ! varnel: 04-missing-header.tl1: the message at offset 161 is refused: bad identification line
+  [1]
   $ varnel tl1 --strict --json 02-four-digit-years.tl1
-  {"type":"unrecognised","offset":0,"length":71,"sid":null,"date":null,"time":null,"ctag":null,"atag":null,"code":null,"verb":null,"lines":["NORTH1 2026-03-04 05:06:07","A  1001 REPT EVT","\"SLOT-3:T-UP\"",";"],"continues":false}
-  {"type":"autonomous","offset":71,"length":74,"sid":"NORTH1","date":"2026-03-04","time":"05:06:07","ctag":null,"atag":"1002","code":"**","verb":"REPT ALM EQPT","lines":["\"SLOT-3:MJ\""],"continues":false}
-  {"type":"response","offset":145,"length":56,"sid":"NORTH1","date":"2026-03-04","time":"05:06:07","ctag":"9","atag":null,"code":"COMPLD","verb":null,"lines":["\"x\""],"continues":false}
+  {"type":"unrecognised","source":"02-four-digit-years.tl1","received":null,"offset":0,"length":71,"complete":true,"sid":null,"date":null,"time":null,"ctag":null,"atag":null,"code":null,"verb":null,"lines":["NORTH1 2026-03-04 05:06:07","A  1001 REPT EVT","\"SLOT-3:T-UP\"",";"],"text":[null,null,{"aid":"SLOT-3","positional":[["T-UP"]],"named":{}},null],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"autonomous","source":"02-four-digit-years.tl1","received":null,"offset":71,"length":74,"complete":true,"sid":"NORTH1","date":"2026-03-04","time":"05:06:07","ctag":null,"atag":"1002","code":"**","verb":"REPT ALM EQPT","lines":["\"SLOT-3:MJ\""],"text":[{"aid":"SLOT-3","positional":[["MJ"]],"named":{}}],"severity":"MJ","missed":0,"continues":false,"raw":null}
+  {"type":"response","source":"02-four-digit-years.tl1","received":null,"offset":145,"length":56,"complete":true,"sid":"NORTH1","date":"2026-03-04","time":"05:06:07","ctag":"9","atag":null,"code":"COMPLD","verb":null,"lines":["\"x\""],"text":[{"aid":"x","positional":[],"named":{}}],"severity":null,"missed":null,"continues":false,"raw":null}
+  ! varnel: 02-four-digit-years.tl1: the message at offset 0 is refused: bad identification line
+  [1]
   $ varnel tl1 --strict --json "$DATA/tl1/session.tl1" | cmp - <(varnel tl1 --json "$DATA/tl1/session.tl1")
   $ varnel -v tl1 --ctag 3 11-echoes-banners-telnet.tl1
   response  COMPLD  ctag 3
@@ -237,14 +248,18 @@ The strict form, and log lines.
       M  1 COMPLD
       ;
   
+  ! varnel: -: the message at offset 0 is refused: bad header line
   ! varnel: -: skipped 0 bytes between messages: 0 echoes, 0 prompts, 0 other lines; 0 telnet sequences
+  [1]
   $ printf '\r\n\n   NORTH1 x\r\nM  1 COMPLD\r\n;' | varnel tl1 --strict -v
   unrecognised
     at    16, 14 bytes
       M  1 COMPLD
       ;
   
+  ! varnel: -: the message at offset 16 is refused: bad header line
   ! varnel: -: skipped 16 bytes between messages: 0 echoes, 0 prompts, 1 other lines; 0 telnet sequences
+  [1]
   $ cd "$OLDPWD"
 
 Messages without an end.
@@ -253,7 +268,7 @@ Messages without an end.
   acknowledgement  IP  ctag 1
     at    0, 7 bytes
   
-  response  COMPLD  ctag 1
+  response  COMPLD  ctag 1  (incomplete)
     from  NORTH1  26-03-04  05:06:07
     at    7, 50 bytes
       "x
@@ -263,9 +278,9 @@ Messages without an end.
   $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>' > cut
   $ printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COM' >> cut
   $ varnel tl1 --join --json cut
-  {"type":"response","offset":0,"length":54,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COMPLD","verb":null,"lines":["\"x\""],"continues":true}
-  {"type":"response","offset":54,"length":40,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COM","verb":null,"lines":[],"continues":false}
-  ! varnel: cut: the message at offset 0 has no end
+  {"type":"response","source":"cut","received":null,"offset":0,"length":54,"complete":false,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COMPLD","verb":null,"lines":["\"x\""],"text":[{"aid":"x","positional":[],"named":{}}],"severity":null,"missed":null,"continues":true,"raw":null}
+  {"type":"response","source":"cut","received":null,"offset":54,"length":40,"complete":false,"sid":"NORTH1","date":"26-03-04","time":"05:06:07","ctag":"1","atag":null,"code":"COM","verb":null,"lines":[],"text":[],"severity":null,"missed":null,"continues":false,"raw":null}
+  ! varnel: cut: the answer at offset 0 lacks its last part
   ! varnel: cut: the message at offset 54 has no end
   [1]
 
@@ -285,7 +300,7 @@ The limit of a message: the second one has 103 bytes.
   acknowledgement  IP  ctag 1
     at    0, 7 bytes
   
-  response  COMPLD  ctag 1
+  response  COMPLD  ctag 1  (incomplete)
     from  NORTH1  26-03-04  05:06:07
     at    7, 102 bytes
       "00000000000000000000000000000000000000000000000000"
@@ -293,19 +308,19 @@ The limit of a message: the second one has 103 bytes.
   ! varnel: long: the message at offset 7 is longer than 102 bytes
   [1]
   $ for _ in 1 2 3; do printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>'; done | varnel tl1 --limit 100 --join
-  response  COMPLD  ctag 1  (continues)
+  response  COMPLD  ctag 1  (continues)  (incomplete)
     from  NORTH1  26-03-04  05:06:07
     at    0, 108 bytes
       "x"
       "x"
   
-  response  COMPLD  ctag 1  (continues)
+  response  COMPLD  ctag 1  (continues)  (incomplete)
     from  NORTH1  26-03-04  05:06:07
     at    108, 54 bytes
       "x"
   
   ! varnel: -: the message at offset 0 is longer than 100 bytes
-  ! varnel: -: the message at offset 108 has no end
+  ! varnel: -: the answer at offset 108 lacks its last part
   [1]
 
 Files that cannot be read, empty ones, and wrong usage.
@@ -318,15 +333,17 @@ Files that cannot be read, empty ones, and wrong usage.
   ! varnel: folder: is a folder
   [1]
   $ varnel tl1 /dev/null
+  ! varnel: /dev/null: no TL1 message was found
+  [1]
   $ varnel tl1 --type answer x
   ! varnel: --type: answer is not one of acknowledgement, response, autonomous, prompt, unrecognised
   ! Try "varnel tl1 --help".
   [2]
   $ varnel tl1 --limit 0 x
-  ! varnel: --limit: is not a number from 1 to 1099511627776, decimal or 0x and hexadecimal
+  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
   ! Try "varnel tl1 --help".
   [2]
   $ varnel tl1 one two
-  ! varnel: unexpected argument: two
-  ! Try "varnel tl1 --help".
-  [2]
+  ! varnel: one: No such file or directory
+  ! varnel: two: No such file or directory
+  [1]

@@ -19,29 +19,29 @@ A message is printed while its stream is still open.
 
 A growing file.
 
-  $ show() { IFS= read -r line <&"$live"; echo "$line" | cut -c 1-70; }
+  $ show() { IFS= read -r line <&"$live"; echo "$line" | without_times | cut -c 1-80; }
   $ head -c 100 "$DATA/tl1/session.tl1" > growing.tl1
   $ exec {live}< <(exec varnel tl1 --json --follow growing.tl1 --timeout 50)
   $ show
-  {"type":"acknowledgement","offset":35,"length":9,"sid":null,"date":nul
+  {"type":"acknowledgement","source":"growing.tl1","received":"TIME","offset":35,"
   $ tail -c +101 "$DATA/tl1/session.tl1" | head -c 100 >> growing.tl1
   $ tail -c +201 "$DATA/tl1/session.tl1" >> growing.tl1
   $ show
-  {"type":"response","offset":46,"length":133,"sid":"NE-EAST","date":"26
+  {"type":"response","source":"growing.tl1","received":"TIME","offset":46,"length"
   $ show
-  {"type":"autonomous","offset":181,"length":110,"sid":"NE-EAST","date":
+  {"type":"autonomous","source":"growing.tl1","received":"TIME","offset":181,"leng
   $ show
-  {"type":"response","offset":293,"length":56,"sid":"NE-EAST","date":"26
+  {"type":"response","source":"growing.tl1","received":"TIME","offset":293,"length
   $ kill "$!"
 
 Connections: whole, one byte at a time, cut off, refused, silent.
 
   $ serve "$DATA/tl1/session.tl1"
-  $ varnel tl1 --json --connect "$address"
-  {"type":"acknowledgement","offset":35,"length":9,"sid":null,"date":null,"time":null,"ctag":"117","atag":null,"code":"IP","verb":null,"lines":[],"continues":false}
-  {"type":"response","offset":46,"length":133,"sid":"NE-EAST","date":"26-01-15","time":"12:00:07","ctag":"117","atag":null,"code":"COMPLD","verb":null,"lines":["\"SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\\\"second > third\\\"\"","/* one alarm */"],"continues":false}
-  {"type":"autonomous","offset":181,"length":110,"sid":"NE-EAST","date":"26-01-15","time":"12:00:31","ctag":null,"atag":"7860.7858","code":"*C","verb":"REPT ALM EQPT","lines":["\"SLOT-5:CR,FAN-FAIL,SA,01-15,12-00-31,NEND\""],"continues":false}
-  {"type":"response","offset":293,"length":56,"sid":"NE-EAST","date":"26-01-15","time":"12:01:02","ctag":"118","atag":null,"code":"DENY","verb":null,"lines":["PLNA"],"continues":false}
+  $ varnel tl1 --json --connect "$address" | without_port | without_times
+  {"type":"acknowledgement","source":"127.0.0.1:PORT","received":"TIME","offset":35,"length":9,"complete":true,"sid":null,"date":null,"time":null,"ctag":"117","atag":null,"code":"IP","verb":null,"lines":[],"text":[],"severity":null,"missed":null,"continues":false,"raw":null}
+  {"type":"response","source":"127.0.0.1:PORT","received":"TIME","offset":46,"length":133,"complete":true,"sid":"NE-EAST","date":"26-01-15","time":"12:00:07","ctag":"117","atag":null,"code":"COMPLD","verb":null,"lines":["\"SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\\\"second > third\\\"\"","/* one alarm */"],"text":[{"aid":"SLOT-3","positional":[["CR","EQPT","SA","01-15","11-58-20","NEND","","second > third"]],"named":{}},null],"severity":"CR","missed":null,"continues":false,"raw":null}
+  {"type":"autonomous","source":"127.0.0.1:PORT","received":"TIME","offset":181,"length":110,"complete":true,"sid":"NE-EAST","date":"26-01-15","time":"12:00:31","ctag":null,"atag":"7860.7858","code":"*C","verb":"REPT ALM EQPT","lines":["\"SLOT-5:CR,FAN-FAIL,SA,01-15,12-00-31,NEND\""],"text":[{"aid":"SLOT-5","positional":[["CR","FAN-FAIL","SA","01-15","12-00-31","NEND"]],"named":{}}],"severity":"CR","missed":null,"continues":false,"raw":null}
+  {"type":"response","source":"127.0.0.1:PORT","received":"TIME","offset":293,"length":56,"complete":true,"sid":"NE-EAST","date":"26-01-15","time":"12:01:02","ctag":"118","atag":null,"code":"DENY","verb":null,"lines":["PLNA"],"text":[null],"severity":null,"missed":null,"continues":false,"raw":null}
   $ serve --piece 1 "$DATA/tl1/session.tl1"
   $ varnel tl1 --connect "$address" --timeout 50
   acknowledgement  IP  ctag 117
@@ -65,8 +65,8 @@ Connections: whole, one byte at a time, cut off, refused, silent.
   
   $ head -c 330 "$DATA/tl1/session.tl1" > cut.tl1
   $ serve --piece 100 --pause 5 cut.tl1
-  $ varnel tl1 --json --type response --connect "$address" 2>&1 | without_port
-  {"type":"response","offset":46,"length":133,"sid":"NE-EAST","date":"26-01-15","time":"12:00:07","ctag":"117","atag":null,"code":"COMPLD","verb":null,"lines":["\"SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\\\"second > third\\\"\"","/* one alarm */"],"continues":false}
+  $ varnel tl1 --json --type response --connect "$address" 2>&1 | without_port | without_times
+  {"type":"response","source":"127.0.0.1:PORT","received":"TIME","offset":46,"length":133,"complete":true,"sid":"NE-EAST","date":"26-01-15","time":"12:00:07","ctag":"117","atag":null,"code":"COMPLD","verb":null,"lines":["\"SLOT-3:CR,EQPT,SA,01-15,11-58-20,NEND,,\\\"second > third\\\"\"","/* one alarm */"],"text":[{"aid":"SLOT-3","positional":[["CR","EQPT","SA","01-15","11-58-20","NEND","","second > third"]],"named":{}},null],"severity":"CR","missed":null,"continues":false,"raw":null}
   ! varnel: 127.0.0.1:PORT: the message at offset 293 has no end
   [1]
   $ serve --refuse
@@ -75,17 +75,15 @@ Connections: whole, one byte at a time, cut off, refused, silent.
   [1]
   $ dismiss
   $ serve --silent "$DATA/tl1/session.tl1"
-  $ varnel tl1 --type acknowledgement --connect "$address" --timeout 1 2>&1 | without_port
+  $ varnel tl1 --type acknowledgement --connect "$address" --idle 1 2>&1 | without_port
   acknowledgement  IP  ctag 117
     at    35, 9 bytes
   
-  ! varnel: 127.0.0.1:PORT: nothing came for 1 second
-  [1]
 
 A byte a second meets the time limit.
 
   $ printf 'x' > drop
   $ serve --for-ever --piece 1 --pause 1000 drop
-  $ varnel tl1 --timeout 0.3 --connect "$address" 2>&1 | without_port
-  ! varnel: 127.0.0.1:PORT: nothing came for 0.3 seconds
+  $ varnel tl1 --idle 0.3 --connect "$address" 2>&1 | without_port
+  ! varnel: 127.0.0.1:PORT: no TL1 message was found
   [1]

@@ -41,8 +41,10 @@ bool SourceOptions::IsLive(const std::string& name) const {
 }
 
 void AddSourceOptions(CLI::App& command, SourceOptions& options, Operands files) {
-  CLI::Option* file = TakePaths(command.add_option("FILE", options.files));
-  if (files == Operands::One) file->expected(1);
+  const auto takeOne = [&options](const std::string& file) { options.files = {file}; };
+  CLI::Option* file = files == Operands::One ? command.add_option_function<std::string>("FILE", takeOne)
+                                             : command.add_option("FILE", options.files);
+  TakePaths(file);
   CLI::Option* connect = command.add_option("--connect", options.address)->check(CheckAddress)->excludes(file);
   command.add_flag("--follow", options.follow)->excludes(connect);
   command.add_option("--timeout", options.timeout)->check(CheckTimeout);

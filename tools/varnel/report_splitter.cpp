@@ -3,15 +3,11 @@
 #include <algorithm>
 #include <utility>
 
+#include "chars.h"
+
 namespace {
 
 constexpr size_t NONE = std::string::npos;
-
-std::string_view Trimmed(std::string_view line) {
-  constexpr char BLANKS[] = " \t\r\n";
-  const size_t first = line.find_first_not_of(BLANKS);
-  return first == NONE ? std::string_view() : line.substr(first, line.find_last_not_of(BLANKS) + 1 - first);
-}
 
 bool BeginsWith(std::string_view text, std::string_view head) {
   return text.substr(0, head.size()) == head;
@@ -72,7 +68,7 @@ std::optional<ReportSplitter::Ends> ReportSplitter::FindEnd() {
 
 // The ends of the report if it ends because of this line.
 std::optional<ReportSplitter::Ends> ReportSplitter::EndAtLine(size_t begin, size_t end) {
-  const std::string_view line = Trimmed(std::string_view(m_bytes).substr(begin, end - begin));
+  const std::string_view line = VARNEL_UTIL::Trimmed(std::string_view(m_bytes).substr(begin, end - begin));
   const bool opensFrame = BeginsWith(line, "+++");
   if (m_started && (opensFrame || (line.empty() && !m_framed))) return Ends{begin, begin};
   if (!m_started && line.empty()) m_begin = end;

@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "chars.h"
+
 using VARNEL_TL1::Message;
 using VARNEL_TL1::MessageType;
 
@@ -12,17 +14,8 @@ namespace {
 constexpr MessageType TYPES[] = {MessageType::Acknowledgement, MessageType::Response, MessageType::Autonomous,
                                  MessageType::Prompt, MessageType::Unrecognised};
 
-char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool SameCharacter(char pattern, char c) {
-  return pattern == '?' || Lower(pattern) == Lower(c);
-}
-
 bool SameText(std::string_view one, std::string_view other) {
-  return std::equal(one.begin(), one.end(), other.begin(), other.end(),
-                    [](char a, char b) { return Lower(a) == Lower(b); });
+  return std::equal(one.begin(), one.end(), other.begin(), other.end(), VARNEL_UTIL::SameNoCase);
 }
 
 // "*", "**", "*C": in a list of codes these are the codes of alarms.
@@ -62,7 +55,7 @@ bool MatchesPattern(std::string_view pattern, std::string_view text) {
     if (at < pattern.size() && pattern[at] == '*') {
       afterStar = ++at;
       runEnd = inText;
-    } else if (at < pattern.size() && SameCharacter(pattern[at], text[inText])) {
+    } else if (at < pattern.size() && (pattern[at] == '?' || VARNEL_UTIL::SameNoCase(pattern[at], text[inText]))) {
       ++at;
       ++inText;
     } else if (afterStar != std::string_view::npos) {
