@@ -20,20 +20,23 @@ constexpr unsigned short ZEP_MAX_LINK_LENGTH = 1023;     ///< longest valid link
 constexpr unsigned short ZEP_NO_VERSION_LENGTH = 65535;  ///< a version length that means no version text, as 0 does
 constexpr char ZEP_LINK_MARKER[] = "-> ";                ///< the link target follows it in the link text
 
-/// Returns whether CheckZEPFileHead() accepts a file type.
+/// Judges a file type as CheckZEPFileHead() does.
+///
+/// @param type  the file type.
+/// @return whether it is accepted.
 constexpr bool ZepAcceptsFileType(unsigned int type) {
   return type <= 13 || type == 15 || type == 513;
 }
 
-constexpr size_t MAX_LINE_LENGTH = 1023;  ///< lines of a software file are cut to this number of bytes
-constexpr char COLD_PATCH_MARKER[] = "[COLDPATCH]";
+constexpr size_t MAX_LINE_LENGTH = 1023;             ///< lines of a software file are cut to this number of bytes
+constexpr char COLD_PATCH_MARKER[] = "[COLDPATCH]";  ///< a line of a cold patch contains it
 
-constexpr char DESCRIPTION_START[] = "[File Description]";
-constexpr char DESCRIPTION_END[] = "[END]";
-constexpr size_t ENTRY_COLUMNS = 8;                ///< columns of an entry, separated by ":"
-constexpr size_t MAX_COLUMN_LENGTH = 255;          ///< bytes of a column without the blanks around it
-constexpr char ENTRY_COMMENT[] = "#";              ///< starts the first column of a comment
-constexpr char WIDE_ENTRY_COMMENT[] = "\xA3\xA3";  ///< within the first column: a comment; the full-width "#" in GB2312
+constexpr char DESCRIPTION_START[] = "[File Description]";  ///< the list of entries starts after a line with it
+constexpr char DESCRIPTION_END[] = "[END]";                 ///< the list ends before a line with it
+constexpr size_t ENTRY_COLUMNS = 8;                         ///< columns of an entry, separated by ":"
+constexpr size_t MAX_COLUMN_LENGTH = 255;                   ///< bytes of a column without the blanks around it
+constexpr char ENTRY_COMMENT[] = "#";                       ///< at the start of the first column: a comment
+constexpr char WIDE_ENTRY_COMMENT[] = "\xA3\xA3";  ///< in the first column: a comment; "#" of full width in GB2312
 
 }  // namespace VARNEL_COMMON
 

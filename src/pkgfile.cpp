@@ -8,6 +8,7 @@
 
 #include "common.h"
 #include "publicdata.h"
+#include "softwarefile.h"
 #include "util/chars.h"
 #include "util/stream_reader.h"
 
@@ -20,27 +21,24 @@ namespace {
 
 constexpr char MODULE[] = "pkgfile";
 constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
-constexpr unsigned int LINE_SIZE = 1024;
-constexpr size_t COLUMNS = 8;
-constexpr size_t MAX_COLUMN_LENGTH = 255;
-constexpr char WIDE_NUMBER_SIGN[] = "\xA3\xA3";  // the full-width "#" in GB2312
+constexpr unsigned int LINE_SIZE = MAX_LINE_LENGTH + 1;
 
-using Columns = std::array<std::string_view, COLUMNS>;
+using Columns = std::array<std::string_view, ENTRY_COLUMNS>;
 
 bool SkipPastSectionStart(Vnifstream& file, char (&line)[LINE_SIZE]) {
   while (file.GetLine(line, sizeof line)) {
-    if (std::strstr(line, "[File Description]") != nullptr) return true;
+    if (std::strstr(line, DESCRIPTION_START) != nullptr) return true;
   }
   return false;
 }
 
 bool EndsSection(std::string_view line) {
-  return line.substr(0, 1) == "[" || line.find("[END]") != std::string_view::npos;
+  return line.substr(0, 1) == "[" || line.find(DESCRIPTION_END) != std::string_view::npos;
 }
 
 // Cuts an entry line (see docs/formats.md) into trimmed columns; false for any other line.
 bool ReadColumns(std::string_view line, Columns& columns) {
-  if (std::count(line.begin(), line.end(), ':') != COLUMNS - 1) return false;
+  if (std::count(line.begin(), line.end(), ':') != ENTRY_COLUMNS - 1) return false;
   for (std::string_view& column : columns) {
     const auto end = static_cast<size_t>(std::find(line.begin(), line.end(), ':') - line.begin());
     column = Trimmed(line.substr(0, end));
@@ -50,7 +48,7 @@ bool ReadColumns(std::string_view line, Columns& columns) {
 }
 
 bool IsComment(std::string_view firstColumn) {
-  return firstColumn.substr(0, 1) == "#" || firstColumn.find(WIDE_NUMBER_SIGN) != std::string_view::npos;
+  return firstColumn.substr(0, 1) == ENTRY_COMMENT || firstColumn.find(WIDE_ENTRY_COMMENT) != std::string_view::npos;
 }
 
 bool IsTooLong(std::string_view column) {

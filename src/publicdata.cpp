@@ -13,6 +13,7 @@
 #include "platform/annex_k.h"
 #include "platform/kelp_os.h"
 #include "productdata.h"
+#include "softwarefile.h"
 #include "str.h"
 #include "util/big_endian.h"
 #include "util/file_handle.h"
@@ -27,25 +28,20 @@ namespace {
 
 constexpr char MODULE[] = "publicdata";
 
-// Persistent numbers: result codes that callers compare with, and what is in files; see docs/formats.md.
+// Result codes, which callers compare with: they never change.
 constexpr unsigned int CANNOT_OPEN = 0x3BA00013;
 constexpr unsigned int INVALID_HEAD = 0x3BA00B02;
-constexpr uint32_t DIR_MAGIC = 0x51584444;   // "QXDD"
-constexpr uint32_t FILE_MAGIC = 0x51584646;  // "QXFF"
-constexpr int SUM_START = 4 + 4;             // after magic word and sum
-constexpr int SUM_LENGTH = 64 - SUM_START - 4;
-constexpr unsigned short EXTENDED_TYPE = 2;
-constexpr unsigned short MAX_LINK_LENGTH = 1023;
-constexpr unsigned short NO_VERSION = 65535;
 
 constexpr unsigned int SPARE_BYTES = 1024;  // zeros after the content of a loaded file
-constexpr unsigned int LINE_SIZE = 1024;
+constexpr unsigned int LINE_SIZE = MAX_LINE_LENGTH + 1;
 constexpr size_t NUMBER_SIZE = 8;  // five digits at most, and a NUL
 constexpr unsigned int LAST_MML_NE_ID = 0xFFFFFF;
 constexpr char PATH_ENCODING[] = "UTF-8";
 
-static_assert(sizeof(ZEP_DIR_HEAD) == 64 && offsetof(ZEP_DIR_HEAD, ulValue60) == 60, "laid out as in the file");
-static_assert(sizeof(ZEP_FILE_HEAD) == 64 && offsetof(ZEP_FILE_HEAD, ulValue60) == 60, "laid out as in the file");
+static_assert(sizeof(ZEP_DIR_HEAD) == ZEP_HEAD_LENGTH && offsetof(ZEP_DIR_HEAD, ulValue60) == 60,
+              "laid out as in the file");
+static_assert(sizeof(ZEP_FILE_HEAD) == ZEP_HEAD_LENGTH && offsetof(ZEP_FILE_HEAD, ulValue60) == 60,
+              "laid out as in the file");
 
 // Opens a file through the host; null with errno set on failure.
 FileHandle OpenForReading(const std::string& path) {
@@ -69,7 +65,7 @@ template <typename Head>
 bool ReadHead(const FileHandle& file, uint32_t magic, Head& head) {
   if (!Read(file, &head, sizeof head)) return false;
   head.ToHostOrder();
-  const uint32_t sum = GetUCCheckSum(reinterpret_cast<const char*>(&head) + SUM_START, SUM_LENGTH);
+  const uint32_t sum = GetUCCheckSum(reinterpret_cast<const char*>(&head) + ZEP_SUM_START, ZEP_SUM_LENGTH);
   return head.ulMagic == magic && head.ulCheckSum == sum;
 }
 
@@ -79,17 +75,16 @@ unsigned int ReadExtensionWord(const FileHandle& file) {
 }
 
 bool ReadLinkTarget(const FileHandle& file, unsigned short length, std::string& linkTarget) {
-  constexpr std::string_view MARKER = "-> ";
-  char link[MAX_LINK_LENGTH + 1] = {};
-  if (length > MAX_LINK_LENGTH || !Read(file, link, length)) return false;
-  const char* marker = std::strstr(link, MARKER.data());
+  char link[ZEP_MAX_LINK_LENGTH + 1] = {};
+  if (length > ZEP_MAX_LINK_LENGTH || !Read(file, link, length)) return false;
+  const char* marker = std::strstr(link, ZEP_LINK_MARKER);
   if (marker == nullptr) return false;
-  linkTarget = marker + MARKER.size();
+  linkTarget = marker + sizeof ZEP_LINK_MARKER - 1;
   return true;
 }
 
 bool ReadVersionText(const FileHandle& file, unsigned short length, std::string& versionText) {
-  if (length == 0 || length == NO_VERSION) return true;
+  if (length == 0 || length == ZEP_NO_VERSION_LENGTH) return true;
   std::string text(length, '\0');
   if (!Read(file, text.data(), length)) return false;
   text.resize(std::min({text.find('T'), text.find('\0'), text.size()}));
@@ -100,22 +95,18 @@ bool ReadVersionText(const FileHandle& file, unsigned short length, std::string&
 unsigned int ReadHeads(const FileHandle& file, ZEP_FILE_HEAD& head, std::string& linkTarget, std::string& versionText,
                        unsigned int& extWord, unsigned int& payloadOffset) {
   ZEP_DIR_HEAD dirHead;
-  if (!ReadHead(file, DIR_MAGIC, dirHead)) return INVALID_HEAD;
+  if (!ReadHead(file, ZEP_DIR_MAGIC, dirHead)) return INVALID_HEAD;
   const uint32_t gap = uint32_t{dirHead.usGapLen26} + dirHead.usGapLen32 + dirHead.usGapLen34 + dirHead.usGapLen36;
   Skip(file, gap);
-  if (!ReadHead(file, FILE_MAGIC, head)) return INVALID_HEAD;
+  if (!ReadHead(file, ZEP_FILE_MAGIC, head)) return INVALID_HEAD;
 
-  if (head.usFileType == EXTENDED_TYPE) extWord = ReadExtensionWord(file);
-  constexpr uint32_t HEADS = sizeof(ZEP_DIR_HEAD) + sizeof(ZEP_FILE_HEAD);
-  payloadOffset = gap + HEADS + head.usSkipLen + head.usLinkLen + head.usVersionLen + head.usTailLen;
+  if (head.usFileType == ZEP_EXTENDED_TYPE) extWord = ReadExtensionWord(file);
+  payloadOffset =
+      gap + uint32_t{2 * ZEP_HEAD_LENGTH} + head.usSkipLen + head.usLinkLen + head.usVersionLen + head.usTailLen;
   Skip(file, head.usSkipLen);
   const bool textsRead =
       ReadLinkTarget(file, head.usLinkLen, linkTarget) && ReadVersionText(file, head.usVersionLen, versionText);
   return textsRead ? 0 : INVALID_HEAD;
-}
-
-bool IsHandledFileType(unsigned short type) {
-  return type <= 13 || type == 15 || type == 513;
 }
 
 // Copies digits to `buffer` and returns the code of the first character, 0 without one.
@@ -187,7 +178,7 @@ unsigned int CheckZEPFileHead(const std::string& path, int& fileType, std::strin
   const unsigned int result = CheckZEPFileHead(path, unused, unused, linkTarget, type, versionText);
   if (result != 0) return result;
   fileType = type;
-  return IsHandledFileType(type) ? 0 : INVALID_HEAD;
+  return ZepAcceptsFileType(type) ? 0 : INVALID_HEAD;
 }
 
 Vnifstream::Vnifstream(const std::string& path) : m_pBuffer(nullptr), m_uiSize(0), m_uiPos(0) {
@@ -246,7 +237,7 @@ bool isColdPatch(const std::string& path) {
   Vnifstream file(path);
   char line[LINE_SIZE];
   while (file.GetLine(line, sizeof line)) {
-    if (std::strstr(line, "[COLDPATCH]") != nullptr) return true;
+    if (std::strstr(line, COLD_PATCH_MARKER) != nullptr) return true;
   }
   LogWarning({MODULE, "isColdPatch", __LINE__}, StrCat("isColdPatch not find coldpatch, File: ", path.c_str()));
   return false;

@@ -51,7 +51,7 @@ size_t InputFile::Read(char* buffer, size_t size) {
 
 void InputFile::StorePipe() {
   if (m_size || !m_error.empty()) return;
-  const File stored(std::tmpfile());
+  const VARNEL_UTIL::FileHandle stored(std::tmpfile());
   const int descriptor = stored == nullptr ? -1 : fileno(stored.get());
   char buffer[65536];
   bool written = descriptor >= 0;

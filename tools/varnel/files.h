@@ -2,15 +2,10 @@
 #define VARNEL_TOOLS_FILES_H
 
 #include <cstdint>
-#include <cstdio>
-#include <memory>
 #include <optional>
 #include <string>
 
-struct CloseFile {
-  void operator()(FILE* file) const { std::fclose(file); }
-};
-using File = std::unique_ptr<FILE, CloseFile>;
+#include "util/file_handle.h"
 
 /// A descriptor that is closed with its owner.
 class Descriptor {
@@ -75,7 +70,7 @@ class OutputFile {
 
   std::string m_name;
   std::string m_temporary;
-  File m_file;
+  VARNEL_UTIL::FileHandle m_file;
 };
 
 #endif

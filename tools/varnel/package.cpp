@@ -92,21 +92,33 @@ void AddEntries(JsonWriter& json, const std::optional<std::vector<Entry>>& entri
   json.EndArray();
 }
 
-void PrintField(const char* name, const std::string& value) {
-  std::cout << "  " << Padded(name, 14) << "  " << value << '\n';
+void AppendPadded(std::string& table, const std::string& text, size_t width) {
+  table += text;
+  table.append(width - std::min(Width(text), width), ' ');
 }
 
-void PrintEntries(const std::vector<Entry>& entries) {
+void AppendField(std::string& table, const char* name, const std::string& value) {
+  table += "  ";
+  AppendPadded(table, name, 16);
+  table.append(value).append(1, '\n');
+}
+
+void AppendEntries(std::string& table, const std::vector<Entry>& entries) {
+  struct Row {
+    std::string name, kind, size;
+  };
+  std::vector<Row> rows{{"NAME", "KIND", "      SIZE"}};
   size_t nameWidth = 4, kindWidth = 4;
   for (const Entry& entry : entries) {
-    nameWidth = std::max(nameWidth, Width(Escaped(entry.name)));
-    kindWidth = std::max(kindWidth, Width(Escaped(entry.kind)));
+    rows.push_back({Escaped(entry.name), Escaped(entry.kind), std::to_string(entry.size)});
+    nameWidth = std::max(nameWidth, Width(rows.back().name));
+    kindWidth = std::max(kindWidth, Width(rows.back().kind));
   }
-  std::cout << "    " << Padded("NAME", nameWidth) << "  " << Padded("KIND", kindWidth) << "        SIZE\n";
-  for (const Entry& entry : entries) {
-    const std::string size = std::to_string(entry.size);
-    std::cout << "    " << Padded(Escaped(entry.name), nameWidth) << "  " << Padded(Escaped(entry.kind), kindWidth)
-              << "  " << std::string(size.size() < 10 ? 10 - size.size() : 0, ' ') << size << '\n';
+  for (const Row& row : rows) {
+    table += "    ";
+    AppendPadded(table, row.name, nameWidth + 2);
+    AppendPadded(table, row.kind, kindWidth + 2);
+    table.append(10 - std::min<size_t>(row.size.size(), 10), ' ').append(row.size).append(1, '\n');
   }
 }
 
@@ -122,21 +134,24 @@ void PrintAsJson(const Package& package) {
   json.Print();
 }
 
+// The text goes out in one piece: a folder of small packages is mostly output.
 void PrintAsTable(const Package& package) {
   const bool good = package.error.empty();
-  std::cout << Escaped(package.path) << ": " << Coloured(good ? Colour::Good : Colour::Bad, good ? "good" : "bad");
-  std::cout << (good ? "" : ": ") << package.error << '\n';
+  std::string table = Escaped(package.path) + ": " + Coloured(good ? Colour::Good : Colour::Bad, good ? "good" : "bad");
+  table += (good ? "" : ": ") + package.error + '\n';
   const FileStart& start = package.start;
-  if (!start.error.empty()) return;
-  PrintField("version", Escaped(start.version.value_or("none")));
-  PrintField("link target", Escaped(*start.linkTarget));
-  PrintField("file type", std::to_string(*start.fileType) + (*start.typeAccepted ? "" : " (not accepted)"));
-  if (start.extensionWord) PrintField("extension word", std::to_string(*start.extensionWord));
-  PrintField("payload offset", std::to_string(*start.payloadOffset));
-  PrintField("cold patch", *package.lines.coldPatch ? "yes" : "no");
-  const auto& entries = package.lines.entries;
-  PrintField("entries", entries ? std::to_string(entries->size()) : "none: no description section");
-  if (entries && !entries->empty()) PrintEntries(*entries);
+  if (start.error.empty()) {
+    AppendField(table, "version", Escaped(start.version.value_or("none")));
+    AppendField(table, "link target", Escaped(*start.linkTarget));
+    AppendField(table, "file type", std::to_string(*start.fileType) + (*start.typeAccepted ? "" : " (not accepted)"));
+    if (start.extensionWord) AppendField(table, "extension word", std::to_string(*start.extensionWord));
+    AppendField(table, "payload offset", std::to_string(*start.payloadOffset));
+    AppendField(table, "cold patch", *package.lines.coldPatch ? "yes" : "no");
+    const auto& entries = package.lines.entries;
+    AppendField(table, "entries", entries ? std::to_string(entries->size()) : "none: no description section");
+    if (entries && !entries->empty()) AppendEntries(table, *entries);
+  }
+  std::cout << table;
 }
 
 bool BeginsAsSoftwareFile(FileScanner& scanner) {
@@ -217,9 +232,9 @@ class PackageCommand {
       fs::directory_iterator item(folder, error);
       for (; !error && item != fs::directory_iterator(); item.increment(error)) {
         std::error_code ignored;
-        const auto type = item->symlink_status(ignored).type();
-        if (type == fs::file_type::directory) folders.push_back(item->path());
-        if (type == fs::file_type::regular) files.push_back(item->path().string());
+        if (item->is_symlink(ignored)) continue;
+        if (item->is_directory(ignored)) folders.push_back(item->path());
+        if (item->is_regular_file(ignored)) files.push_back(item->path().string());
       }
       if (error) ReportUnreadable(folder.string(), error.value());
     }

@@ -1,12 +1,14 @@
 #include "package_file.h"
 
-#include <str.h>
-
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <limits>
 
 #include "output.h"
+#include "util/big_endian.h"
+#include "util/chars.h"
+#include "util/stream_reader.h"
 
 using namespace VARNEL_COMMON;
 
@@ -38,10 +40,6 @@ std::string ReadHead(FileScanner& scanner, size_t offset, uint32_t magic, std::o
   return "checksum " + Hex32(head.ulCheckSum) + " stored, " + Hex32(found->computedSum) + " computed";
 }
 
-unsigned int LoadBig16(std::string_view bytes) {
-  return static_cast<unsigned int>(static_cast<unsigned char>(bytes[0]) << 8 | static_cast<unsigned char>(bytes[1]));
-}
-
 // Reads what follows the file head, up to `afterHeads`; returns the fault, or nothing.
 std::string ReadTexts(FileScanner& scanner, size_t afterHeads, const ZEP_FILE_HEAD& head, FileStart& start) {
   const bool extended = head.usFileType == ZEP_EXTENDED_TYPE;
@@ -64,7 +62,8 @@ std::string ReadTexts(FileScanner& scanner, size_t afterHeads, const ZEP_FILE_HE
   start.linkTarget = link.substr(marker + sizeof ZEP_LINK_MARKER - 1);
   if (hasVersion) start.version = version.substr(0, std::min(version.find('T'), version.find('\0')));
   if (extended)
-    start.extensionWord = LoadBig16(scanner.Bytes(afterHeads, 2));  // complete, as the link text after it is
+    start.extensionWord =
+        VARNEL_UTIL::LoadBig16(scanner.Bytes(afterHeads, 2).data());  // complete, as the link text after it is
   start.payloadOffset =
       static_cast<unsigned int>(afterHeads + head.usSkipLen + head.usLinkLen + head.usVersionLen + head.usTailLen);
   start.fileType = head.usFileType;
@@ -90,14 +89,18 @@ class DescriptionReader {
  public:
   explicit DescriptionReader(FileLines& result) : m_result(result) {}
 
-  void Take(std::string_view line, size_t lineNumber) {
-    if (m_place == Place::Before && Contains(line, DESCRIPTION_START)) {
+  // `marked` is the line from its first "[" on, with which all markers start.
+  void Take(std::string_view line, std::string_view marked, size_t lineNumber) {
+    if (m_place == Place::Before && Contains(marked, DESCRIPTION_START)) {
       m_place = Place::Inside;
       m_result.entries.emplace();
-    } else if (m_place == Place::Inside && (line.substr(0, 1) == "[" || Contains(line, DESCRIPTION_END))) {
-      m_place = Place::After;
     } else if (m_place == Place::Inside) {
-      TakeEntry(line, lineNumber);
+      const bool ends = !marked.empty() && (marked.size() == line.size() || Contains(marked, DESCRIPTION_END));
+      if (ends) {
+        m_place = Place::After;
+      } else if (ReadColumns(line)) {
+        TakeEntry(lineNumber);
+      }
     }
   }
 
@@ -110,21 +113,27 @@ class DescriptionReader {
   }
 
  private:
-  // Lines without eight columns are no entries, and not reported.
-  void TakeEntry(std::string_view line, size_t lineNumber) {
-    if (std::count(line.begin(), line.end(), ':') != ENTRY_COLUMNS - 1) return;
-    m_columns.clear();
-    SplitStringByChar(std::string(line).c_str(), ':', m_columns);
-    for (std::string& column : m_columns)
-      StrTrim(column);
-    const std::string& first = m_columns.front();
+  // Cuts a line into trimmed columns. A line that has not eight of them is not an entry, and is not reported.
+  bool ReadColumns(std::string_view line) {
+    for (size_t i = 0; i + 1 < ENTRY_COLUMNS; ++i) {
+      const size_t colon = line.find(':');
+      if (colon == std::string_view::npos) return false;
+      m_columns[i] = VARNEL_UTIL::Trimmed(line.substr(0, colon));
+      line.remove_prefix(colon + 1);
+    }
+    m_columns.back() = VARNEL_UTIL::Trimmed(line);
+    return line.find(':') == std::string_view::npos;
+  }
+
+  void TakeEntry(size_t lineNumber) {
+    const std::string_view first = m_columns.front();
     if (first.substr(0, 1) == ENTRY_COMMENT || Contains(first, WIDE_ENTRY_COMMENT)) return;
-    for (const std::string& column : m_columns) {
+    for (const std::string_view column : m_columns) {
       if (column.size() > MAX_COLUMN_LENGTH) return Refuse(lineNumber);
     }
     unsigned int size = 0;
-    ConvertFromString(m_columns[4].c_str(), size);
-    m_result.entries->push_back({first, m_columns[1], size});
+    VARNEL_UTIL::StreamReader(m_columns[4]).Read(size);
+    m_result.entries->push_back({std::string(first), std::string(m_columns[1]), size});
   }
 
   void Refuse(size_t lineNumber) {
@@ -137,7 +146,7 @@ class DescriptionReader {
 
   FileLines& m_result;
   Place m_place = Place::Before;
-  std::vector<std::string> m_columns;
+  std::array<std::string_view, ENTRY_COLUMNS> m_columns;
 };
 
 }  // namespace
@@ -203,8 +212,9 @@ FileLines ReadFileLines(FileScanner& scanner) {
   std::string_view line;
   bool coldPatch = false;
   while (!(coldPatch && description.IsOver()) && scanner.NextLine(line)) {
-    description.Take(line, scanner.LineNumber());
-    coldPatch = coldPatch || Contains(line, COLD_PATCH_MARKER);
+    const std::string_view marked = line.substr(std::min(line.find('['), line.size()));
+    description.Take(line, marked, scanner.LineNumber());
+    coldPatch = coldPatch || Contains(marked, COLD_PATCH_MARKER);
   }
   result.coldPatch = coldPatch;
   description.End();

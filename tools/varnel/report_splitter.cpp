@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "chars.h"
+#include "util/chars.h"
 
 namespace {
 

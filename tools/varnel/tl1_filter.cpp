@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "chars.h"
+#include "util/chars.h"
 
 using VARNEL_TL1::Message;
 using VARNEL_TL1::MessageType;
