@@ -45,7 +45,8 @@ void WaitForBytes(int connection, Session& session) {
 }
 
 void Print(const Message& message) {
-  std::cout << TypeName(message.type) << ' ' << message.code << (message.verb.empty() ? "" : " ") << message.verb << '\n';
+  const char* const gap = message.verb.empty() ? "" : " ";
+  std::cout << TypeName(message.type) << ' ' << message.code << gap << message.verb << '\n';
   LineReader lines(message.text);
   for (std::string_view line; lines.Next(line);)
     std::cout << "    " << line << '\n';
