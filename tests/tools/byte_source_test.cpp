@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <fstream>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include "address.h"
 #include "scripted_element.h"
 #include "temp_folder.h"
 
@@ -21,7 +23,7 @@ namespace {
 using std::chrono::milliseconds;
 using Status = ByteSource::Status;
 
-// An element that plays its script beside the test. The test has to connect.
+// An element that plays its script while the test runs. The test has to connect.
 class RunningElement {
  public:
   explicit RunningElement(const ElementScript& script, const char* host = "127.0.0.1")
@@ -37,25 +39,47 @@ class RunningElement {
   std::thread m_thread;
 };
 
-SourceOptions File(const std::string& path, double timeout = 0) {
+SourceOptions File(const std::string& path) {
   SourceOptions options;
-  options.file = path;
-  options.timeout = timeout;
+  options.files = {path};
   return options;
 }
 
-SourceOptions Growing(const std::string& path, double timeout) {
-  SourceOptions options = File(path, timeout);
+SourceOptions Growing(const std::string& path) {
+  SourceOptions options = File(path);
   options.follow = true;
   return options;
 }
 
-SourceOptions Connection(const std::string& address, double timeout) {
+SourceOptions Connection(const std::string& address) {
   SourceOptions options;
   options.address = address;
-  options.timeout = timeout;
   return options;
 }
+
+SourceOptions WithTimeout(SourceOptions options, double seconds) {
+  options.timeout = seconds;
+  return options;
+}
+
+SourceOptions WithIdle(SourceOptions options, double seconds) {
+  options.idle = seconds;
+  return options;
+}
+
+// The only source of some options, with its limits.
+class OnlySource {
+ public:
+  explicit OnlySource(const SourceOptions& options, milliseconds tick = milliseconds(0))
+      : m_limits(options), m_source(MakeByteSource(options, options.Names().front(), m_limits, tick)) {}
+
+  ByteSource* operator->() const { return m_source.get(); }
+  ByteSource& operator*() const { return *m_source; }
+
+ private:
+  TimeLimits m_limits;
+  std::unique_ptr<ByteSource> m_source;
+};
 
 // Reads until something other than data comes; gives all of the data.
 std::string ReadAll(ByteSource& source, Status& last) {
@@ -88,7 +112,7 @@ class ByteSourceTest : public testing::Test {
 
 TEST_F(ByteSourceTest, ReadsAFileToItsEnd) {
   const std::string bytes(200000, 'x');
-  const auto source = MakeByteSource(File(m_folder.Write("file", bytes)), Limit::WholeRun);
+  const OnlySource source(File(m_folder.Write("file", bytes)));
   Status last = Status::Data;
   EXPECT_EQ(bytes, ReadAll(*source, last));
   EXPECT_EQ(Status::End, last);
@@ -96,12 +120,12 @@ TEST_F(ByteSourceTest, ReadsAFileToItsEnd) {
 }
 
 TEST_F(ByteSourceTest, FailsForAFileThatIsNotThere) {
-  const auto source = MakeByteSource(File(m_folder.Path("absent")), Limit::WholeRun);
+  const OnlySource source(File(m_folder.Path("absent")));
   ExpectLastRead(Status::Failed, "No such file or directory", *source);
 }
 
 TEST_F(ByteSourceTest, EndsTheWholeRunThoughBytesKeepComing) {
-  const auto source = MakeByteSource(File("/dev/zero", 0.05), Limit::WholeRun);
+  const OnlySource source(WithTimeout(File("/dev/zero"), 0.05));
   std::string bytes;
   Status status = Status::Data;
   while ((status = source->Read(bytes)) == Status::Data)
@@ -111,7 +135,7 @@ TEST_F(ByteSourceTest, EndsTheWholeRunThoughBytesKeepComing) {
 }
 
 TEST_F(ByteSourceTest, DoesNotTakeASlowReaderForSilence) {
-  const auto source = MakeByteSource(File("/dev/zero", 0.02), Limit::Silence);
+  const OnlySource source(WithIdle(File("/dev/zero"), 0.02));
   std::string bytes;
   for (int i = 0; i < 3; ++i) {
     ASSERT_EQ(Status::Data, source->Read(bytes)) << source->Error();
@@ -120,27 +144,27 @@ TEST_F(ByteSourceTest, DoesNotTakeASlowReaderForSilence) {
 }
 
 TEST_F(ByteSourceTest, TimesOutWhenNothingComes) {
-  const auto source = MakeByteSource(Growing(m_folder.Write("file", "text"), 0.2), Limit::Silence);
+  const OnlySource source(WithIdle(Growing(m_folder.Write("file", "text")), 0.2));
   std::string bytes;
   ASSERT_EQ(Status::Data, source->Read(bytes));
   EXPECT_EQ("text", bytes);
   ExpectLastRead(Status::TimedOut, "nothing came for 0.2 seconds", *source);
 }
 
-TEST_F(ByteSourceTest, LetsTheTimeOfSilenceBeginAnewWithEachByte) {
+TEST_F(ByteSourceTest, StartsTheTimeOfSilenceAgainWithEachByte) {
   ElementScript script;
   script.bytes = std::string(25, 'x');
   script.pieceSize = 1;
   script.pause = milliseconds(100);
   const RunningElement element(script);
-  const auto source = MakeByteSource(Connection("127.0.0.1:" + element.Port(), 2), Limit::Silence);
+  const OnlySource source(WithIdle(Connection("127.0.0.1:" + element.Port()), 2));
   Status last = Status::Data;
   EXPECT_EQ(script.bytes, ReadAll(*source, last));
   EXPECT_EQ(Status::End, last) << source->Error();
 }
 
 TEST_F(ByteSourceTest, ComesBackWithoutBytesAtEachTick) {
-  const auto source = MakeByteSource(Growing(m_folder.Write("file", ""), 0.3), Limit::Silence, milliseconds(5));
+  const OnlySource source(WithIdle(Growing(m_folder.Write("file", "")), 0.3), milliseconds(5));
   std::string bytes;
   int ticks = 0;
   Status status = Status::Data;
@@ -152,7 +176,7 @@ TEST_F(ByteSourceTest, ComesBackWithoutBytesAtEachTick) {
 }
 
 TEST_F(ByteSourceTest, WaitsWithoutBurningTime) {
-  const auto source = MakeByteSource(Growing(m_folder.Write("file", "x"), 0.5), Limit::WholeRun);
+  const OnlySource source(WithTimeout(Growing(m_folder.Write("file", "x")), 0.5));
   Status last = Status::Data;
   const milliseconds before = ProcessorTime();
   EXPECT_EQ("x", ReadAll(*source, last));
@@ -162,10 +186,11 @@ TEST_F(ByteSourceTest, WaitsWithoutBurningTime) {
 
 TEST_F(ByteSourceTest, ReadsAShortenedFileFromItsBeginning) {
   const std::string path = m_folder.Write("file", "long text");
-  const auto source = MakeByteSource(Growing(path, 50), Limit::Silence);
+  const OnlySource source(WithIdle(Growing(path), 50));
   std::string bytes;
   ASSERT_EQ(Status::Data, source->Read(bytes));
   std::ofstream(path, std::ios::trunc) << "new";
+  ASSERT_EQ(Status::Restarted, source->Read(bytes)) << source->Error();
   ASSERT_EQ(Status::Data, source->Read(bytes)) << source->Error();
   EXPECT_EQ("new", bytes);
 }
@@ -179,18 +204,21 @@ TEST_F(ByteSourceTest, ConnectsToAnIpv6Address) {
   } catch (const std::runtime_error& error) {
     GTEST_SKIP() << error.what();
   }
-  const auto source = MakeByteSource(Connection("[::1]:" + element->Port(), 50), Limit::WholeRun);
+  const OnlySource source(WithTimeout(Connection("[::1]:" + element->Port()), 50));
   Status last = Status::Data;
   EXPECT_EQ("text", ReadAll(*source, last));
   EXPECT_EQ(Status::End, last) << source->Error();
 }
 
-TEST_F(ByteSourceTest, RefusesAnAddressWithoutAPort) {
-  EXPECT_THROW(MakeByteSource(Connection("host", 0), Limit::WholeRun), CLI::ValidationError);
+TEST(Address, NeedsHostAndPort) {
+  for (const char* good : {"host:1", "10.0.0.7:telnet", "[::1]:3083"})
+    EXPECT_EQ("", CheckAddress(good)) << good;
+  for (const char* bad : {"", "host", "host:", ":1", "[::1]", "::1:3083"})
+    EXPECT_NE("", CheckAddress(bad)) << bad;
 }
 
 TEST_F(ByteSourceTest, FollowsNoStandardInput) {
-  EXPECT_THROW(MakeByteSource(Growing("-", 0), Limit::WholeRun), CLI::ValidationError);
+  EXPECT_THROW(OnlySource(Growing("-")), CLI::ValidationError);
 }
 
 }  // namespace VARNEL_TEST

@@ -58,7 +58,7 @@ void ExpectHoweverCut(const Texts& expected, const std::string& stream, const st
 }
 
 TEST(Tl1ReportCutter, CutsMessagesAndTakesWhatIsQuotedAsText) {
-  const auto cutter = MakeReportCutter("", true);
+  const auto cutter = MakeReportCutter("", Language::Tl1);
   const std::string first = "\r\n\n   NE 26-01-15 12:00:00\r\nA  1 REPT EVT\r\n   \"a\r\n;b\"\r\n;";
   cutter->Feed(first + "\r\n\n   NE 26-01-15 12:00:01\r\nA  2 REPT EVT\r\n   \"c" + std::string(1, '\0') + "d");
   const std::optional<Report> report = cutter->Next();
@@ -71,14 +71,14 @@ TEST(Tl1ReportCutter, CutsMessagesAndTakesWhatIsQuotedAsText) {
 }
 
 TEST(Tl1ReportCutter, GivesUpOnAReportBeyondTheLimit) {
-  const auto cutter = MakeReportCutter("", true);
+  const auto cutter = MakeReportCutter("", Language::Tl1);
   cutter->Feed("\r\n\n   NE 26-01-15 12:00:00\r\nA  1 REPT EVT\r\n" + std::string(ReportCutter::MAX_LENGTH, 'x'));
   EXPECT_FALSE(cutter->Next());
   EXPECT_TRUE(cutter->TooLong());
 }
 
 TEST(ReportCutter, SeparatorCutsTl1Too) {
-  const auto cutter = MakeReportCutter("|", true);
+  const auto cutter = MakeReportCutter("|", Language::Tl1);
   cutter->Feed("a|b");
   const std::optional<Report> report = cutter->Next();
   ASSERT_TRUE(report);

@@ -42,8 +42,8 @@ Options:
       --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
                         K and M are units of 1024 and 1048576 (default: 16M)
   -h, --help            Print this help and exit
-  -v, --verbose         Show the library's log lines, what was skipped, and which
-                        time limit was reached, on standard error
+  -v, --verbose         Show the library's log lines, what was skipped, and
+                        which time limit was reached, on standard error
 
 JSON objects:
   source                FILE or HOST:PORT
@@ -51,16 +51,17 @@ JSON objects:
   severity              CR, MJ or MN; CL once it is cleared
   effect                SA or NSA, on service
   raised                Date and time of the message that raised it
-  received              Time when that message came, in UTC; null for a file that
-                        is not followed
+  received              Time when that message came, in UTC; null for a file
+                        that is not followed
   description           The text after these values
   change                Only with --changes: raised, changed or cleared
   Values that an alarm does not have are null.
 
 Exit status:
-  0  All was read, or a time limit was reached, whether alarms are active or not.
-  1  A message is incomplete or too long, no TL1 was found, a FILE is unreadable,
-     there is no connection, or the result could not be written.
+  0  All was read, or a time limit was reached, whether alarms are active or
+     not.
+  1  A message is incomplete or too long, no TL1 was found, a FILE is
+     unreadable, there is no connection, or the result could not be written.
   2  The command line is wrong.
 
 Examples:

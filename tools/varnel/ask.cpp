@@ -25,15 +25,17 @@ Write an IPv6 address in brackets: [::1]:3083. PORT may be a service name.
 
 Options:
       --user NAME       Log in first and log out at the end. Without
-                        --password-file the password is asked for on the terminal
+                        --password-file the password is asked for on the
+                        terminal
       --password-file FILE  Read the password from the first line of FILE, to
                         which other users must not have access
       --tid TID         Fill in an empty TID of a command
-      --timeout SECONDS  Wait at most this time for the connection, for the log-in
-                        and for each part of an answer (default: 30)
+      --timeout SECONDS  Wait at most this time for the connection, for the
+                        log-in and for each part of an answer (default: 30)
       --keep-going      Send the next command if one is not COMPLD
       --events          Print autonomous messages on standard error
-      --dry-run         Print the commands that would be sent, and do not connect
+      --dry-run         Print the commands that would be sent, and do not
+                        connect
       --json            Print one JSON object per command
   -h, --help            Print this help and exit
   -v, --verbose         Show the library's log lines on standard error
@@ -42,8 +44,8 @@ Passwords are printed as ******, also if the element repeats them.
 
 JSON objects:
   command               As sent
-  error                 Why there is no answer. With an answer, all other keys are
-                        those of varnel tl1: see varnel help tl1
+  error                 Why there is no answer. With an answer, all other keys
+                        are those of varnel tl1: see varnel help tl1
 
 Exit status:
   0    Every command was COMPLD.

@@ -29,10 +29,10 @@ MML report ends at a line ;, >, < or --- END, or before an empty line; a TL1
 report ends where a message of varnel tl1 ends. The language is the one in which
 the first report is recognised.
 
-Loads are distinguished by element and load: the SID and the AID in TL1, the name
-after +++ and the number after TASK_ID in MML. The command stops when all loads
-and runs that have begun are complete: a package load when all is done, a script
-run with its end report. On a terminal a bar shows the progress.
+Loads are distinguished by element and load: the SID and the AID in TL1, the
+name after +++ and the number after TASK_ID in MML. The command stops when all
+loads and runs that have begun are complete: a package load when all is done, a
+script run with its end report. On a terminal a bar shows the progress.
 
 Options:
       --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
@@ -44,8 +44,8 @@ Options:
       --first           Stop when the first load or run is complete
       --language NAME   Read reports in this language only: mml or tl1
       --ne ID           Read reports in the language of the element with this
-                        identifier, 0 to 4294967295, decimal, or hexadecimal after
-                        0x: TL1 above 16777215 (0xFFFFFF), else MML
+                        identifier, 0 to 4294967295, decimal, or hexadecimal
+                        after 0x: TL1 above 16777215 (0xFFFFFF), else MML
       --key TEXT        Read only reports that contain TEXT or match it as a
                         pattern with *; may be repeated
       --separator TEXT  End reports after TEXT instead of where the language

@@ -40,16 +40,17 @@ Options:
       --count N         Stop after N messages are shown
       --json            Print one JSON object per message
       --join            Join the parts of an answer into one message
-      --strict          Read messages with the library's strict parser, and report
-                        where it refuses one
+      --strict          Read messages with the library's strict parser, and
+                        report where it refuses one
       --type LIST       Show only messages of these types: acknowledgement,
                         response, autonomous, prompt, unrecognised
       --sid LIST        Show only messages from these elements
       --verb LIST       Show only autonomous messages with these verbs, such as
                         'REPT ALM *'
       --ctag LIST       Show only messages with these correlation tags
-      --code LIST       Show only messages with these codes, such as COMPLD or *C;
-                        *, ** and * with one other character mean that alarm code
+      --code LIST       Show only messages with these codes, such as COMPLD or
+                        *C; *, ** and * with one other character mean that alarm
+                        code
       --severity LIST   Show only messages whose text begins with one of these
                         severities: CR, MJ, MN, CL
       --encoding NAME   Read characters in this encoding of iconv, which must
@@ -57,15 +58,15 @@ Options:
       --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
                         K and M are units of 1024 and 1048576 (default: 16M)
   -h, --help            Print this help and exit
-  -v, --verbose         Show the library's log lines, what was skipped, and which
-                        time limit was reached, on standard error
+  -v, --verbose         Show the library's log lines, what was skipped, and
+                        which time limit was reached, on standard error
 
 JSON objects:
   type                  acknowledgement, response, autonomous, prompt or
                         unrecognised
   source                FILE or HOST:PORT
-  received              Time when the end of the message came, in UTC; null for a
-                        file that is not followed
+  received              Time when the end of the message came, in UTC; null for
+                        a file that is not followed
   offset, length        Position of the message in the stream, in bytes
   complete              False if the message has no end or is too long, and with
                         --join if the last part is missing
@@ -76,8 +77,8 @@ JSON objects:
                         autonomous message
   lines                 A list of the lines of its text
   text                  For each line null, or for a quoted one an object: aid,
-                        positional (a list for each block after the aid) and named
-                        (the values with names)
+                        positional (a list for each block after the aid) and
+                        named (the values with names)
   severity              Of the first quoted line: CR, MJ, MN, CL or null
   missed                How many autonomous messages of this element are missing
                         before this one, by their atags; null if it is unknown
@@ -87,8 +88,8 @@ JSON objects:
 
 Exit status:
   0  All was read, or a time limit or N was reached.
-  1  A message is incomplete, too long or refused, no TL1 was found, fewer than N
-     messages were shown, a FILE is unreadable, there is no connection, or the
+  1  A message is incomplete, too long or refused, no TL1 was found, fewer than
+     N messages were shown, a FILE is unreadable, there is no connection, or the
      result could not be written.
   2  The command line is wrong.
 
