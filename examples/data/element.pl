@@ -6,7 +6,7 @@ use IO::Socket::INET;
 my $listener = IO::Socket::INET->new(Listen => 1, LocalAddr => '127.0.0.1') or die "no port: $!";
 alarm 20;
 my $child = fork // die "no process: $!";
-exec map { $_ eq 'PORT' ? $listener->sockport : $_ } @ARGV if $child == 0;
+exec map { s/PORT/$listener->sockport/er } @ARGV if $child == 0;
 my $connection = $listener->accept or die "no connection: $!";
 
 my $header = "\r\n\n   NE-EAST 26-01-15 12:00:31\r\n";
