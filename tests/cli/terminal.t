@@ -135,6 +135,9 @@ character, nothing that changes the direction of writing, and only valid UTF-8.
   $ show ask --json "$address" RTRV-HDR:::7
   $ show ask "$bad:1" "$bad"
   $ show ask --user "$bad" "$bad:1" RTRV-HDR
+  $ show watch "$bad=$bad"
+  $ printf '%s' "$bad" > list
+  $ show watch --elements list
   $ show slot "3-5,$bad" "$bad" "0x$bad" "SLOT-3-$bad"
   $ show slot --json "3-5,$bad" "$bad"
   $ show board "$bad" --ne "$bad" --generation 1

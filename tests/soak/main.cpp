@@ -37,11 +37,12 @@ int main(int argc, char** argv) {
     return 2;
   }
   const std::string varnel = argv[argc - 1];
-  const SoakSize size = isShort ? SoakSize{500, 20000, 20, 1000, 1, 1000000} : SoakSize{};
+  const SoakSize size = isShort ? SoakSize{500, 20000, 20, 1000, 1, 4, 1000000} : SoakSize{};
   spdlog::register_logger(
       std::make_shared<spdlog::logger>("transcommon_log", std::make_shared<spdlog::sinks::null_sink_st>()));
   SoakObjects(size);
   SoakPackages(size, varnel);
   SoakElements(size, varnel);
+  SoakWatch(size, varnel);
   return Wrong() == 0 ? 0 : 1;
 }

@@ -14,6 +14,7 @@ struct SoakSize {
   size_t offers = 100;  ///< objects that each report is offered to
   size_t packages = 100000;
   double seconds = 5;         ///< that the command is kept busy by an element that never ends
+  double watch = 120;         ///< seconds that `varnel watch` follows elements
   size_t message = 16777216;  ///< bytes up to which it takes messages that take long to read
 };
 
@@ -52,6 +53,9 @@ void SoakPackages(const SoakSize& size, const std::string& varnel);
 
 /// Elements that never end a message, send one byte after the other, or one that is too long.
 void SoakElements(const SoakSize& size, const std::string& varnel);
+
+/// 200 elements that come and go, through `varnel watch`: every message arrives, and memory does not grow.
+void SoakWatch(const SoakSize& size, const std::string& varnel);
 
 }  // namespace VARNEL_TEST
 
