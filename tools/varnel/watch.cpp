@@ -23,8 +23,8 @@ Usage: varnel watch [OPTION]... [ELEMENT]...
 ELEMENT is [NAME=]HOST:PORT; write an IPv6 address in brackets. PORT may be a
 service name. Without NAME, HOST:PORT is the name. Every message that an element
 sends is printed as one JSON object per line, and so is every change of its
-connection. A connection that is lost or refused is tried again after 1, 2, 4
-... seconds.
+connection. A connection that is lost or refused is tried again after 1, 2, 4,
+8 ... seconds.
 
 Options:
       --elements FILE   Watch also the elements of this list. Each line is NAME
@@ -39,17 +39,16 @@ Options:
       --heartbeat SECONDS  Send RTRV-HDR after this time without a byte, and
                         connect again if nothing answers it in the same time; 0
                         for never (default: 60)
-      --retry-max SECONDS  The longest time between two attempts to connect,
-                        each up to 25 % longer or shorter (default: 60)
+      --retry-max SECONDS  The longest time between two attempts to connect;
+                        each is up to 25 % longer or shorter (default: 60)
       --type LIST       Show only messages of these types: acknowledgement,
                         response, autonomous, prompt, unrecognised
       --sid LIST        Show only messages from these elements
       --verb LIST       Show only autonomous messages with these verbs, such as
                         'REPT ALM *'
       --ctag LIST       Show only messages with these correlation tags
-      --code LIST       Show only messages with these codes, such as COMPLD or
-                        *C; *, ** and * with one other character mean that alarm
-                        code
+      --code LIST       Show only messages with these codes, such as COMPLD or *C;
+                        *, ** and * with one other character mean that alarm code
       --severity LIST   Show only messages whose text begins with one of these
                         severities: CR, MJ, MN, CL
       --encoding NAME   Read characters in this encoding of iconv, which must
