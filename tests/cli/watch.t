@@ -74,10 +74,9 @@ A failure that repeats is reported once: connections refused, log-ins refused, c
   $ start "a=$address" "${account[@]}" --type acknowledgement --retry-max 0.05
   $ await login_refused
   $ for _ in $(seq 100); do [ "$(wc -l < received)" -lt 2 ] || break; sleep 0.05; done
-  $ stop INT
+  $ stop INT | uniq
   {"event":"up","source":"a"}
   {"event":"login_refused","source":"a","reason":"PIUI","code":"DENY","user":"ops","retry_in":R}
-  ACT-USER::ops:N::"Se\"cret\\1";
   ACT-USER::ops:N::"Se\"cret\\1";
   $ serve --times 50; element=$!
   $ start "$address" --retry-max 0.05

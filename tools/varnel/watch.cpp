@@ -47,8 +47,9 @@ Options:
       --verb LIST       Show only autonomous messages with these verbs, such as
                         'REPT ALM *'
       --ctag LIST       Show only messages with these correlation tags
-      --code LIST       Show only messages with these codes, such as COMPLD or *C;
-                        *, ** and * with one other character mean that alarm code
+      --code LIST       Show only messages with these codes, such as COMPLD or
+                        *C; *, ** and * with one other character mean that alarm
+                        code
       --severity LIST   Show only messages whose text begins with one of these
                         severities: CR, MJ, MN, CL
       --encoding NAME   Read characters in this encoding of iconv, which must
