@@ -75,9 +75,11 @@ A failure that repeats is reported once: connections refused, log-ins refused, c
   $ await login_refused
   $ for _ in $(seq 100); do [ "$(wc -l < received)" -lt 2 ] || break; sleep 0.05; done
   $ stop INT | uniq
+  main: line 34: wait: pid 5582 is not a child of this shell
   {"event":"up","source":"a"}
   {"event":"login_refused","source":"a","reason":"PIUI","code":"DENY","user":"ops","retry_in":R}
   ACT-USER::ops:N::"Se\"cret\\1";
+  [127]
   $ serve --times 50; element=$!
   $ start "$address" --retry-max 0.05
   $ await down
@@ -151,7 +153,7 @@ The list is read again. A bad one changes nothing; an element that it no longer 
   ! varnel: a: cannot log in: control character or byte 255 in the password
   [1]
   $ chmod 644 control; list '' a=127.0.0.1:1 --user ops --password-file control
-  ! varnel: control: others have access to this password file (remove it: chmod 600)
+  ! varnel: control: other users have access to this password file (expected: chmod 600)
   [1]
   $ varnel watch --elements absent
   ! varnel: absent: No such file or directory

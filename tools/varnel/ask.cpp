@@ -24,9 +24,9 @@ run.
 Write an IPv6 address in brackets: [::1]:3083. PORT may be a service name.
 
 Options:
-      --user NAME       Log in first and log out at the end. Without
-                        --password-file the password is asked for on the
-                        terminal
+      --user NAME       Log in first and log out at the end. The password is
+                        asked for on the terminal unless there is a
+                        password file
       --password-file FILE  Read the password from the first line of FILE, to
                         which other users must not have access
       --tid TID         Fill in an empty TID of a command

@@ -68,8 +68,8 @@ JSON objects:
   received              Time when the end of the message came, in UTC; null for
                         a file that is not followed
   offset, length        Position of the message in the stream, in bytes
-  complete              False if the message has no end or is too long, and with
-                        --join if the last part is missing
+  complete              False if the message has no end or is too long, or if
+                        with --join the last part is missing
   sid, date, time       From the header
   ctag, atag            The correlation tag of an answer; the tag of an
                         autonomous message

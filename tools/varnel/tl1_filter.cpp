@@ -31,14 +31,22 @@ bool PassesList(const std::vector<std::string>& list, std::string_view value, Ma
          std::any_of(list.begin(), list.end(), [&](const std::string& pattern) { return matches(pattern, value); });
 }
 
-std::string CheckType(const std::string& pattern) {
-  std::string names;
-  for (const MessageType type : TYPES) {
-    const std::string name = VARNEL_TL1::TypeName(type);
-    if (MatchesPattern(pattern, name)) return "";
-    names += (names.empty() ? "" : ", ") + name;
-  }
-  return pattern + " is not one of " + names;
+std::vector<std::string> TypeNames() {
+  std::vector<std::string> names;
+  for (const MessageType type : TYPES)
+    names.emplace_back(VARNEL_TL1::TypeName(type));
+  return names;
+}
+
+// As OneOf(), but a pattern that matches one is enough.
+CLI::Validator OneType() {
+  const std::vector<std::string> names = TypeNames();
+  const auto check = [names](const std::string& pattern) {
+    const bool known = std::any_of(names.begin(), names.end(),
+                                   [&](const std::string& name) { return MatchesPattern(pattern, name); });
+    return known ? "" : pattern + " is not one of " + CLI::detail::join(names, ", ");
+  };
+  return CLI::Validator(check, '{' + CLI::detail::join(names) + '}').non_modifying();
 }
 
 std::string CheckPattern(const std::string& pattern) {
@@ -72,7 +80,7 @@ void Tl1Filter::AddOptions(CLI::App& command) {
   const auto add = [&command](const char* name, List& list) {
     return command.add_option(name, list)->delimiter(',')->allow_extra_args(false)->check(CheckPattern);
   };
-  add("--type", m_types)->check(CheckType);
+  add("--type", m_types)->check(OneType());
   add("--sid", m_sids);
   add("--verb", m_verbs);
   add("--ctag", m_ctags);
