@@ -171,22 +171,25 @@ class Play {
 // Memory does not grow with what an element sends to a command that is pending, over and over again.
 void CheckMemory(const std::string& bytes) {
   constexpr size_t TOTAL = 200000, PIECE = 64, LIMIT = 1000, FIXED = 65536;
+  std::string stream = bytes;
+  while (!bytes.empty() && stream.size() < PIECE)
+    stream += bytes;
   const size_t before = VARNEL_FUZZ::ResetPeak();
   SessionOptions options;
   options.limit = LIMIT;
   options.firstCtag = 5;
   Session session(options, {});
-  for (size_t fed = 0, at = 0; fed < TOTAL && !bytes.empty();) {
+  for (size_t fed = 0, at = 0; fed < TOTAL && !stream.empty();) {
     Command command;
     command.Parse("RTRV-HDR:::7");
     session.Send(command, {});
     session.Sent(session.Output().size());
-    const std::string_view piece = std::string_view(bytes).substr(at, PIECE);
+    const std::string_view piece = std::string_view(stream).substr(at, PIECE);
     session.Receive(piece, {});
     for (Event event; session.Next(event);) {
     }
     fed += piece.size();
-    at = at + PIECE < bytes.size() ? at + PIECE : 0;
+    at = at + PIECE < stream.size() ? at + PIECE : 0;
   }
   FUZZ_CHECK(VARNEL_FUZZ::PeakBytes() - before <= FIXED + 16 * LIMIT);
 }
