@@ -1,6 +1,7 @@
 #ifndef VARNEL_TESTS_TL1_TALK_H
 #define VARNEL_TESTS_TL1_TALK_H
 
+#include <gtest/gtest.h>
 #include <varnel_tl1/session.h>
 
 #include <string>
@@ -43,6 +44,22 @@ class Talk {
   VARNEL_TL1::Session::Time now{std::chrono::hours(1)};
   VARNEL_TL1::Session session;
 };
+
+/// Options with a number that the first ctag comes from: 8 becomes 10.
+inline VARNEL_TL1::SessionOptions With(unsigned int firstCtag) {
+  VARNEL_TL1::SessionOptions options;
+  options.firstCtag = firstCtag;
+  return options;
+}
+
+/// A session whose first ctag is 10.
+class SessionTest : public ::testing::Test {
+ protected:
+  Talk talk{With(8)};
+};
+
+/// What Answer("10") shows.
+constexpr char SHOWN_COMPLD[] = "response NORTH1 10 COMPLD | \"x\"";
 
 }  // namespace VARNEL_TEST
 
