@@ -20,8 +20,10 @@
     head          Show both heads of an NE software file, field by field
     make-package  Write an NE software file with valid heads
     coldpatch     Report whether files are cold patches
-    report        Follow a package load or script run in an element's reports
+    report        Follow package loads and script runs in the reports of elements
     tl1           Cut a stream of bytes into TL1 messages and show their parts
+    alarms        Keep the table of active alarms in TL1 streams
+    ask           Send TL1 commands to an element and print the answers
     slot          Show a slot in each form in which it can be written
     board         Report whether boards are system-control boards
   
@@ -179,26 +181,32 @@
     varnel coldpatch - < patch.txt > /dev/null && echo yes
         Use the result as a condition.
   == end of coldpatch
-  Follow a package load or script run in an element's reports.
+  Follow package loads and script runs in the reports of elements.
   
   Usage: varnel report [OPTION]... [FILE]
   
   FILE is read to its end; without FILE, or if it is -, standard input is read. An
-  element with an identifier above 16777215 (0xFFFFFF) speaks TL1, others speak
-  MML. An MML report ends at a line ;, >, < or --- END, or before an empty line; a
-  TL1 report ends where a message of varnel tl1 ends.
+  MML report ends at a line ;, >, < or --- END, or before an empty line; a TL1
+  report ends where a message of varnel tl1 ends. The language is the one in which
+  the first report is recognised.
   
-  The command stops at the end result: of a package load when all is done, of a
-  script run with its end report. On a terminal a bar shows the progress.
+  Loads are distinguished by element and load: the SID and the AID in TL1, the name
+  after +++ and the number after TASK_ID in MML. The command stops when all loads
+  and runs that have begun are complete: a package load when all is done, a script
+  run with its end report. On a terminal a bar shows the progress.
   
   Options:
         --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
-                          IPv6 address in brackets
-        --follow          Continue to read as FILE grows
-        --timeout SECONDS  Stop if there is no end result after this time, up to a
-                          year (default: no limit)
-        --ne ID           Set the identifier of the element, 0 to 4294967295,
-                          decimal, or hexadecimal after 0x (default: 0)
+                          IPv6 address in brackets. PORT may be a service name
+        --follow          Continue to read as FILE grows, also after another file
+                          gets its name or it is truncated
+        --timeout SECONDS  Stop after this time, up to a year (default: no limit)
+        --idle SECONDS    Stop after this time without a byte (default: no limit)
+        --first           Stop when the first load or run is complete
+        --language NAME   Read reports in this language only: mml or tl1
+        --ne ID           Read reports in the language of the element with this
+                          identifier, 0 to 4294967295, decimal, or hexadecimal after
+                          0x: TL1 above 16777215 (0xFFFFFF), else MML
         --key TEXT        Read only reports that contain TEXT or match it as a
                           pattern with *; may be repeated
         --separator TEXT  End reports after TEXT instead of where the language
@@ -208,83 +216,213 @@
     -v, --verbose         Show the library's log lines on standard error
   
   JSON objects:
-    event                 package, script or end
+    event                 package or script (progress), complete (a package load),
+                          end (a script run)
+    source                FILE or HOST:PORT
+    sid, load             The element, and which of its loads; null if unknown
     done, total, percent  Numbers of package and script
     result, code          The word and the number of the end result
     item, text            Where and why a run failed, or null
   
   Exit status:
-    0  The load or run succeeded.
-    1  It failed, there was no end result, the input is unreadable, or the result
+    0  All loads and runs that began succeeded; with --first, the first one.
+    1  One failed, there was no end result, the input is unreadable, or the result
        could not be written.
     2  The command line is wrong.
   
   Examples:
     varnel report load.log
         Show the progress recorded in a file.
-    varnel report --connect 192.0.2.7:1400 --ne 0x1000001 --timeout 600
-        Follow a load for ten minutes at most.
+    varnel report --connect 192.0.2.7:1400 --timeout 600
+        Follow loads for ten minutes at most.
     varnel report --follow --json --key '*BOARD 3*' session.log
         Follow the reports of one board in a log.
   == end of report
   Cut a stream of bytes into TL1 messages and show their parts.
   
-  Usage: varnel tl1 [OPTION]... [FILE]
+  Usage: varnel tl1 [OPTION]... [FILE]...
   
-  FILE is read to its end; without FILE, or if it is -, standard input is read.
-  Line ends of every kind are accepted. Echoes, banners, prompts and telnet bytes
-  between messages are skipped. A message that cannot be read is shown as
-  unrecognised. A last message without its end is reported on standard error.
+  Each FILE is read to its end; without FILE, or if it is -, standard input is
+  read. Any line ends are accepted. Echoes, banners, prompts and telnet bytes
+  between messages are skipped. A message that has no end is shown too, and
+  reported on standard error with its offset.
   
-  LIST is one value, or several separated by commas. A message is shown if it
-  passes all filters.
+  LIST is one pattern, or several separated by commas, with * for any run of
+  characters and ? for one; case does not matter. A message is shown if it passes
+  all filters.
   
   Options:
         --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
-                          IPv6 address in brackets
-        --follow          Continue to read as FILE grows
-        --timeout SECONDS  Stop after this time without a byte, up to a year
-                          (default: no limit)
+                          IPv6 address in brackets. PORT may be a service name
+        --follow          Continue to read as FILE grows, also after another file
+                          gets its name or it is truncated
+        --timeout SECONDS  Stop after this time, up to a year (default: no limit)
+        --idle SECONDS    Stop after this time without a byte (default: no limit)
+        --count N         Stop after N messages are shown
         --json            Print one JSON object per message
         --join            Join the parts of an answer into one message
-        --strict          Read messages with the library's strict parser
+        --strict          Read messages with the library's strict parser, and report
+                          where it refuses one
         --type LIST       Show only messages of these types: acknowledgement,
                           response, autonomous, prompt, unrecognised
+        --sid LIST        Show only messages from these elements
+        --verb LIST       Show only autonomous messages with these verbs, such as
+                          'REPT ALM *'
         --ctag LIST       Show only messages with these correlation tags
-        --code LIST       Show only messages with these codes: COMPLD, *C, ...
-        --limit BYTES     Accept messages up to this length, 1 to 1099511627776
-                          (default: 16777216)
+        --code LIST       Show only messages with these codes, such as COMPLD or *C;
+                          *, ** and * with one other character mean that alarm code
+        --severity LIST   Show only messages whose text begins with one of these
+                          severities: CR, MJ, MN, CL
+        --encoding NAME   Read characters in this encoding of iconv, which must
+                          extend ASCII (default: UTF-8)
+        --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
+                          K and M are units of 1024 and 1048576 (default: 16M)
     -h, --help            Print this help and exit
-    -v, --verbose         Show the library's log lines, and what was skipped, on
-                          standard error
+    -v, --verbose         Show the library's log lines, what was skipped, and which
+                          time limit was reached, on standard error
   
   JSON objects:
     type                  acknowledgement, response, autonomous, prompt or
                           unrecognised
+    source                FILE or HOST:PORT
+    received              Time when the end of the message came, in UTC; null for a
+                          file that is not followed
     offset, length        Position of the message in the stream, in bytes
+    complete              False if the message has no end or is too long, and with
+                          --join if the last part is missing
     sid, date, time       From the header
     ctag, atag            The correlation tag of an answer; the tag of an
                           autonomous message
     code, verb            The completion or alarm code; the subject of an
                           autonomous message
     lines                 A list of the lines of its text
+    text                  For each line null, or for a quoted one an object: aid,
+                          positional (a list for each block after the aid) and named
+                          (the values with names)
+    severity              Of the first quoted line: CR, MJ, MN, CL or null
+    missed                How many autonomous messages of this element are missing
+                          before this one, by their atags; null if it is unknown
     continues             True if more parts of the answer follow
+    raw                   The message in base64 if it is not valid in the encoding
     Values that a message does not have are null.
   
   Exit status:
-    0  The whole stream was read.
-    1  The last message has no end, a message is too long, the time limit passed,
-       the input is unreadable, or the result could not be written.
+    0  All was read, or a time limit or N was reached.
+    1  A message is incomplete, too long or refused, no TL1 was found, fewer than N
+       messages were shown, a FILE is unreadable, there is no connection, or the
+       result could not be written.
     2  The command line is wrong.
   
   Examples:
     varnel tl1 capture.log
         Show all messages of a file.
-    varnel tl1 --json --type autonomous --code '*C,**' capture.log
-        Show critical and major alarms, for a program.
-    varnel tl1 --connect 192.0.2.7:1400 --timeout 60
+    varnel tl1 --json --type autonomous --code '*C,**' *.log
+        Show critical and major alarms in several files, for a program.
+    varnel tl1 --connect 192.0.2.7:1400 --idle 60
         Show what an element sends until it is silent for a minute.
   == end of tl1
+  Keep the table of active alarms in TL1 streams.
+  
+  Usage: varnel alarms [OPTION]... [FILE]...
+  
+  Each FILE is read to its end; without FILE, or if it is -, standard input is
+  read. An autonomous REPT ALM message raises an alarm, or clears it by the
+  severity CL, or by the alarm code A with CL among its values. An alarm is
+  identified by source, SID, AID and condition. At the end the alarms are printed
+  that are raised and not cleared.
+  
+  Options:
+        --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
+                          IPv6 address in brackets. PORT may be a service name
+        --follow          Continue to read as FILE grows, also after another file
+                          gets its name or it is truncated
+        --timeout SECONDS  Stop after this time, up to a year (default: no limit)
+        --idle SECONDS    Stop after this time without a byte (default: no limit)
+        --json            Print one JSON object per alarm
+        --changes         Print each alarm when it is raised, changed or cleared,
+                          and no table at the end
+        --encoding NAME   Read characters in this encoding of iconv, which must
+                          extend ASCII (default: UTF-8)
+        --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
+                          K and M are units of 1024 and 1048576 (default: 16M)
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines, what was skipped, and which
+                          time limit was reached, on standard error
+  
+  JSON objects:
+    source                FILE or HOST:PORT
+    sid, aid, condition   What identifies the alarm in its source
+    severity              CR, MJ or MN; CL once it is cleared
+    effect                SA or NSA, on service
+    raised                Date and time of the message that raised it
+    received              Time when that message came, in UTC; null for a file that
+                          is not followed
+    description           The text after these values
+    change                Only with --changes: raised, changed or cleared
+    Values that an alarm does not have are null.
+  
+  Exit status:
+    0  All was read, or a time limit was reached, whether alarms are active or not.
+    1  A message is incomplete or too long, no TL1 was found, a FILE is unreadable,
+       there is no connection, or the result could not be written.
+    2  The command line is wrong.
+  
+  Examples:
+    varnel alarms capture.log
+        Show which alarms were still active at the end of a file.
+    varnel alarms --changes --json --connect 192.0.2.7:1400
+        Follow the alarms of an element, for a program.
+  == end of alarms
+  Send TL1 commands to an element and print the answers.
+  
+  Usage: varnel ask [OPTION]... HOST:PORT COMMAND...
+  
+  COMMAND is VERB-MODIFIER[:TID[:AID[:CTAG[:GENERAL[:DATA...]]]]][;]; if it is -,
+  commands are read from standard input, one per line, and sent as each line
+  arrives. Blank lines and lines that start with # are skipped. A missing or empty
+  ctag is filled in. Each command is sent after the answer to the one before, and
+  the parts of an answer are joined. The first command that is not COMPLD ends the
+  run.
+  
+  Write an IPv6 address in brackets: [::1]:3083. PORT may be a service name.
+  
+  Options:
+        --user NAME       Log in first and log out at the end. Without
+                          --password-file the password is asked for on the terminal
+        --password-file FILE  Read the password from the first line of FILE, to
+                          which other users must not have access
+        --tid TID         Fill in an empty TID of a command
+        --timeout SECONDS  Wait at most this time for the connection, for the log-in
+                          and for each part of an answer (default: 30)
+        --keep-going      Send the next command if one is not COMPLD
+        --events          Print autonomous messages on standard error
+        --dry-run         Print the commands that would be sent, and do not connect
+        --json            Print one JSON object per command
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
+  
+  Passwords are printed as ******, also if the element repeats them.
+  
+  JSON objects:
+    command               As sent
+    error                 Why there is no answer. With an answer, all other keys are
+                          those of varnel tl1: see varnel help tl1
+  
+  Exit status:
+    0    Every command was COMPLD.
+    1    A command was not, the log-in was refused, there is no connection or no
+         password, or the result could not be written.
+    2    The command line or a command is wrong.
+    130  SIGINT ended the run, 143: SIGTERM, 129: SIGHUP.
+  
+  Examples:
+    varnel ask 192.0.2.7:3083 RTRV-HDR
+        Ask who is there.
+    varnel ask --user ops --password-file ~/.ne 192.0.2.7:3083 RTRV-ALM-ALL
+        Log in, show the alarms, and log out.
+    varnel ask --json --keep-going --tid NE1 '[2001:db8::7]:3083' - < commands
+        Send the commands of a file, for a program.
+  == end of ask
   Show a slot in each form in which it can be written.
   
   Usage: varnel slot [OPTION]... TEXT...

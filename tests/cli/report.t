@@ -70,6 +70,64 @@ Package loads.
   {"event":"package","source":"package-tl1.txt","sid":"NE-EAST","load":"SLOT-3","done":12,"total":12,"percent":100}
   {"event":"complete","source":"package-tl1.txt","sid":"NE-EAST","load":"SLOT-3","total":12}
 
+Several loads at the same time: the run ends with the last one, with --first at the first one.
+
+  $ mml() { printf '+++ %s\nEVT_SFTM_CPYFILE_PROGRESS\nTASK_ID = %s\nDONE_NUM TOTAL_NUM\n%s %s\n--- END\n' "$@"; }
+  $ loads() { mml A 1 0 2; mml B 1 0 2; mml A 2 1 2; mml B 1 2 2; mml A 1 2 2; mml A 2 2 2; mml A 3 0 2; }
+  $ loads | varnel report
+  package 0/2 0%  A 1
+  package 0/2 0%  B 1
+  package 1/2 50%  A 2
+  package 2/2 100%  B 1
+  package complete  B 1
+  package 2/2 100%  A 1
+  package complete  A 1
+  package 2/2 100%  A 2
+  package complete  A 2
+  $ loads | varnel report --json --first
+  {"event":"package","source":"-","sid":"A","load":"1","done":0,"total":2,"percent":0}
+  {"event":"package","source":"-","sid":"B","load":"1","done":0,"total":2,"percent":0}
+  {"event":"package","source":"-","sid":"A","load":"2","done":1,"total":2,"percent":50}
+  {"event":"package","source":"-","sid":"B","load":"1","done":2,"total":2,"percent":100}
+  {"event":"complete","source":"-","sid":"B","load":"1","total":2}
+  $ loads | head -n 32 | varnel report | tail -n 1
+  ! varnel: -: no end result: the input ends
+  package complete  A 1
+  $ tl1() { printf '\r\n\n   %s 26-03-04 05:06:07\r\nA  1 REPT EVT PROGRESS\r\n   %b\r\n;' "$@"; }
+  $ both='"S1:X,TRANSFEREDFILES=1,TOTALNUM=2,:"\r\n   "S2:X,TRANSFEREDFILES=2,TOTALNUM=2,:"'
+  $ { tl1 A "$both"; tl1 B 'FILES_DONE=1,FILES_TOTAL=1'; tl1 A '"S1:X,TRANSFEREDFILES=2,TOTALNUM=2,:"'; } | varnel report
+  package 1/2 50%  A S1
+  package 2/2 100%  A S2
+  package complete  A S2
+  package 1/1 100%  B
+  package complete  B
+  package 2/2 100%  A S1
+  package complete  A S1
+  $ script() { printf '+++ %s\nEVENT CAM RUN %s\n---  END\n' "$@"; }
+  $ { script A 'PROGRESS TOTAL  DONE_NUM 20 5;'; script B 'END RSP FAIL 1 2 text'; script A 'END RSP SUCCESS 0'; } | varnel report
+  script 5/20 25%  A
+  end FAIL, code 1, item 2: text  B
+  end SUCCESS, code 0  A
+  [1]
+
+The language is that of the first report that is recognised, unless it is given.
+
+  $ cat package-tl1-slots.txt package-mml.txt | varnel report --first | tail -n 1
+  package complete  NE-EAST
+  $ cat package-tl1-slots.txt package-mml.txt | varnel report --language mml | tail -n 1
+  package complete  NE-WEST 41
+  $ varnel report --language tl1 package-mml.txt
+  ! varnel: package-mml.txt: no end result: the input ends; no TL1 report was recognised
+  [1]
+  $ varnel report --language ftp package-mml.txt
+  ! varnel: --language: ftp is not one of mml, tl1
+  ! Try "varnel report --help".
+  [2]
+  $ varnel report --language mml --ne 1 package-mml.txt
+  ! varnel: --language excludes --ne
+  ! Try "varnel report --help".
+  [2]
+
 Without an end result.
 
   $ sed '/RUN END/,$d' script-mml.txt | varnel report

@@ -40,6 +40,19 @@ A growing file, which is rewritten once.
   package complete
   status 0
 
+A file that another one takes the place of. The silence after it ends the run.
+
+  $ package 1 4 > log
+  $ exec {live}< <(varnel report --follow log --idle 2 2>&1; echo "status $?")
+  $ show
+  package 1/4 25%
+  $ mv log log.1
+  $ package 2 4 > log
+  $ cat <&"$live"
+  package 2/4 50%
+  ! varnel: log: no end result: nothing came for 2 seconds
+  status 1
+
 Connections: ended by the element, silent after the end result, endless.
 
   $ serve "$DATA/reports/script-mml.txt"

@@ -46,6 +46,15 @@ local_name() { if getent hosts localhost > /dev/null; then echo localhost; else 
 # dismiss: ends an element that waits for nobody.
 dismiss() { kill "$!" && { wait "$!" || true; }; }
 
+# hold COMMAND...: makes a pipe named `pipe` that has the output of a command and stays open.
+hold() {
+  local feed
+  rm -f pipe
+  mkfifo pipe
+  exec {feed}<> pipe
+  "$@" >&"$feed"
+}
+
 # Replaces the times when messages came.
 without_times() { sed -E 's/"received":"[-0-9]{10}T[0-9:]{8}\.[0-9]{3}Z"/"received":"TIME"/'; }
 

@@ -32,34 +32,41 @@ Colours and progress of package.
   [1]
   $ varnel make-package --link "$(printf 'a -> \302\233\177\303\251')" hostile.pkg
   $ on_terminal "varnel package --json hostile.pkg" | grep -o '"link_target":"[^"]*"'
-  "link_target":"\u009b\u007f\u00e9"
+  "link_target":"\\u009b\\u007f\xc3\xa9" (esc)
 
 The bar of report, which gives way to the last line. Only a terminal shows it.
 
   $ on_terminal "varnel report '$DATA/reports/script-mml.txt'" > shown
   $ grep -o '\[=* *\] script 5/20 25%  [0-9]*:[0-9][0-9]' shown | sed 's/ [0-9:]*$/ TIME/'
   [==========                              ] script 5/20 25%  TIME
+  $ for columns in 20 60 200; do
+  >   on_terminal "stty cols $columns; varnel report '$DATA/reports/package-mml.txt'" | tr '\r' '\n' |
+  >     sed -n 's/^\x1b\[K//; s/[0-9]:[0-9][0-9]/TIME/; /0\/12/p'
+  > done
+  package 0/12 0%  0:
+  [                       ] package 0/12 0%  TIME  NE-WEST 41
+  [                                        ] package 0/12 0%  TIME  NE-WEST 41
   $ cat -v shown | sed 's/.*\^\[\[K//'
-  end ^[[32mSUCCESS^[[0m, code 0^M
+  end ^[[32mSUCCESS^[[0m, code 0  NE-WEST^M
   $ on_terminal "varnel report '$DATA/reports/script-mml-failed.txt'; echo status \$?" | cat -v | sed 's/.*\^\[\[K//'
-  end ^[[1;31mFAIL^[[0m, code 1203, item 17: board 3 does not answer^M
+  end ^[[1;31mFAIL^[[0m, code 1203, item 17: board 3 does not answer  NE-WEST^M
   status 1^M
   $ on_terminal "varnel report '$DATA/reports/package-mml.txt' 2> errors" | cat -v
-  package 0/12 0%^M
-  package 3/12 25%^M
-  package 9/12 75%^M
-  package 12/12 100%^M
-  package ^[[32mcomplete^[[0m^M
+  package 0/12 0%  NE-WEST 41^M
+  package 3/12 25%  NE-WEST 41^M
+  package 9/12 75%  NE-WEST 41^M
+  package 12/12 100%  NE-WEST 41^M
+  package ^[[32mcomplete^[[0m  NE-WEST 41^M
   $ on_terminal "varnel report '$DATA/reports/package-mml.txt' > lines" | grep -c 'package 0/12 0%'
   1
   $ cat errors lines
-  package 0/12 0%
-  package 3/12 25%
-  package 9/12 75%
-  package 12/12 100%
-  package complete
-  $ on_terminal "varnel report --json '$DATA/reports/script-mml.txt'" | cat -v | tail -n 1
-  {"event":"end","result":"SUCCESS","code":0,"item":null,"text":null}^M
+  package 0/12 0%  NE-WEST 41
+  package 3/12 25%  NE-WEST 41
+  package 9/12 75%  NE-WEST 41
+  package 12/12 100%  NE-WEST 41
+  package complete  NE-WEST 41
+  $ on_terminal "varnel report --json - < '$DATA/reports/script-mml.txt'" | cat -v | tail -n 1
+  {"event":"end","source":"-","sid":"NE-WEST","result":"SUCCESS","code":0,"item":null,"text":null}^M
   $ on_terminal "head -n 8 '$DATA/reports/package-mml.txt' | varnel report" | cat -v | sed 's/.*\^\[\[K//'
   varnel: -: no end result: the input ends^M
   [1]
@@ -127,6 +134,11 @@ character, nothing that changes the direction of writing, and only valid UTF-8.
   $ show -v tl1 --strict stream
   $ show -v tl1 unfinished
   $ show tl1 --type "$bad" stream
+  $ show tl1 --encoding "$bad" stream "absent$bad"
+  $ printf '\r\n\n   "N%s" 26-03-04 05:06:07\r\n*C 1 REPT ALM EQPT\r\n   "%s:CR,%s,%s:%s"\r\n;' "$bad" "$bad" "$bad" "$bad" "$bad" > alarm
+  $ show alarms alarm "absent$bad"
+  $ show alarms --json alarm
+  $ show alarms --changes alarm
   $ hostile="\\r\\n\\n   N$bad 26-03-04 05:06:07\\r\\nM  7 DENY\\r\\n   $bad\\r\\n;"
   $ answer() { printf '%s\n' receive "send $hostile" > steps; serve --talk steps; }
   $ answer

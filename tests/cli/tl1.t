@@ -167,6 +167,45 @@ Filters.
   autonomous null "**"
   $ count --type response --ctag 1,2 --code COMPLD
   response "1" "COMPLD"
+  $ count --code 'comp*' --ctag '?'
+  response "1" "COMPLD"
+  response "5" "COMPLD"
+  response "5" "COMPLD"
+  $ count --code '*'
+  autonomous null "*"
+  $ count --sid 'NORTH?' --verb 'rept alm *'
+  autonomous null "*C"
+  autonomous null "**"
+  autonomous null "*"
+  $ count --severity cr,'M?'
+  autonomous null "*C"
+  autonomous null "**"
+  autonomous null "*"
+  $ count --type 'ack*' --count 2
+  acknowledgement "1" "IP"
+  acknowledgement "2" "PF"
+  $ varnel tl1 --type autonomous --count 8 00-by-the-book.tl1 | grep -c ^autonomous
+  ! varnel: 00-by-the-book.tl1: only 5 of 8 messages came
+  5
+  [1]
+
+Texts taken apart: blocks, names, folds, escapes; a name that occurs twice.
+
+  $ texts() { varnel tl1 --json "$@" | sed -E 's/.*"text":(.*),"severity":([^,]*),"missed":([^,]*),"cont.*/\1 \2 \3/'; }
+  $ message() { printf '\r\n\n   N1 26-03-04 05:06:07\r\n* %s REPT ALM EQPT\r\n   %b\r\n;' "$1" "$2"; }
+  $ message 4 '"A1:CR,LOS,:X=1,Y=\\"a,b=c\\",X=2::"\r\n   unquoted\r\n   "\\\\ \\"q\\""' | texts
+  [{"aid":"A1","positional":[["CR","LOS",""],[],[],[]],"named":{"X":"2","Y":"a,b=c"}},null,{"aid":"\\ \"q\"","positional":[],"named":{}}] "CR" null
+  $ message 4 '":MN,folded\r\n   text"' | texts
+  [{"aid":null,"positional":[["MN","foldedtext"]],"named":{}},null] "MN" null
+  $ { for atag in 4 5.1 8 8 3; do message "$atag" ''; done; } | texts
+  [] null null
+  [] null 0
+  [] null 2
+  [] null 0
+  [] null null
+  $ { for atag in 4 8; do message "$atag" ''; done; } | texts --join --count 2
+  [] null null
+  [] null 3
 
 The strict form, and log lines.
 
@@ -283,6 +322,85 @@ Messages without an end.
   ! varnel: cut: the answer at offset 0 lacks its last part
   ! varnel: cut: the message at offset 54 has no end
   [1]
+  $ cat "$PROJECT/tests/captures/16-damage.tl1" | varnel tl1 | grep -E '^[a-z]'
+  ! varnel: -: the message at offset 0 has no end
+  ! varnel: -: the message at offset 135 has no end
+  ! varnel: -: the message at offset 708 has no end
+  ! varnel: -: the message at offset 928 has no end
+  ! varnel: -: the message at offset 1183 has no end
+  response  COMPLD  ctag 1  (incomplete)
+  autonomous  *C  REPT ALM EQPT  atag 2
+  response  COMPLD  ctag 3  (incomplete)
+  autonomous  *C  REPT ALM EQPT  atag 4  (1 missed before)
+  response  COMPLD  ctag 5
+  autonomous  *C  REPT ALM EQPT  atag 6  (1 missed before)
+  response  COMPLD  ctag 7
+  autonomous  *C  REPT ALM EQPT  atag 8  (1 missed before)
+  response  COMPLD  ctag 9
+  autonomous  *C  REPT ALM EQPT  atag 10  (1 missed before)
+  acknowledgement  IP  ctag 11
+  acknowledgement  PF  ctag 12  (incomplete)
+  autonomous  *C  REPT ALM EQPT  atag 13  (2 missed before)
+  autonomous  **  REPT ALM EQPT  atag 14
+  response  COMPLD  ctag 15
+  response  COMPLD  ctag 16  (incomplete)
+  autonomous  *C  REPT ALM EQPT  atag 17  (2 missed before)
+  autonomous  *C  REPT ALM EQPT  atag 18
+  response  COMPLD  ctag 19  (continues)
+  response  COMPLD  ctag 19
+  response  COMPLD  ctag 20  (incomplete)
+  [1]
+  $ printf '\r\n\n   N1 26-03-04 05:06:07\r\nM  1 RTRV\r\n   "x"\r\n;' | varnel tl1 --join
+  response  RTRV  ctag 1  (continues)  (incomplete)
+    from  N1  26-03-04  05:06:07
+    at    0, 48 bytes
+      "x"
+  
+  ! varnel: -: the answer at offset 0 lacks its last part
+  [1]
+
+Several files: each is a stream of its own.
+
+  $ printf 'IP 1\r\n<' > one
+  $ printf 'noise' > two
+  $ varnel tl1 one two absent one
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes of one
+  
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes of one
+  
+  ! varnel: two: no TL1 message was found
+  ! varnel: absent: No such file or directory
+  [1]
+  $ varnel tl1 --count 3 one one
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes of one
+  
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes of one
+  
+  ! varnel: one: only 2 of 3 messages came
+  [1]
+  $ varnel tl1 --json --count 1 one cut | cut -c 1-40
+  {"type":"acknowledgement","source":"one"
+
+Characters: of another encoding, invalid, and escaped.
+
+  $ characters() { varnel tl1 --json "$@" | sed -E 's/.*"lines":(.*),"text".*"raw":(.*)}/\1 \2/'; }
+  $ stream() { printf '\r\n\n   N1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   %b\r\n;' "$1"; }
+  $ stream 'L\0374fter' | characters
+  ["L\xef\xbf\xbdfter"] "DQoKICAgTjEgMjYtMDMtMDQgMDU6MDY6MDcNCk0gIDEgQ09NUExEDQogICBM/GZ0ZXINCjs=" (esc)
+  $ stream 'L\0374fter' | characters --encoding latin1
+  ["L\xc3\xbcfter"] null (esc)
+  $ stream 'L\0374fter' | varnel tl1 --encoding LATIN1 | grep fter
+      L\xc3\xbcfter (esc)
+  $ stream '\0244\0244\0244\0377' | characters --encoding EUC-JP
+  ["\xe3\x81\x84\xef\xbf\xbd\xef\xbf\xbd"] "DQoKICAgTjEgMjYtMDMtMDQgMDU6MDY6MDcNCk0gIDEgQ09NUExEDQogICCkpKT/DQo7" (esc)
+  $ stream 'L\0303\0274fter' | characters
+  ["L\xc3\xbcfter"] null (esc)
+  $ stream 'a\0000b\t\033\0177\0302\0205\0342\0200\0256' | characters
+  ["a\u0000b\u0009\u001b\u007f\u0085\u202e"] null
 
 The limit of a message: the second one has 103 bytes.
 
@@ -307,6 +425,18 @@ The limit of a message: the second one has 103 bytes.
   
   ! varnel: long: the message at offset 7 is longer than 102 bytes
   [1]
+  $ cat long long | varnel tl1 --limit 102 --type 'ack*'
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes
+  
+  acknowledgement  IP  ctag 1
+    at    110, 7 bytes
+  
+  ! varnel: -: the message at offset 7 is longer than 102 bytes
+  ! varnel: -: the message at offset 117 is longer than 102 bytes
+  [1]
+  $ varnel tl1 --limit 1k long | grep -c COMPLD
+  1
   $ for _ in 1 2 3; do printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>'; done | varnel tl1 --limit 100 --join
   response  COMPLD  ctag 1  (continues)  (incomplete)
     from  NORTH1  26-03-04  05:06:07
@@ -339,11 +469,32 @@ Files that cannot be read, empty ones, and wrong usage.
   ! varnel: --type: answer is not one of acknowledgement, response, autonomous, prompt, unrecognised
   ! Try "varnel tl1 --help".
   [2]
+  $ varnel tl1 --code '' x
+  ! varnel: --code: has an empty item
+  ! Try "varnel tl1 --help".
+  [2]
+  $ for limit in 1G K 1099511627777 18446744073709551615M ''; do varnel tl1 --limit "$limit" x 2>&1 | head -n 1; done
+  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  [2]
+  $ varnel tl1 --encoding klingon x
+  ! varnel: --encoding: "klingon" is not an encoding that iconv knows (iconv -l lists them)
+  ! Try "varnel tl1 --help".
+  [2]
+  $ varnel tl1 --encoding UTF-16 x
+  ! varnel: --encoding: "UTF-16" does not extend ASCII, as TL1 needs it
+  ! Try "varnel tl1 --help".
+  [2]
   $ varnel tl1 --limit 0 x
   ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
   ! Try "varnel tl1 --help".
   [2]
   $ varnel tl1 one two
-  ! varnel: one: No such file or directory
-  ! varnel: two: No such file or directory
+  acknowledgement  IP  ctag 1
+    at    0, 7 bytes of one
+  
+  ! varnel: two: no TL1 message was found
   [1]

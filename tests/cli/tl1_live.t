@@ -34,6 +34,60 @@ A growing file.
   {"type":"response","source":"growing.tl1","received":"TIME","offset":293,"length
   $ kill "$!"
 
+A growing file that is truncated, then gets another file's name, in the middle of messages. Nothing of one is mixed with
+the other.
+
+  $ stream() { printf '\r\n\n   N1 26-03-04 05:06:07\r\nM  %d COMPLD\r\n;' "$@"; }
+  $ show() { read -r -t 20 line <&"$live" && echo "$line" | sed -E 's/.*("offset":.*"complete":[a-z]*).*("ctag":[^,]*).*/\1 \2/'; }
+  $ { stream 1; stream 2 | head -c 40; } > log
+  $ exec {live}< <(exec varnel tl1 --json --follow log --timeout 50 2> errors; echo "status $?")
+  $ show
+  "offset":0,"length":42,"complete":true "ctag":"1"
+  $ stream 3 > log
+  $ show
+  "offset":42,"length":40,"complete":false "ctag":"2"
+  $ show
+  "offset":0,"length":42,"complete":true "ctag":"3"
+  $ stream 4 | head -c 40 >> log
+  $ mv log log.1
+  $ stream 4 | tail -c +41 >> log.1
+  $ stream 5 > log
+  $ show
+  "offset":42,"length":42,"complete":true "ctag":"4"
+  $ show
+  "offset":0,"length":42,"complete":true "ctag":"5"
+  $ kill "$!"
+  $ cat errors
+  varnel: log: the message at offset 42 has no end
+
+Limits of time.
+
+  $ hold stream 1
+  $ varnel tl1 --idle 0.3 -v < pipe
+  response  COMPLD  ctag 1
+    from  N1  26-03-04  05:06:07
+    at    0, 42 bytes
+  
+  ! varnel: -: skipped 0 bytes between messages: 0 echoes, 0 prompts, 0 other lines; 0 telnet sequences
+  ! varnel: -: ended: nothing came for 0.3 seconds
+  $ hold stream 1
+  $ varnel tl1 --timeout 0.3 --type 'ack*' < pipe
+  $ hold stream 1
+  $ varnel tl1 --timeout 0.3 --count 2 < pipe | grep ctag
+  ! varnel: -: only 1 of 2 messages came
+  response  COMPLD  ctag 1
+  [1]
+  $ hold head -c 80 <(stream 1 2)
+  $ varnel tl1 --idle 0.3 < pipe | grep ctag
+  ! varnel: -: the message at offset 42 has no end
+  response  COMPLD  ctag 1
+  response  COMPL  ctag 2  (incomplete)
+  [1]
+  $ hold stream 1 2 3
+  $ varnel tl1 --count 2 < pipe | grep ctag
+  response  COMPLD  ctag 1
+  response  COMPLD  ctag 2
+
 Connections: whole, one byte at a time, cut off, refused, silent.
 
   $ serve "$DATA/tl1/session.tl1"

@@ -159,8 +159,19 @@ class ReportRun {
     return std::string("; no ") + language + "report was recognised";
   }
 
-  // The language of the first report that is recognised is that of all.
-  void Take(const std::string& bytes, bool ends) {
+  // The language of the first report that is recognised is that of all. Until then each line is given to all readings,
+  // so that none of them runs ahead.
+  void Take(std::string_view bytes, bool ends) {
+    while (m_readings.size() > 1) {
+      const size_t end = std::min(bytes.find('\n'), bytes.size());
+      if (end == bytes.size()) break;
+      TakeAll(bytes.substr(0, end + 1), false);
+      bytes.remove_prefix(end + 1);
+    }
+    TakeAll(bytes, ends);
+  }
+
+  void TakeAll(std::string_view bytes, bool ends) {
     for (size_t i = 0; i < m_readings.size(); ++i) {
       m_readings[i]->cutter->Feed(bytes);
       if (ends) m_readings[i]->cutter->Finish();
