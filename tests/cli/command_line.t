@@ -77,7 +77,7 @@ a value.
   one: bad: No such file or directory
   [1]
   $ varnel report --separator -- --json /dev/null
-  ! varnel: /dev/null: no end result: the input ends; no MML report was recognised (for TL1 give --ne)
+  ! varnel: /dev/null: no end result: the input ends; no report was recognised
   [1]
   $ varnel board -- ''
   ! varnel: : is empty
@@ -114,6 +114,8 @@ Numbers are decimal, with or without leading zeros; 0x begins a hexadecimal numb
       34  usGapLen34    0x0003  3
       36  usGapLen36    0x0000  0
   $ varnel tl1 --limit 010 /dev/null
+  ! varnel: /dev/null: no TL1 message was found
+  [1]
 
 Names in brackets are ordinary names.
 
@@ -161,5 +163,9 @@ The library's log lines, which appear with -v only.
   $ printf '\r\n\n   N 26-03-04 05:06:07\r\nM  1 COMPLD;' > cut.tl1
   $ varnel -v tl1 --strict cut.tl1 > /dev/null
   ! varnel: library warning: CTL1NEMsgParse::ParseOutputAndAuto(): m_strRetRspCode not find [tl1nemsgparse ParseOutputAndAuto]
+  ! varnel: cut.tl1: the message at offset 0 is refused: bad identification line
   ! varnel: cut.tl1: skipped 0 bytes between messages: 0 echoes, 0 prompts, 0 other lines; 0 telnet sequences
+  [1]
   $ varnel tl1 --strict cut.tl1 > /dev/null
+  ! varnel: cut.tl1: the message at offset 0 is refused: bad identification line
+  [1]

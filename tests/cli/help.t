@@ -24,6 +24,7 @@
     tl1           Cut a stream of bytes into TL1 messages and show their parts
     alarms        Keep the table of active alarms in TL1 streams
     ask           Send TL1 commands to an element and print the answers
+    watch         Follow many elements and print what they send
     slot          Show a slot in each form in which it can be written
     board         Report whether boards are system-control boards
   
@@ -190,10 +191,10 @@
   report ends where a message of varnel tl1 ends. The language is the one in which
   the first report is recognised.
   
-  Loads are distinguished by element and load: the SID and the AID in TL1, the name
-  after +++ and the number after TASK_ID in MML. The command stops when all loads
-  and runs that have begun are complete: a package load when all is done, a script
-  run with its end report. On a terminal a bar shows the progress.
+  Loads are distinguished by element and load: the SID and the AID in TL1, the
+  name after +++ and the number after TASK_ID in MML. The command stops when all
+  loads and runs that have begun are complete: a package load when all is done, a
+  script run with its end report. On a terminal a bar shows the progress.
   
   Options:
         --connect HOST:PORT  Read from a TCP connection instead of FILE; write an
@@ -205,8 +206,8 @@
         --first           Stop when the first load or run is complete
         --language NAME   Read reports in this language only: mml or tl1
         --ne ID           Read reports in the language of the element with this
-                          identifier, 0 to 4294967295, decimal, or hexadecimal after
-                          0x: TL1 above 16777215 (0xFFFFFF), else MML
+                          identifier, 0 to 4294967295, decimal, or hexadecimal
+                          after 0x: TL1 above 16777215 (0xFFFFFF), else MML
         --key TEXT        Read only reports that contain TEXT or match it as a
                           pattern with *; may be repeated
         --separator TEXT  End reports after TEXT instead of where the language
@@ -261,16 +262,17 @@
         --count N         Stop after N messages are shown
         --json            Print one JSON object per message
         --join            Join the parts of an answer into one message
-        --strict          Read messages with the library's strict parser, and report
-                          where it refuses one
+        --strict          Read messages with the library's strict parser, and
+                          report where it refuses one
         --type LIST       Show only messages of these types: acknowledgement,
                           response, autonomous, prompt, unrecognised
         --sid LIST        Show only messages from these elements
         --verb LIST       Show only autonomous messages with these verbs, such as
                           'REPT ALM *'
         --ctag LIST       Show only messages with these correlation tags
-        --code LIST       Show only messages with these codes, such as COMPLD or *C;
-                          *, ** and * with one other character mean that alarm code
+        --code LIST       Show only messages with these codes, such as COMPLD or
+                          *C; *, ** and * with one other character mean that alarm
+                          code
         --severity LIST   Show only messages whose text begins with one of these
                           severities: CR, MJ, MN, CL
         --encoding NAME   Read characters in this encoding of iconv, which must
@@ -278,15 +280,15 @@
         --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
                           K and M are units of 1024 and 1048576 (default: 16M)
     -h, --help            Print this help and exit
-    -v, --verbose         Show the library's log lines, what was skipped, and which
-                          time limit was reached, on standard error
+    -v, --verbose         Show the library's log lines, what was skipped, and
+                          which time limit was reached, on standard error
   
   JSON objects:
     type                  acknowledgement, response, autonomous, prompt or
                           unrecognised
     source                FILE or HOST:PORT
-    received              Time when the end of the message came, in UTC; null for a
-                          file that is not followed
+    received              Time when the end of the message came, in UTC; null for
+                          a file that is not followed
     offset, length        Position of the message in the stream, in bytes
     complete              False if the message has no end or is too long, and with
                           --join if the last part is missing
@@ -297,8 +299,8 @@
                           autonomous message
     lines                 A list of the lines of its text
     text                  For each line null, or for a quoted one an object: aid,
-                          positional (a list for each block after the aid) and named
-                          (the values with names)
+                          positional (a list for each block after the aid) and
+                          named (the values with names)
     severity              Of the first quoted line: CR, MJ, MN, CL or null
     missed                How many autonomous messages of this element are missing
                           before this one, by their atags; null if it is unknown
@@ -308,8 +310,8 @@
   
   Exit status:
     0  All was read, or a time limit or N was reached.
-    1  A message is incomplete, too long or refused, no TL1 was found, fewer than N
-       messages were shown, a FILE is unreadable, there is no connection, or the
+    1  A message is incomplete, too long or refused, no TL1 was found, fewer than
+       N messages were shown, a FILE is unreadable, there is no connection, or the
        result could not be written.
     2  The command line is wrong.
   
@@ -346,8 +348,8 @@
         --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
                           K and M are units of 1024 and 1048576 (default: 16M)
     -h, --help            Print this help and exit
-    -v, --verbose         Show the library's log lines, what was skipped, and which
-                          time limit was reached, on standard error
+    -v, --verbose         Show the library's log lines, what was skipped, and
+                          which time limit was reached, on standard error
   
   JSON objects:
     source                FILE or HOST:PORT
@@ -355,16 +357,17 @@
     severity              CR, MJ or MN; CL once it is cleared
     effect                SA or NSA, on service
     raised                Date and time of the message that raised it
-    received              Time when that message came, in UTC; null for a file that
-                          is not followed
+    received              Time when that message came, in UTC; null for a file
+                          that is not followed
     description           The text after these values
     change                Only with --changes: raised, changed or cleared
     Values that an alarm does not have are null.
   
   Exit status:
-    0  All was read, or a time limit was reached, whether alarms are active or not.
-    1  A message is incomplete or too long, no TL1 was found, a FILE is unreadable,
-       there is no connection, or the result could not be written.
+    0  All was read, or a time limit was reached, whether alarms are active or
+       not.
+    1  A message is incomplete or too long, no TL1 was found, a FILE is
+       unreadable, there is no connection, or the result could not be written.
     2  The command line is wrong.
   
   Examples:
@@ -388,15 +391,17 @@
   
   Options:
         --user NAME       Log in first and log out at the end. Without
-                          --password-file the password is asked for on the terminal
+                          --password-file the password is asked for on the
+                          terminal
         --password-file FILE  Read the password from the first line of FILE, to
                           which other users must not have access
         --tid TID         Fill in an empty TID of a command
-        --timeout SECONDS  Wait at most this time for the connection, for the log-in
-                          and for each part of an answer (default: 30)
+        --timeout SECONDS  Wait at most this time for the connection, for the
+                          log-in and for each part of an answer (default: 30)
         --keep-going      Send the next command if one is not COMPLD
         --events          Print autonomous messages on standard error
-        --dry-run         Print the commands that would be sent, and do not connect
+        --dry-run         Print the commands that would be sent, and do not
+                          connect
         --json            Print one JSON object per command
     -h, --help            Print this help and exit
     -v, --verbose         Show the library's log lines on standard error
@@ -405,8 +410,8 @@
   
   JSON objects:
     command               As sent
-    error                 Why there is no answer. With an answer, all other keys are
-                          those of varnel tl1: see varnel help tl1
+    error                 Why there is no answer. With an answer, all other keys
+                          are those of varnel tl1: see varnel help tl1
   
   Exit status:
     0    Every command was COMPLD.
@@ -423,6 +428,82 @@
     varnel ask --json --keep-going --tid NE1 '[2001:db8::7]:3083' - < commands
         Send the commands of a file, for a program.
   == end of ask
+  Follow many elements and print what they send.
+  
+  Usage: varnel watch [OPTION]... [ELEMENT]...
+  
+  ELEMENT is [NAME=]HOST:PORT; write an IPv6 address in brackets. PORT may be a
+  service name. Without NAME, HOST:PORT is the name. Every message that an element
+  sends is printed as one JSON object per line, and so is every change of its
+  connection. A connection that is lost or refused is tried again after 1, 2, 4,
+  8 ... seconds.
+  
+  Options:
+        --elements FILE   Watch also the elements of this list. Each line is NAME
+                          HOST:PORT [USER [PASSWORD-FILE]]; # begins a comment. A
+                          relative PASSWORD-FILE is in the folder of the list
+        --user NAME       Log in as this user where the list names no other
+        --password-file FILE  Read the password from the first line of this file,
+                          which only its owner may access, where the list names no
+                          other
+        --after-login COMMAND  Send this command after each log-in, or after each
+                          connection without a user; may be given more than once
+        --heartbeat SECONDS  Send RTRV-HDR after this time without a byte, and
+                          connect again if nothing answers it in the same time; 0
+                          for never (default: 60)
+        --retry-max SECONDS  The longest time between two attempts to connect;
+                          each is up to 25 % longer or shorter (default: 60)
+        --type LIST       Show only messages of these types: acknowledgement,
+                          response, autonomous, prompt, unrecognised
+        --sid LIST        Show only messages from these elements
+        --verb LIST       Show only autonomous messages with these verbs, such as
+                          'REPT ALM *'
+        --ctag LIST       Show only messages with these correlation tags
+        --code LIST       Show only messages with these codes, such as COMPLD or *C;
+                          *, ** and * with one other character mean that alarm code
+        --severity LIST   Show only messages whose text begins with one of these
+                          severities: CR, MJ, MN, CL
+        --encoding NAME   Read characters in this encoding of iconv, which must
+                          extend ASCII (default: UTF-8)
+        --limit BYTES     Accept messages up to this length, 1 to 1099511627776;
+                          K and M are units of 1024 and 1048576 (default: 1M)
+    -h, --help            Print this help and exit
+    -v, --verbose         Show the library's log lines on standard error
+  
+  LIST is one pattern, or several separated by commas, with * for any run of
+  characters and ? for one; case does not matter. Changes pass all filters.
+  
+  JSON objects:
+    Messages are printed as by varnel tl1 --json; source is the name of the
+    element. The parts of an answer are not joined. Changes have these members,
+    null if they do not apply:
+    event                 up (connected), login, login_refused, down or missed. A
+                          failure that repeats is printed once
+    source, received      Name of the element; time in UTC
+    reason                Why the connection or log-in failed
+    code                  Completion code of the answer to the log-in
+    user                  Who has logged in or was refused
+    sid, count            How many autonomous messages of this element are missing
+    retry_in              Seconds to the next attempt to connect. After a refused
+                          log-in it is the longest time
+  
+  Signals:
+    SIGTERM and SIGINT log out everywhere and end within 2 seconds; lines that can
+    no longer be printed are counted on standard error. SIGHUP reads the list and
+    the password files again. Nothing is read while standard output is blocked.
+  
+  Exit status:
+    0  SIGTERM or SIGINT has arrived.
+    1  The list or a password is bad or unreadable, or the result could not be
+       written.
+    2  The command line is wrong.
+  
+  Examples:
+    varnel watch east=192.0.2.7:1400 west=192.0.2.8:1400
+        Follow two elements that need no log-in.
+    varnel watch --elements all.txt --type autonomous --severity CR,MJ
+        Follow the elements of a list and show critical and major alarms.
+  == end of watch
   Show a slot in each form in which it can be written.
   
   Usage: varnel slot [OPTION]... TEXT...

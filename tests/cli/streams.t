@@ -65,5 +65,5 @@ out.
   [141]
   $ for _ in $(seq 500); do cat "$PROJECT/tests/captures/00-by-the-book.tl1"; done > many
   $ command varnel tl1 --json many | head -n 1
-  {"type":"acknowledgement","offset":0,"length":7,"sid":null,"date":null,"time":null,"ctag":"1","atag":null,"code":"IP","verb":null,"lines":[],"continues":false}
+  {"type":"acknowledgement","source":"many","received":null,"offset":0,"length":7,"complete":true,"sid":null,"date":null,"time":null,"ctag":"1","atag":null,"code":"IP","verb":null,"lines":[],"text":[],"severity":null,"missed":null,"continues":false,"raw":null}
   [141]

@@ -1,5 +1,8 @@
 #include "json.h"
 
+#include <cstdint>
+#include <iostream>
+
 #include <gtest/gtest.h>
 
 namespace VARNEL_TEST {

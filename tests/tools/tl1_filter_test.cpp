@@ -1,5 +1,7 @@
 #include "tl1_filter.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 using VARNEL_TL1::Message;
