@@ -60,6 +60,20 @@ the other.
   $ cat errors
   varnel: log: the message at offset 42 has no end
 
+Gaps are found across the rotation of a file.
+
+  $ event() { printf '\r\n\n   N1 26-03-04 05:06:07\r\nA  %d REPT EVT\r\n;' "$@"; }
+  $ event 1 > log
+  $ exec {live}< <(exec varnel tl1 --json --follow log --timeout 50)
+  $ show() { read -r -t 20 line <&"$live" && echo "$line" | grep -o '"missed":[^,]*'; }
+  $ show
+  "missed":null
+  $ mv log log.2
+  $ event 5 > log
+  $ show
+  "missed":3
+  $ kill "$!"
+
 Limits of time.
 
   $ hold stream 1

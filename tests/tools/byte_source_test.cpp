@@ -3,6 +3,7 @@
 #include <sys/resource.h>
 
 #include <chrono>
+#include <cstdio>
 #include <fstream>
 #include <memory>
 #include <optional>
@@ -195,6 +196,21 @@ TEST_F(ByteSourceTest, ReadsAShortenedFileFromItsBeginning) {
   EXPECT_EQ("new", bytes);
 }
 
+TEST_F(ByteSourceTest, ReadsARenamedFileToItsEndAndThenTheOneInItsPlace) {
+  const std::string path = m_folder.Write("file", "one");
+  const OnlySource source(WithIdle(Growing(path), 50));
+  std::string bytes;
+  ASSERT_EQ(Status::Data, source->Read(bytes));
+  std::ofstream(path, std::ios::app) << " and more";
+  ASSERT_EQ(0, std::rename(path.c_str(), m_folder.Path("old").c_str()));
+  std::ofstream(path) << "two";
+  ASSERT_EQ(Status::Data, source->Read(bytes)) << source->Error();
+  EXPECT_EQ(" and more", bytes);
+  ASSERT_EQ(Status::Restarted, source->Read(bytes)) << source->Error();
+  ASSERT_EQ(Status::Data, source->Read(bytes)) << source->Error();
+  EXPECT_EQ("two", bytes);
+}
+
 TEST_F(ByteSourceTest, ConnectsToAnIpv6Address) {
   ElementScript script;
   script.bytes = "text";
@@ -217,8 +233,17 @@ TEST(Address, NeedsHostAndPort) {
     EXPECT_NE("", CheckAddress(bad)) << bad;
 }
 
-TEST_F(ByteSourceTest, FollowsNoStandardInput) {
-  EXPECT_THROW(OnlySource(Growing("-")), CLI::ValidationError);
+TEST_F(ByteSourceTest, FollowsOneFileOnly) {
+  SourceOptions two = Growing("one");
+  two.files.emplace_back("two");
+  for (const SourceOptions& options : {Growing("-"), two})
+    EXPECT_THROW(OnlySource{options}, CLI::ValidationError);
+}
+
+TEST_F(ByteSourceTest, WhatIsFollowedOrConnectedIsLive) {
+  EXPECT_FALSE(File("file").IsLive("file"));
+  EXPECT_TRUE(Growing("file").IsLive("file"));
+  EXPECT_TRUE(Connection("host:7").IsLive("host:7"));
 }
 
 }  // namespace VARNEL_TEST

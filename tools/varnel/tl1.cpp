@@ -126,9 +126,10 @@ class ShowRun : public Tl1Run {
   }
 
  private:
+  void StartSource() override { m_atags.emplace(); }
+
   void StartStream() override {
     m_joiner.emplace(m_options.limit);
-    m_atags.emplace();
     m_missed.clear();
   }
 

@@ -37,8 +37,8 @@ bool Tl1Run::ReadSource(TimeLimits& limits) {
   const auto source = MakeByteSource(m_options.source, m_source, limits);
   const bool live = m_options.source.IsLive(m_source);
   m_found = false;
-  m_framer.emplace(m_options.limit);
-  StartStream();
+  StartSource();
+  BeginStream();
   std::string bytes;
   Status status = Status::Data;
   while (status == Status::Data || status == Status::Restarted) {
@@ -50,8 +50,7 @@ bool Tl1Run::ReadSource(TimeLimits& limits) {
     EndStream();
     if (IsDone()) return false;
     if (status != Status::Restarted) break;
-    m_framer.emplace(m_options.limit);
-    StartStream();
+    BeginStream();
   }
   if (status == Status::Failed) {
     Fail(source->Error());
@@ -60,6 +59,11 @@ bool Tl1Run::ReadSource(TimeLimits& limits) {
   }
   if (m_verbose && status == Status::TimedOut) Complain(m_source, "ended: " + source->Error());
   return status != Status::TimedOut;
+}
+
+void Tl1Run::BeginStream() {
+  m_framer.emplace(m_options.limit);
+  StartStream();
 }
 
 void Tl1Run::Append(const std::string& bytes) {

@@ -37,6 +37,8 @@ class Tl1Run {
   int Run();
 
  protected:
+  /// A source, and each stream in it: there is another one after a followed file was replaced or truncated.
+  virtual void StartSource() {}
   virtual void StartStream() {}
   virtual void Take(const VARNEL_TL1::Message& message) = 0;
   virtual void FinishStream() {}
@@ -54,6 +56,7 @@ class Tl1Run {
 
  private:
   bool ReadSource(TimeLimits& limits);
+  void BeginStream();
   void Append(const std::string& bytes);
   void EndStream();
   void TakeMessages();
