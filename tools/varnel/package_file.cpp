@@ -61,9 +61,8 @@ std::string ReadTexts(FileScanner& scanner, size_t afterHeads, const ZEP_FILE_HE
 
   start.linkTarget = link.substr(marker + sizeof ZEP_LINK_MARKER - 1);
   if (hasVersion) start.version = version.substr(0, std::min(version.find('T'), version.find('\0')));
-  if (extended)
-    start.extensionWord =
-        VARNEL_UTIL::LoadBig16(scanner.Bytes(afterHeads, 2).data());  // complete, as the link text after it is
+  // Both bytes are there, as the link text is after them.
+  if (extended) start.extensionWord = VARNEL_UTIL::LoadBig16(scanner.Bytes(afterHeads, 2).data());
   start.payloadOffset =
       static_cast<unsigned int>(afterHeads + head.usSkipLen + head.usLinkLen + head.usVersionLen + head.usTailLen);
   start.fileType = head.usFileType;
