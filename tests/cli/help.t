@@ -290,8 +290,8 @@
     received              Time when the end of the message came, in UTC; null for
                           a file that is not followed
     offset, length        Position of the message in the stream, in bytes
-    complete              False if the message has no end or is too long, and with
-                          --join if the last part is missing
+    complete              False if the message has no end or is too long, or if
+                          with --join the last part is missing
     sid, date, time       From the header
     ctag, atag            The correlation tag of an answer; the tag of an
                           autonomous message
@@ -390,9 +390,9 @@
   Write an IPv6 address in brackets: [::1]:3083. PORT may be a service name.
   
   Options:
-        --user NAME       Log in first and log out at the end. Without
-                          --password-file the password is asked for on the
-                          terminal
+        --user NAME       Log in first and log out at the end. The password is
+                          asked for on the terminal unless there is a
+                          password file
         --password-file FILE  Read the password from the first line of FILE, to
                           which other users must not have access
         --tid TID         Fill in an empty TID of a command
@@ -459,8 +459,9 @@
         --verb LIST       Show only autonomous messages with these verbs, such as
                           'REPT ALM *'
         --ctag LIST       Show only messages with these correlation tags
-        --code LIST       Show only messages with these codes, such as COMPLD or *C;
-                          *, ** and * with one other character mean that alarm code
+        --code LIST       Show only messages with these codes, such as COMPLD or
+                          *C; *, ** and * with one other character mean that alarm
+                          code
         --severity LIST   Show only messages whose text begins with one of these
                           severities: CR, MJ, MN, CL
         --encoding NAME   Read characters in this encoding of iconv, which must
