@@ -22,7 +22,7 @@ bool IsOpen(iconv_t converter) {
 }  // namespace
 
 std::string Encoding::Check(const std::string& name) {
-  const iconv_t converter = iconv_open("UTF-8", name.c_str());
+  iconv_t converter = iconv_open("UTF-8", name.c_str());
   if (!IsOpen(converter)) return "\"" + name + "\" is not an encoding that iconv knows (iconv -l lists them)";
   iconv_close(converter);
   constexpr std::string_view ASCII = "AZaz09 *;<>,:=\"/\r\n";
@@ -31,7 +31,7 @@ std::string Encoding::Check(const std::string& name) {
 
 Encoding::Encoding(const std::string& name) {
   if (NamesUtf8(name)) return;
-  const iconv_t converter = iconv_open("UTF-8", name.c_str());
+  iconv_t converter = iconv_open("UTF-8", name.c_str());
   if (!IsOpen(converter)) throw std::bad_alloc();
   m_converter.reset(converter);
 }
