@@ -96,7 +96,8 @@ class Scanner {
   bool MayOpen() const {
     const Character& quote = m_text[m_at];
     const bool isClosed = quote.next != NONE;
-    if (IsInPlainValue()) return isClosed && (!quote.followsWord || IsSeparator(quote.next + 1));  // PWD=a"b c",d
+    if (IsInPlainValue())  // PWD=a"b c",d
+      return isClosed && IsStrong(quote.quote) && (!quote.followsWord || IsSeparator(quote.next + 1));
     if (quote.followsWord) return false;
     if (m_commands.colons == 0) return isClosed;
     const QuoteKind kind = KindOf(quote.quote);
