@@ -32,12 +32,12 @@ constexpr Spelling SPELLINGS[] = {
     {"\xE2\x80\x9B", CURLY_SINGLE},
     {"\xE2\x80\xB9", CURLY_SINGLE},
     {"\xE2\x80\xBA", CURLY_SINGLE},
-    {"&quot;", ENTITY_DOUBLE},
-    {"&#34;", ENTITY_DOUBLE},
-    {"&#x22;", ENTITY_DOUBLE},
-    {"&apos;", ENTITY_SINGLE},
-    {"&#39;", ENTITY_SINGLE},
-    {"&#x27;", ENTITY_SINGLE},
+    {"&quot;", NAMED_DOUBLE},
+    {"&#34;", NAMED_DOUBLE},
+    {"&#x22;", NAMED_DOUBLE},
+    {"&apos;", NAMED_SINGLE},
+    {"&#39;", NAMED_SINGLE},
+    {"&#x27;", NAMED_SINGLE},
     {"&lt;", NO_QUOTE, '<'},
     {"&gt;", NO_QUOTE, '>'},
 };
@@ -62,7 +62,7 @@ char UnicodeAt(std::string_view rest) {
 }
 
 bool IsSingle(uint16_t quote) {
-  return KindOf(quote) == SINGLE || KindOf(quote) == CURLY_SINGLE || KindOf(quote) == ENTITY_SINGLE;
+  return KindOf(quote) == SINGLE || KindOf(quote) == CURLY_SINGLE || KindOf(quote) == NAMED_SINGLE;
 }
 
 class Reader {
@@ -101,7 +101,12 @@ class Reader {
       unsigned depth = 0;
       while (depth < DEEPEST - 1 && (count >> depth & 1) == 0)
         ++depth;
-      AddEscaped(count, size_t{1} << depth, depth + 1, {"u0022", c == '"' ? DOUBLE : c == '\'' ? SINGLE : NO_QUOTE, c});
+      AddEscaped(count, size_t{1} << depth, depth + 1,
+                 {"u0022",
+                  c == '"'    ? NAMED_DOUBLE
+                  : c == '\'' ? NAMED_SINGLE
+                              : NO_QUOTE,
+                  c});
     } else if (count > 0 && !rest.empty() && rest[0] == '/') {
       Add('/', count + 1);  // as some write JSON
     } else if (count > 0) {

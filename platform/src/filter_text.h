@@ -18,8 +18,8 @@ enum QuoteKind : uint16_t {
   BACKTICK,
   CURLY_DOUBLE,
   CURLY_SINGLE,
-  ENTITY_DOUBLE,
-  ENTITY_SINGLE
+  NAMED_DOUBLE,  ///< &quot; and \u0022
+  NAMED_SINGLE
 };
 
 /// The mark of a quote: its kind and its depth of escaping. Two quotes can enclose a text if their marks are equal.

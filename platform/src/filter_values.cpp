@@ -74,9 +74,13 @@ class Scanner {
     return NONE;
   }
 
+  // Whether the character after a quote lets the quote close a text. Fewer do after backticks and typographic quotes,
+  // which are also found in passwords.
   bool IsSeparator(size_t i) const {
-    if (m_text.IsQuote(i)) return Find(m_text[i].quote) != NONE;
-    return IsWhite(At(i)) || IsOneOf(At(i), ",;:)]}><=/\\?.!&|");
+    const uint16_t quote = m_text[i - 1].quote;
+    const bool isLoose = KindOf(quote) >= BACKTICK && KindOf(quote) <= CURLY_SINGLE;
+    if (m_text.IsQuote(i)) return Find(m_text[i].quote) != NONE && !(isLoose && m_text[i].quote == quote);
+    return isLoose ? EndsPlainValue(i) : IsWhite(At(i)) || IsOneOf(At(i), ",;:)]}><=/\\?.!&|");
   }
 
   // Whether the quote after a sign closes the text around it.
@@ -92,11 +96,12 @@ class Scanner {
   bool MayOpen() const {
     const Character& quote = m_text[m_at];
     const bool isClosed = quote.next != NONE;
-    if (IsInPlainValue()) return isClosed && (!quote.followsWord || IsSeparator(quote.next + 1));  // PWD=a"b c",d
+    if (IsInPlainValue())  // PWD=a"b c",d
+      return isClosed && IsStrong(quote.quote) && (!quote.followsWord || IsSeparator(quote.next + 1));
     if (quote.followsWord) return false;
     if (m_commands.colons == 0) return isClosed;
     const QuoteKind kind = KindOf(quote.quote);
-    return (kind == DOUBLE || kind == ENTITY_DOUBLE) && (isClosed || m_commands.secret != NONE);
+    return (kind == DOUBLE || kind == NAMED_DOUBLE) && (isClosed || m_commands.secret != NONE);
   }
 
   // Whether a quote may close the text at that place of the stack. It may end a value that began inside the text.
@@ -105,10 +110,9 @@ class Scanner {
     if (m_commands.colons != 0 && !IsStrong(quote)) return false;
     if (m_value.start == NONE || place >= m_value.level) return true;
     const uint16_t own = IsInQuotedValue() ? m_open[m_value.level].quote % INNER : NO_QUOTE;
-    if (own == NO_QUOTE) return IsStrong(quote) ? IsSeparator(m_at + 1) : EndsPlainValue(m_at + 1);
-    if (!IsStrong(quote)) return false;
-    if (DepthOf(quote) > DepthOf(own) && (KindOf(own) == DOUBLE || KindOf(own) == KindOf(quote))) return false;
-    return true;
+    if (own == NO_QUOTE) return IsSeparator(m_at + 1);
+    const bool isDeeper = DepthOf(quote) > DepthOf(own) && (KindOf(own) == DOUBLE || KindOf(own) == KindOf(quote));
+    return IsStrong(quote) && !isDeeper;
   }
 
   void OpenText(uint16_t quote) {
@@ -150,22 +154,13 @@ class Scanner {
 
   bool EndsPlainValue(size_t i) const {
     return i >= m_text.End() || (IsWhite(At(i)) && At(i - 1) != '\\') || At(i) == ';' ||
-           (At(i) == ',' && !m_value.isArgument) || EndsElement(i);
-  }
-
-  // Whether the end tag of the last start tag is there.
-  bool EndsElement(size_t i) const {
-    if (m_tag == NONE || At(i) != '<' || At(i + 1) != '/' || m_text.Bytes(i) != m_text.Bytes(m_tag)) return false;
-    size_t length = 1;
-    while (IsName(At(m_tag + length)) && At(i + 1 + length) == At(m_tag + length))
-      ++length;
-    return At(i + 1 + length) == '>' && !IsName(At(m_tag + length));
+           (At(i) == ',' && !m_value.isArgument);
   }
 
   // Whether the quote here ends a value also without a separator: in "a"b the value goes on.
   bool EndsQuotedValue() const {
     const size_t after = m_at + 1;
-    return IsOneOf(At(after), std::string_view(")]}<>", 6)) || (IsOneOf(At(after), "/?") && At(after + 1) == '>') ||
+    return At(after) == '\0' || IsOneOf(At(after), ")]}<>") || (IsOneOf(At(after), "/?") && At(after + 1) == '>') ||
            (DepthOf(m_text[m_at].quote) > 0 && m_text.IsEscapedWhite(after));
   }
 
@@ -360,7 +355,6 @@ class Scanner {
     const char c = At(m_at);
     if (!IsWhite(c)) m_solid = c;
     if (IsWhite(c) || IsOneOf(c, "\",;=:([{<>)]}&|")) m_wordStart = m_at + 1;
-    if (c == '<' && IsWord(At(m_at + 1))) m_tag = m_at;
   }
 
   void Read() {
@@ -389,7 +383,6 @@ class Scanner {
   Value m_value;
   Commands m_commands;
   size_t m_firstColon = NONE;
-  size_t m_tag = NONE;      // the start of the last start tag
   size_t m_content = NONE;  // the end of the last tag
   bool m_isTag = false;
 };

@@ -61,8 +61,7 @@ class Writer {
     const bool doubles = Chance(3);
     std::string text = "LGI:";
     for (const auto& [name, value] : Fields())
-      text +=
-          name + '=' + (doubles ? '"' + Replaced(value, "\"", "\"\"") + '"' : '"' + Escaped(value, '"') + '"') + ',';
+      text += name + "=\"" + (doubles ? Replaced(value, "\"", "\"\"") : Escaped(value, '"')) + "\",";
     text.back() = ';';
     return text;
   }
@@ -98,7 +97,8 @@ class Writer {
         text += '<' + name + '>' + Gap() + Entities(value, Chance(2) ? "" : "\"'") + "</" + name + '>' + Gap();
       } else {
         const char quote = Chance(2) ? '"' : '\'';
-        text += "<e a='1' " + name + (Chance(5) ? " = " : "=") + quote + Entities(value, {quote}) + quote + "/>";
+        text.append("<e a='1' ").append(name).append(Chance(5) ? " = " : "=");
+        text.append(1, quote).append(Entities(value, {quote})).append(1, quote).append("/>");
       }
     }
     return text + "</u>";
