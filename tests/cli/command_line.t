@@ -55,7 +55,7 @@ What begins with "-" is an argument if it is a number or follows "--", and may b
 a value.
 
   $ varnel slot -5
-  ! varnel: -5: has no number where the shelf or the slot stands
+  ! varnel: -5: does not begin with a shelf or slot number
   [1]
   $ varnel slot --json=2 3
   {"text":"3","word":3,"shelf":0,"slot":3,"dashed":"3","hex":"3","dc":null,"ne_slot_id":3}
@@ -63,7 +63,7 @@ a value.
   3-5: shelf 3, slot 5
   7: shelf 0, slot 7
     DC          none: written 7
-  ! varnel: -x: has no number where the shelf or the slot stands
+  ! varnel: -x: does not begin with a shelf or slot number
   [1]
   $ varnel board vcu -- -x -- '[-]'
   vcu: a system-control board

@@ -62,7 +62,7 @@ Control characters, invalid UTF-8 and NULs in names, texts and streams.
     hexadecimal 3-5
     DC          305
     note        what follows the slot number is ignored
-  ! varnel: \x1b]0;x\x07: has no number where the shelf or the slot stands
+  ! varnel: \x1b]0;x\x07: does not begin with a shelf or slot number
   [1]
   $ varnel slot --json "$(printf '3-5,\033[2J\302\233\377')"
   {"text":"3-5,\\u001b[2J\\u009b\xef\xbf\xbd","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":"305","ne_slot_id":null} (esc)

@@ -183,7 +183,7 @@ Texts that can be read in two ways.
     dashed      5
     hexadecimal 5
     DC          none: written 5
-    note        for the - further behind, the library takes it for shelf 5, slot 0
+    note        a - follows later, so the library reads it as shelf 5, slot 0
   14:A-B: shelf 0, slot 14
     read as     plain number
     word        0x000e  14
@@ -191,7 +191,7 @@ Texts that can be read in two ways.
     hexadecimal e
     DC          none: written 14
     note        what follows the slot number is ignored
-    note        for the - further behind, the library takes it for shelf 14, slot 0
+    note        a - follows later, so the library reads it as shelf 14, slot 0
   000000000305: shelf 1, slot 49
     read as     plain number
     word        0x0131  305
@@ -209,7 +209,7 @@ Texts that can be read in two ways.
   ! varnel: 10100: read plainly it is slot 10100: 39-116, the word 0x2774
   ! varnel: 10100: it is also how old generations write 10-100, the word 0x0a64
   ! varnel: 3-300: slot 300 is above 255 and carries into the shelf
-  ! varnel: SLOT-5:ABC-DEF: for the - further behind, the library takes it for shelf 5, slot 0
+  ! varnel: SLOT-5:ABC-DEF: a - follows later, so the library reads it as shelf 5, slot 0
 
 Generations of elements.
 
@@ -297,24 +297,24 @@ Too large, and malformed.
     NE slot ID  0x0007  7
   ! varnel: : is empty
   ! varnel:  : is empty
-  ! varnel: abc: has no number where the shelf or the slot stands
-  ! varnel: -5: has no number where the shelf or the slot stands
-  ! varnel: 3-: has no slot number behind 3-
-  ! varnel: 3--5: has no slot number behind 3-
-  ! varnel: 3 - 5: goes on behind the slot number as no slot text does
-  ! varnel: 3-5x: goes on behind the slot number as no slot text does
-  ! varnel: a-1f: has no number where the shelf or the slot stands
+  ! varnel: abc: does not begin with a shelf or slot number
+  ! varnel: -5: does not begin with a shelf or slot number
+  ! varnel: 3-: has no slot number after 3-
+  ! varnel: 3--5: has no slot number after 3-
+  ! varnel: 3 - 5: has text after the slot number that no slot text has
+  ! varnel: 3-5x: has text after the slot number that no slot text has
+  ! varnel: a-1f: does not begin with a shelf or slot number
   ! varnel: 0x: is not 0x and hexadecimal digits
   ! varnel: 0x1G: is not 0x and hexadecimal digits
-  ! varnel: slot-3-5: has no number where the shelf or the slot stands
-  ! varnel: SLOT-: has no number where the shelf or the slot stands
-  ! varnel: SLOT-1-SLOT-2-3: has no slot number behind 1-
-  ! varnel: PORT-1: has no number where the shelf or the slot stands
+  ! varnel: slot-3-5: does not begin with a shelf or slot number
+  ! varnel: SLOT-: does not begin with a shelf or slot number
+  ! varnel: SLOT-1-SLOT-2-3: has no slot number after 1-
+  ! varnel: PORT-1: does not begin with a shelf or slot number
   [1]
   $ varnel slot --json 3- 7
   {"text":"3-","word":null,"shelf":null,"slot":null,"dashed":null,"hex":null,"dc":null,"ne_slot_id":null}
   {"text":"7","word":7,"shelf":0,"slot":7,"dashed":"7","hex":"7","dc":null,"ne_slot_id":7}
-  ! varnel: 3-: has no slot number behind 3-
+  ! varnel: 3-: has no slot number after 3-
   [1]
 
 Standard input; each line is answered when it arrives.
@@ -326,7 +326,7 @@ Standard input; each line is answered when it arrives.
   {"text":"x","word":null,"shelf":null,"slot":null,"dashed":null,"hex":null,"dc":null,"ne_slot_id":null}
   {"text":"SLOT-2-14","word":526,"shelf":2,"slot":14,"dashed":"2-14","hex":"2-e","dc":"214","ne_slot_id":null}
   {"text":"9","word":9,"shelf":0,"slot":9,"dashed":"9","hex":"9","dc":null,"ne_slot_id":9}
-  ! varnel: x: has no number where the shelf or the slot stands
+  ! varnel: x: does not begin with a shelf or slot number
   [1]
   $ printf '' | varnel slot -
   $ varnel slot - < /
@@ -383,10 +383,10 @@ Wrong usage.
   ! Try "varnel slot --help".
   [2]
   $ varnel slot -- -x
-  ! varnel: -x: has no number where the shelf or the slot stands
+  ! varnel: -x: does not begin with a shelf or slot number
   [1]
   $ varnel slot --json -- -5 7
   {"text":"-5","word":null,"shelf":null,"slot":null,"dashed":null,"hex":null,"dc":null,"ne_slot_id":null}
   {"text":"7","word":7,"shelf":0,"slot":7,"dashed":"7","hex":"7","dc":null,"ne_slot_id":7}
-  ! varnel: -5: has no number where the shelf or the slot stands
+  ! varnel: -5: does not begin with a shelf or slot number
   [1]

@@ -68,10 +68,10 @@ TEST(SlotText, TextMayFollowASlot) {
 }
 
 TEST(SlotText, RefusesWhatTheLibraryTakesForZero) {
-  ExpectError("has no number where the shelf or the slot stands",
+  ExpectError("does not begin with a shelf or slot number",
               {"abc", "-5", "-", "+3", "a-1f", "SLOT-", "SLOT-x", "SLOT--5", "slot-3-5", "\xFF\x80"});
-  ExpectError("has no slot number behind 3-", {"3-", "3-x", "3--5", "3- 5", "SLOT-3-A", "SLOT-3-"});
-  ExpectError("goes on behind the slot number as no slot text does",
+  ExpectError("has no slot number after 3-", {"3-", "3-x", "3--5", "3- 5", "SLOT-3-A", "SLOT-3-"});
+  ExpectError("has text after the slot number that no slot text has",
               {"3 5", "3 - 5", "3-5x", "7a", "0b1", "1e3", "SLOT-0x5", "3.5"});
   ExpectError("is empty", {"", " \t\r\n"});
   ExpectError("holds a NUL", {std::string_view("3\0005", 3), std::string_view("\0", 1)});
@@ -122,7 +122,7 @@ TEST(SlotText, UnambiguousTextsHaveNoNotes) {
 TEST(SlotText, TellsWhereTheLibraryTakesTheSlotForTheShelf) {
   const SlotReading reading = ReadSlotText("SLOT-5:ABC-DEF");
   EXPECT_EQ(5, reading.word);
-  EXPECT_EQ(Notes{"for the - further behind, the library takes it for shelf 5, slot 0"}, reading.notes);
+  EXPECT_EQ(Notes{"a - follows later, so the library reads it as shelf 5, slot 0"}, reading.notes);
 }
 
 TEST(SlotText, OnlyAPlainNumberHasAnNeSlotNumber) {

@@ -12,7 +12,7 @@ class Deadline {
   /// @param limit  time from now on; 0 for a deadline that never comes
   explicit Deadline(Milliseconds limit) : m_limit(limit) { Restart(); }
 
-  /// Lets the time begin anew.
+  /// Starts the time again.
   void Restart() { m_end = Clock::now() + m_limit; }
 
   bool Exists() const { return m_limit.count() > 0; }

@@ -47,7 +47,7 @@ std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, Lan
 ///
 /// A report ends with a line that is ";", ">" or "<" alone, with a line from "---" to "END", or before an empty line.
 /// One that begins with a line of "+++" may hold all of these and ends with its "---" line only, or before the next
-/// "+++". Line ends are LF and CR LF. With a separator of one's own, a report ends behind each occurrence of that text
+/// "+++". Line ends are LF and CR LF. With a separator of one's own, a report ends after each occurrence of that text
 /// and nowhere else. NUL bytes become blanks, since a report is a NUL-terminated text to the library.
 class ReportSplitter : public ReportCutter {
  public:
@@ -74,7 +74,7 @@ class ReportSplitter : public ReportCutter {
   std::string m_bytes;
   size_t m_begin = 0;      // of the report that is being read
   size_t m_lineBegin = 0;  // of the line that has no end yet; unused with a separator
-  size_t m_scanned = 0;    // behind what has been looked at
+  size_t m_scanned = 0;    // end of the bytes that were examined
   bool m_started = false;  // the report has a line with text
   bool m_framed = false;   // the report begins with "+++"
   bool m_tooLong = false;

@@ -54,16 +54,16 @@ struct Position {
 
 std::string ReadPosition(std::string_view text, std::string_view delimiters, Position& position) {
   position.slot = TakeDigits(text);
-  if (position.slot.empty()) return "has no number where the shelf or the slot stands";
+  if (position.slot.empty()) return "does not begin with a shelf or slot number";
   if (!text.empty() && text[0] == '-') {
     text.remove_prefix(1);
     position.shelf = position.slot;
     position.slot = TakeDigits(text);
-    if (position.slot.empty()) return "has no slot number behind " + std::string(*position.shelf) + "-";
+    if (position.slot.empty()) return "has no slot number after " + std::string(*position.shelf) + "-";
   }
   position.rest = text;
   if (text.empty() || delimiters.find(text[0]) != std::string_view::npos) return "";
-  return "goes on behind the slot number as no slot text does";
+  return "has text after the slot number that no slot text has";
 }
 
 // The library lets a slot above 255 carry into the shelf.
@@ -123,14 +123,14 @@ void SetNumber(SlotReading& reading, const Position& position) {
   if (reading.word && position.rest.empty()) reading.plainNumber = static_cast<unsigned short>(number);
 }
 
-// In the library a "-" anywhere behind it makes a number the shelf.
+// In the library a "-" anywhere after a number makes it the shelf.
 void NoteLibraryReading(SlotReading& reading, const Position& position) {
   if (!reading.word || position.shelf || position.rest.find('-') == std::string_view::npos) return;
   unsigned short shelf = 0;
   unsigned short slot = 0;
   VARNEL_COMMON::ParseMMLSlotID((std::string(position.slot) + std::string(position.rest)).c_str(), shelf, slot);
-  reading.notes.push_back("for the - further behind, the library takes it for shelf " + std::to_string(shelf) +
-                          ", slot " + std::to_string(slot));
+  reading.notes.push_back("a - follows later, so the library reads it as shelf " + std::to_string(shelf) + ", slot " +
+                          std::to_string(slot));
 }
 
 SlotReading ReadHexadecimal(std::string_view digits) {

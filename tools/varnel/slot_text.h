@@ -20,11 +20,11 @@ struct SlotReading {
 /// count.
 ///
 ///     "0x0305"            a word
-///     "FAC-1-SLOT-3-5"    what stands behind the first "SLOT-", with or without a shelf
+///     "FAC-1-SLOT-3-5"    the text after the first "SLOT-", with or without a shelf
 ///     "3-5"               shelf and slot
 ///     "305", "7"          a number: of the DC form where convertSlotDC() takes it so, else a slot
 ///
-/// Behind the slot of the last three, further text may follow from a ",", ":", ";", "&", double quote or "-" on, and
+/// After the slot of the last three, further text may follow from a ",", ":", ";", "&", double quote or "-" on, and
 /// in TL1 also from a blank on.
 SlotReading ReadSlotText(std::string_view text);
 

@@ -25,7 +25,7 @@ class WatchSignals {
   ::Descriptor m_descriptor;
 };
 
-/// A queue of lines for standard output. If it is full, Add() waits for the reader, and a clock stands still meanwhile;
+/// A queue of lines for standard output. If it is full, Add() waits for the reader, and a clock stops meanwhile;
 /// the program is to do nothing else then, so that it keeps no more than this queue.
 ///
 /// What is written to a pipe at once are whole lines: up to PIPE_BUF bytes, which a pipe takes entirely or not at all,
