@@ -1,4 +1,5 @@
-// A network element for command-line tests: prints the port it listens on, serves connections one after the other, and ends.
+// A network element for command-line tests: prints the port it listens on, serves connections one after the other, and
+// ends.
 
 #include <unistd.h>
 

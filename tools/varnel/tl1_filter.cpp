@@ -42,8 +42,8 @@ std::vector<std::string> TypeNames() {
 CLI::Validator OneType() {
   const std::vector<std::string> names = TypeNames();
   const auto check = [names](const std::string& pattern) {
-    const bool known = std::any_of(names.begin(), names.end(),
-                                   [&](const std::string& name) { return MatchesPattern(pattern, name); });
+    const bool known =
+        std::any_of(names.begin(), names.end(), [&](const std::string& name) { return MatchesPattern(pattern, name); });
     return known ? "" : pattern + " is not one of " + CLI::detail::join(names, ", ");
   };
   return CLI::Validator(check, '{' + CLI::detail::join(names) + '}').non_modifying();
