@@ -160,9 +160,10 @@ class AlarmsRun : public Tl1Run {
 
   static std::vector<size_t> Widths(const std::vector<Row>& rows) {
     std::vector<size_t> widths(rows.front().size());
-    for (const Row& row : rows)
+    for (const Row& row : rows) {
       for (size_t i = 0; i < row.size(); ++i)
         widths[i] = std::max(widths[i], Width(row[i]));
+    }
     return widths;
   }
 
