@@ -97,13 +97,14 @@ void SoakElements(const SoakSize& size, const std::string& varnel) {
        Once(start + Repeated(";\r\n", 20000000)),
        "is longer than " + message + " bytes"});
   run({"tl1, parts without an end",
-       {"tl1", "--join", "--limit", message},
+       {"tl1", "--join", "--limit", message, "--timeout", seconds},
        ForEver(parts),
-       "an answer in several parts is longer than"});
+       "is longer than " + message + " bytes",
+       size.seconds});
   run({"tl1, a byte a second",
        {"tl1", "--timeout", "0.5"},
        ForEver(noEnd, second, 1),
-       "nothing came for 0.5 seconds",
+       "no TL1 message was found",
        0.5});
   run({"report, echoes and prompts for ever",
        {"report", "--ne", tl1, "--timeout", seconds},
