@@ -94,7 +94,7 @@ void SoakElements(const SoakSize& size, const std::string& varnel) {
        "is longer than 100000 bytes"});
   run({"tl1, quote without an end",
        {"tl1", "--limit", message},
-       Once(start + Repeated(";\r\n", 20000000)),
+       Once(start + Repeated("x;\r\n", 20000000)),
        "is longer than " + message + " bytes"});
   run({"tl1, parts without an end",
        {"tl1", "--join", "--limit", message, "--timeout", seconds},
