@@ -157,13 +157,27 @@ std::string Unescaped(std::string_view raw) {
   return text;
 }
 
+namespace {
+
+std::string_view FirstPositional(std::string_view quoted) {
+  QuotedText text;
+  text.Read(quoted);
+  for (const QuotedText::Parameter& parameter : text.Parameters()) {
+    if (parameter.name.empty()) return parameter.value;
+  }
+  return {};
+}
+
+}  // namespace
+
 std::string_view Severity(const Message& message) {
   LineReader lines(message.text);
   for (std::string_view line; lines.Next(line);) {
     const std::string_view quoted = lines.Quoted();
     if (quoted.empty()) continue;
     const std::string_view block = quoted.substr(std::min(FindSeparator(quoted.substr(1), ':') + 2, quoted.size()));
-    const std::string_view first = block.substr(0, FindAny(block, 0, ',', ':', '"'));
+    std::string_view first = block.substr(0, FindAny(block, 0, ',', ':', '"'));
+    if (first.find('=') != std::string_view::npos) first = FirstPositional(quoted);
     for (const std::string_view severity : {"CR", "MJ", "MN", "CL"})
       if (first == severity) return first;
     return {};
