@@ -109,7 +109,7 @@ class Scanner {
     const uint16_t quote = m_text[m_at].quote;
     if (m_commands.colons != 0 && !IsStrong(quote)) return false;
     if (m_value.start == NONE || place >= m_value.level) return true;
-    const uint16_t own = IsInQuotedValue() ? m_open[m_value.level].quote % INNER : NO_QUOTE;
+    const auto own = static_cast<uint16_t>(IsInQuotedValue() ? m_open[m_value.level].quote % INNER : NO_QUOTE);
     if (own == NO_QUOTE) return IsSeparator(m_at + 1);
     const bool isDeeper = DepthOf(quote) > DepthOf(own) && (KindOf(own) == DOUBLE || KindOf(own) == KindOf(quote));
     return IsStrong(quote) && !isDeeper;
