@@ -59,7 +59,7 @@ std::string Choices(const CLI::Option& option) {
 std::string ValueRow(const std::string& subcommand, const CLI::Option& option) {
   Words patterns;
   for (const std::string& name : Names(option))
-    patterns.push_back("'" + subcommand + ' ' + name + "'");
+    patterns.push_back(std::string("'").append(subcommand).append(" ").append(name).append("'"));
   const std::string action = TakesPaths(option) ? "files=yes" : "values='" + Choices(option) + "'";
   return "    " + Joined(patterns, " | ") + ") " + action + " ;;\n";
 }
@@ -87,9 +87,10 @@ int main() {
   std::cout << BEGIN;
   for (const CLI::App* command : commandLine.Top().get_subcommands({}))
     names.push_back(command->get_name());
-  for (const CLI::App* command : commandLine.Top().get_subcommands({}))
+  for (const CLI::App* command : commandLine.Top().get_subcommands({})) {
     std::cout << Rows(*command, command->get_name(), {"-v", "--verbose"},
                       command->get_name() == "help" ? names : Words());
+  }
   std::cout << Rows(commandLine.Top(), "", {}, names) << END;
   return std::cout.flush() ? EXIT_DONE : EXIT_BAD;
 }
