@@ -57,7 +57,7 @@ std::shared_ptr<WatchResolver::Query> WatchResolver::Start(const Address& addres
     done(LookUp(address));
     return nullptr;
   }
-  const auto query = std::make_shared<Query>(Query{address, {}, std::move(done)});
+  auto query = std::make_shared<Query>(Query{address, {}, std::move(done)});
   try {
     std::thread([mailbox = m_mailbox, query] {
       query->result = LookUp(query->address);
