@@ -115,6 +115,7 @@ TEST(Tl1Injection, AnswersTakenFromABrokenJoinerAreRight) {
 // Objects without a promise about their state leak nothing.
 TEST(Tl1Injection, TheOthersLeakNothing) {
   const Messages messages = CutStream(STREAM).messages;
+  const std::string text = "\"" + LONG + ":a,b\"";
   const auto use = [&](size_t n) {
     try {
       const AllocationGuard guard(n);
@@ -128,7 +129,7 @@ TEST(Tl1Injection, TheOthersLeakNothing) {
         alarms.Add(LONG, copy.View());
         atags.Missed(copy.View());
       }
-      quoted.Read("\"" + LONG + ":a,b\"");
+      quoted.Read(text);
       return VARNEL_TL1::Unescaped(quoted.Aid()) != LONG;
     } catch (const std::bad_alloc&) {
       return true;
