@@ -23,11 +23,6 @@ bool IsStrong(uint16_t quote) {
   return KindOf(quote) == DOUBLE || KindOf(quote) == SINGLE;
 }
 
-// Backticks and typographic quotes are ordinary characters too, as in passwords.
-bool IsLoose(uint16_t quote) {
-  return KindOf(quote) >= BACKTICK && KindOf(quote) <= CURLY_SINGLE;
-}
-
 // The TL1 commands of one text: bit n is set if one has had n + 1 colons. Colons of a text in quotes are its own.
 struct Commands {
   unsigned colons = 0;
@@ -69,22 +64,23 @@ class Scanner {
 
   // --- Texts in quotes ---
 
-  // Index in the stack. A loose or deeper quote cannot close a text across a double quote: in `\'a "b\'c"` the second
+  // Index in the stack. A quote cannot close a text across a double quote of smaller depth: in `\'a "b\'c"` the second
   // `\'` belongs to the text "b\'c".
   size_t Find(uint16_t quote) const {
     for (size_t i = m_open.size(); i-- > 0;) {
       if (m_open[i].quote == quote) return i;
-      if (KindOf(m_open[i].quote) == DOUBLE && (DepthOf(m_open[i].quote) < DepthOf(quote) || IsLoose(quote)))
-        return NONE;
+      if (KindOf(m_open[i].quote) == DOUBLE && DepthOf(m_open[i].quote) < DepthOf(quote)) return NONE;
     }
     return NONE;
   }
 
-  // Whether the character after a quote lets the quote close a text. Fewer do after loose quotes.
+  // Whether the character after a quote lets the quote close a text. Fewer do after backticks and typographic quotes,
+  // which are also found in passwords.
   bool IsSeparator(size_t i) const {
     const uint16_t quote = m_text[i - 1].quote;
-    if (m_text.IsQuote(i)) return Find(m_text[i].quote) != NONE && !(IsLoose(quote) && m_text[i].quote == quote);
-    return IsLoose(quote) ? EndsPlainValue(i) : IsWhite(At(i)) || IsOneOf(At(i), ",;:)]}><=/\\?.!&|");
+    const bool isLoose = KindOf(quote) >= BACKTICK && KindOf(quote) <= CURLY_SINGLE;
+    if (m_text.IsQuote(i)) return Find(m_text[i].quote) != NONE && !(isLoose && m_text[i].quote == quote);
+    return isLoose ? EndsPlainValue(i) : IsWhite(At(i)) || IsOneOf(At(i), ",;:)]}><=/\\?.!&|");
   }
 
   // Whether the quote after a sign closes the text around it.

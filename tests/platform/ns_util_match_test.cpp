@@ -132,6 +132,9 @@ TEST(WildcardMatch, HostilePatternsAreLinear) {
 }
 
 TEST(WildcardMatch, ManyLongPiecesAreLinear) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizers look at the whole rest of the text with each piece";
+#endif
   const std::string piece(40, 'a');
   ExpectLinear(piece, piece + "*", "c");
 }
