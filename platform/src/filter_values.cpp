@@ -104,10 +104,17 @@ class Scanner {
     return (kind == DOUBLE || kind == NAMED_DOUBLE) && (isClosed || m_commands.secret != NONE);
   }
 
+  // Whether a text inside the one at that place of the stack is part of a command's password: in
+  // `ACT-USER:NE1:bob:1::"a`b"; x` the second backtick is.
+  bool IsInPassword(size_t place) const {
+    return std::any_of(m_open.begin() + static_cast<std::ptrdiff_t>(place) + 1, m_open.end(),
+                       [](const Open& open) { return open.outer.secret != NONE; });
+  }
+
   // Whether a quote may close the text at that place of the stack. It may end a value that began inside the text.
   bool MayClose(size_t place) const {
     const uint16_t quote = m_text[m_at].quote;
-    if (m_commands.colons != 0 && !IsStrong(quote)) return false;
+    if (!IsStrong(quote) && (m_commands.colons != 0 || IsInPassword(place))) return false;
     if (m_value.start == NONE || place >= m_value.level) return true;
     const auto own = static_cast<uint16_t>(IsInQuotedValue() ? m_open[m_value.level].quote % INNER : NO_QUOTE);
     if (own == NO_QUOTE) return IsSeparator(m_at + 1);
@@ -133,7 +140,7 @@ class Scanner {
   void CloseText(size_t place) {
     EndValueBelow(place + 1);
     CloseDownTo(place);
-    if (MayEndHere() && EndsQuotedValue()) EndValue(m_at + 1);
+    if (MayEndHere() && EndsValueHere()) EndValue(m_at + 1);
   }
 
   void Quote() {
@@ -154,11 +161,19 @@ class Scanner {
 
   bool EndsPlainValue(size_t i) const {
     return i >= m_text.End() || (IsWhite(At(i)) && At(i - 1) != '\\') || At(i) == ';' ||
-           (At(i) == ',' && !m_value.isArgument);
+           (At(i) == ',' && !m_value.isArgument) || EndsMask(i);
   }
 
-  // Whether the quote here ends a value also without a separator: in "a"b the value goes on.
-  bool EndsQuotedValue() const {
+  // Whether a value in brackets was masked before: {"pwd": ******}
+  bool EndsMask(size_t i) const {
+    constexpr size_t MASK = 6;
+    if (m_value.start == NONE || i != m_value.start + MASK || !IsOneOf(At(i), ")]}<>")) return false;
+    return std::all_of(&m_text[m_value.start], &m_text[i],
+                       [](const Character& character) { return character.c == '*'; });
+  }
+
+  // Whether the quote or bracket here ends a value also without a separator: in "a"b the value goes on.
+  bool EndsValueHere() const {
     const size_t after = m_at + 1;
     return At(after) == '\0' || IsOneOf(At(after), ")]}<>") || (IsOneOf(At(after), "/?") && At(after + 1) == '>') ||
            (DepthOf(m_text[m_at].quote) > 0 && m_text.IsEscapedWhite(after));
@@ -261,7 +276,9 @@ class Scanner {
   void CountBrackets(char c) {
     size_t& count = m_open.back().brackets;
     if (IsOneOf(c, "([{")) ++count;
-    if (IsOneOf(c, ")]}") && --count == 0) m_open.pop_back();
+    if (!IsOneOf(c, ")]}") || --count > 0) return;
+    m_open.pop_back();
+    if (MayEndHere() && EndsValueHere()) EndValue(m_at + 1);
   }
 
   void EndValueBelow(size_t level) {

@@ -48,6 +48,13 @@ std::string Value(Input& input, const std::string& unwanted) {
   return front + SECRET + Without(input.Bytes(input.Byte() % 8), unwanted);
 }
 
+// A value without quotes: it begins with no quote or bracket, nor with signs and one of these, as in =`.
+std::string Plain(Input& input) {
+  const std::string value = Value(input, std::string("\"'\\,; \t\n\v\f\r", 11));
+  const size_t start = value.find_first_not_of("=:>");
+  return std::string("`([{\xC2\xE2").find(value[start]) == std::string::npos ? value : SECRET + value;
+}
+
 // The text between quotes: a quote or backslash in it is escaped, or the quote is doubled.
 std::string Quoted(Input& input, char quote) {
   const bool doubles = input.Byte() % 2 == 0;
@@ -74,7 +81,7 @@ std::string KeyValue(Input& input) {
     case 3:
       return "\\\"" + key + "\\\"" + sign + "\\\"" + Value(input, "\"'\\") + "\\\"";
     default:
-      return key + sign + Value(input, std::string("\"'\\,; \t\n\v\f\r", 11));
+      return key + sign + Plain(input);
   }
 }
 

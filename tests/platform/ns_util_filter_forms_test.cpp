@@ -44,9 +44,10 @@ TEST(LogFilterForms, LineEndsBetweenKeyAndValue) {
 
 TEST(LogFilterForms, ValuesInBrackets) {
   ExpectMasked({
-      {R"({"password": {"value": "hunter 2"}})", R"({"password": ******)"},
+      {R"({"password": {"value": "hunter 2"}})", R"({"password": ******})"},
       {R"({"password": [ "hunter 2" ], "x": 1})", R"({"password": ******, "x": 1})"},
       {R"(password=("a hunter2") x)", "password=****** x"},
+      {R"({"password": [ "hunter2" ]})", R"({"password": ******})"},
       {R"(password=[(a), {")]}"}, b] x)", "password=****** x"},
       {R"(password=(a)hunter2 x)", "password=****** x"},
       {"password: (hunter 2; x", "password: ******"},
@@ -84,6 +85,7 @@ TEST(LogFilterForms, BackticksInPasswords) {
   ExpectMasked({
       {"` PWD=a`hunter2,`b", "` PWD=******,`b"},
       {"` PWD=a``hunter2 `b", "` PWD=****** `b"},
+      {"` ACT-USER:NE1:bob:1::\"`\"\":hunter2\"; `b", "` ACT-USER:NE1:bob:1::******; `b"},
   });
 }
 
