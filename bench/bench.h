@@ -10,7 +10,7 @@
 
 namespace VARNEL_BENCH {
 
-/// What an operation is compared with.
+/// A peer of an operation.
 enum class Kind {
   Ours,
   Peer,   ///< does the same
@@ -24,8 +24,8 @@ std::string FieldsOf(const std::string& operation, const std::string& input, Kin
 /// Ends the program: a peer returned another answer.
 [[noreturn]] void AnswersDiffer(const std::string& operation, const std::string& input, const std::string& peer);
 
-/// An operation of the library with one input, and what it is compared with. Everything that runs is a callable without
-/// arguments that returns its answer. All but a limit must return the same answer, before anything is timed.
+/// An operation of the library with one input, and its peers. Each is a callable without arguments that returns its
+/// answer. All but a limit must return the same answer, before anything is timed.
 template <typename Ours>
 class Row {
  public:
@@ -60,7 +60,7 @@ class Row {
   Row& Add(Kind kind, const std::string& peer, Run run) {
     benchmark::RegisterBenchmark(FieldsOf(m_operation, m_input, kind, peer).c_str(),
                                  [run](benchmark::State& state) mutable {
-                                   run();  // prepares what later runs use again
+                                   run();  // prepares data that later runs reuse
                                    for (auto _ : state)
                                      benchmark::DoNotOptimize(run());
                                  });
@@ -72,8 +72,8 @@ class Row {
   Ours m_ours;
 };
 
-/// Operates on one of `count` objects after the other, so that with many of them none is still in the cache when its
-/// turn comes again. The objects are made in the first run.
+/// Operates on one of `count` objects after the other: with many objects, none is still in the cache at its next turn.
+/// The objects are created in the first run.
 template <typename Make, typename Operate>
 auto EachInTurn(size_t count, Make make, Operate operate) {
   using Objects = std::vector<decltype(make(size_t{}))>;
@@ -85,7 +85,7 @@ auto EachInTurn(size_t count, Make make, Operate operate) {
   };
 }
 
-/// Keeps an input until the program ends, so that runs can refer to it.
+/// Keeps an input until the program ends: runs refer to it.
 const std::string& Keep(std::string input);
 
 /// Text of reports: words in upper and lower case, most of them separated by one blank, some by runs of blanks, tabs or

@@ -26,7 +26,7 @@ class Ours {
   CCmdStr m_text;
 };
 
-// A std::string that wipes what it frees.
+// A std::string that wipes its memory before freeing it.
 class WipedString {
  public:
   ~WipedString() { Wipe(); }

@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 constexpr size_t STREAM_SIZE = 20 << 20;
 constexpr size_t PACKAGES = 10000;
 
-// A stream as elements send it: the captures, again and again. Made when a row is first run.
+// A stream as elements send it: the captures, repeated. Created when a row is first run.
 const std::string& Stream() {
   static const std::string path = [] {
     std::vector<std::string> captures;

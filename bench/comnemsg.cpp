@@ -102,7 +102,7 @@ bool operator==(const Head& a, const Head& b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-// Converts a fresh copy of a head in each run.
+// Converts a fresh copy of a header in each run.
 template <typename Convert>
 auto Converting(Convert convert) {
   return [convert, filled = Head()] {

@@ -1,4 +1,4 @@
-// Events: who waits for a report, and the numbers in it.
+// Events: claiming a report, and reading its numbers.
 #include <evtmsg.h>
 #include <re2/set.h>
 

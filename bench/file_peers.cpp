@@ -64,7 +64,7 @@ bool TakeTexts(std::string_view link, std::string_view version, Heads& heads) {
   return true;
 }
 
-// The bytes after the directory head: one read is enough unless the texts are long.
+// The bytes after the directory header: one read is enough unless the texts are long.
 class Rest {
  public:
   Rest(const Descriptor& file, size_t offset)

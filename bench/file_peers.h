@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-/// Peers of the operations on files: the same work in the way that others do it.
+/// Peers of the operations on files: the same work with other libraries.
 namespace VARNEL_BENCH {
 
 /// An open file that closes itself.
@@ -32,7 +32,7 @@ class Mapped {
 
   std::string_view Bytes() const { return m_bytes; }
 
-  /// Takes the next line, without its line feed; false at the end.
+  /// Retrieves the next line, without its line feed; false at the end.
   bool NextLine(std::string_view& line);
 
  private:
@@ -57,7 +57,7 @@ class CLines {
   size_t m_size = 0;
 };
 
-/// What readZEPFileHead() reads.
+/// The results of readZEPFileHead().
 struct Heads {
   bool valid = false;
   unsigned int type = 0, extension = 0, payload = 0;
@@ -77,7 +77,7 @@ struct Entry {
   unsigned int size;
 };
 
-/// What CPkgFile reads.
+/// The results of CPkgFile.
 struct Description {
   std::string version;
   std::vector<Entry> entries;

@@ -87,7 +87,7 @@ Tally StreamLines(const std::string& path) {
   return tally;
 }
 
-// Searches for the text first and looks at its line then.
+// Searches for the text first, then examines its line.
 bool HasMarkerMapped(const std::string& path) {
   const Mapped file(path);
   const std::string_view bytes = file.Bytes();

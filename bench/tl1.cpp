@@ -12,7 +12,7 @@ namespace VARNEL_BENCH {
 
 namespace {
 
-// What was read: enough to see whether two readers found the same.
+// A summary of the messages, to compare two readers.
 struct Tally {
   size_t messages = 0;
   size_t fields = 0;  // characters of SID, tag and code
@@ -59,7 +59,7 @@ void CountLines(std::string_view block, Tally& tally) {
   }
 }
 
-// These two read the strict form only. They know no quotes, comments, echoes, telnet bytes or limits.
+// These two read the strict form only. They do not support quotes, comments, echoes, telnet bytes or limits.
 Tally ReadByViews(std::string_view stream) {
   Tally tally;
   while (!stream.empty()) {

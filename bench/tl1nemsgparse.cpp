@@ -20,7 +20,7 @@ constexpr int ACKNOWLEDGEMENT = 2;
 constexpr int RESPONSE = 3;
 constexpr int AUTONOMOUS = 4;
 
-// The parts of a message, each in a text of its own, as CTL1NEMsgParse has them.
+// The parts of a message, each in a separate text, as in CTL1NEMsgParse.
 struct Fields {
   int type = -1;
   std::string message, echo, sid, date, time, line, code, ctag, atag, verb, block;
@@ -72,7 +72,7 @@ void ParseByRegex(const std::string& message, Fields& fields) {
   fields.line = "\r\nM  " + fields.ctag + ' ' + fields.code;
 }
 
-// Each parse begins with a new object, as for each message that comes.
+// Each parse uses a new object, as for each message of an element.
 template <typename Parse>
 auto Parsing(const std::string& message, Parse parse) {
   return [&message, parse, fields = std::make_shared<Fields>()] {

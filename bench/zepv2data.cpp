@@ -15,7 +15,7 @@ namespace {
 
 using namespace VARNEL_COMMON;
 
-// Slot 5 of shelf 3, in a form that the compiler cannot compute with in advance.
+// Slot 5 of shelf 3, hidden from the compiler.
 unsigned short Word() {
   unsigned short word = 0x0305;
   benchmark::DoNotOptimize(word);

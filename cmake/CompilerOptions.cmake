@@ -7,7 +7,7 @@ set(VARNEL_WARNINGS
 
 option(VARNEL_HARDEN "Let compiler and linker add what keeps a defect from being used by an attacker" ON)
 
-# A compiler that brings its own definition, or a user who gives one, keeps it.
+# A definition by the compiler or the user takes precedence.
 if(VARNEL_HARDEN)
   include(CheckCXXCompilerFlag)
   include(CheckCXXSourceCompiles)
@@ -26,7 +26,7 @@ if(VARNEL_HARDEN)
   endif()
 endif()
 
-# Checked functions need an optimised build, and hide from the sanitizers what those are to see.
+# Checked functions need an optimised build, and hide errors from the sanitizers.
 function(varnel_harden target)
   if(NOT VARNEL_HARDEN)
     return()
@@ -46,13 +46,13 @@ function(varnel_compile_options target)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
 endfunction()
 
-# What is worth its time to the compiler where time counts: the libraries, and not the tests of them.
+# Costly optimisation, used for the libraries only.
 function(varnel_optimise target)
   target_compile_options(${target} PRIVATE -fno-semantic-interposition $<$<NOT:$<CONFIG:Debug>>:-O3>)
 endfunction()
 
-# Makes a library export only what the version script in the target's own folder names. Calls within the library go
-# straight to it: a program may take the place of what the host provides, which other libraries supply, not of parts.
+# Makes a library export only the names in the version script of the target's folder. Calls within the library are bound
+# to it: a program may replace the functions of the host, which are in another library, but not those of this one.
 function(varnel_export_only target script)
   get_target_property(kind ${target} TYPE)
   if(kind STREQUAL "SHARED_LIBRARY")

@@ -1,4 +1,4 @@
-# Components: one for each library and the command, and dev for what programs are built with.
+# Components: one for each library and the command, and dev with the files that are needed to build programs.
 include(CMakePackageConfigHelpers)
 
 set(header_dir ${CMAKE_INSTALL_INCLUDEDIR}/varnel_common)
@@ -38,7 +38,7 @@ file(RELATIVE_PATH to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 if(VARNEL_PLATFORM STREQUAL "bundled")
   set(platform_library " -lvarnel_platform")
 endif()
-# Shared libraries know themselves what they need, and none of it shows in the headers.
+# Shared libraries record their own dependencies, and the headers use none of them.
 if(NOT BUILD_SHARED_LIBS)
   set(private_packages ACE)
   if(VARNEL_PLATFORM STREQUAL "bundled")

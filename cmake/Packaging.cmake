@@ -34,7 +34,7 @@ function(compress from to)
   execute_process(COMMAND gzip -9nc ${from} OUTPUT_FILE ${to} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# What Debian wants to find in each package's own folder.
+# The files that Debian requires in each package's folder.
 function(varnel_package_documents component)
   set(folder ${made}/${package_${component}})
   set(documents ${CMAKE_INSTALL_DATADIR}/doc/${package_${component}})
@@ -89,7 +89,7 @@ set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_COMPONENT_DEV_DEPENDS ${libraries})
 
-# Nothing knows yet which packages the libraries are in, so dpkg-shlibdeps is told.
+# dpkg-shlibdeps cannot find the packages of libraries that are not installed.
 set(shlibs)
 foreach(component IN LISTS libraries)
   string(TOUPPER ${component} upper)

@@ -1,4 +1,4 @@
-// Keeps the active alarms of a captured TL1 session: prints each change, and at the end what is still active.
+// Follows the alarms of a captured TL1 session: prints each change, and at the end the active alarms.
 
 #include <varnel_tl1/tl1.h>
 

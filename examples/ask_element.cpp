@@ -28,7 +28,7 @@ int Connect(const char* host, const char* port) {
 void SendOutput(int connection, Session& session) {
   while (!session.Output().empty()) {
     const ssize_t sent = send(connection, session.Output().data(), session.Output().size(), MSG_NOSIGNAL);
-    if (sent < 0) return;  // reading finds the end of the connection too
+    if (sent < 0) return;  // reading also reports the end of the connection
     session.Sent(static_cast<size_t>(sent));
   }
 }

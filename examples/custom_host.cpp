@@ -1,4 +1,4 @@
-// A host that logs in its own way and masks more: what a program defines takes the place of the bundled functions.
+// A host with its own log and additional masking: functions defined by a program replace the bundled ones.
 
 #include <varnel_common/pkgfile.h>
 #include <varnel_common/platform/log_process.h>
@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-// The library calls from whatever thread its callers use.
+// May be called from any thread.
 void LogProcess::ForceLog(const char* module, EN_LOG_LEVEL level, const char* text, const LocationInfo& location) {
   static std::mutex oneAtATime;
   const std::lock_guard<std::mutex> lock(oneAtATime);

@@ -1,4 +1,4 @@
-// Finds the slots of boards in several notations, and writes them as an element of each generation does.
+// Finds the slots of boards in several notations, and writes them in the notation of each generation.
 
 #include <varnel_common/publicdata.h>
 #include <varnel_common/str.h>
@@ -24,7 +24,7 @@ unsigned short Word(unsigned short shelf, unsigned short slot) {
 }  // namespace
 
 int main() {
-  // Set shelf and slot to 0 first: a value that the text lacks stays as it is.
+  // Set shelf and slot to 0 first: a value that the text lacks is unchanged.
   unsigned short shelf = 0, slot = 0;
   const char* const alarm = "FAC-1-SLOT-3-12";
   if (!ParseTL1SlotID(alarm, shelf, slot)) return 1;

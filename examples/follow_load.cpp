@@ -1,4 +1,4 @@
-// Follows a package load and a script run: every report that an element sends is offered to each event that waits.
+// Follows a package load and a script run: every report of an element is passed to each waiting event.
 
 #include <varnel_common/evtmsg.h>
 #include <varnel_common/str.h>

@@ -1,4 +1,4 @@
-// Takes single TL1 messages apart by the strict parser, for a caller that has each as a whole.
+// Parses single TL1 messages with the strict parser, for a caller that has each message as a whole.
 
 #include <varnel_common/str.h>
 #include <varnel_common/tl1nemsgparse.h>
@@ -30,7 +30,7 @@ bool PrintMessage(const char* message) {
       std::cout << "answer " << parser.GetRetRspCode() << " to command " << parser.GetCtage() << " from "
                 << parser.GetSID() << ", " << parser.m_strDate << ' ' << parser.m_strTime << ':' << text << '\n';
       break;
-    default:  // 4, an event; of a bare prompt, which is of this type too, all texts are empty
+    default:  // 4, an event; a bare prompt also has this type, with empty texts
       std::cout << "event " << parser.m_strAtag << ' ' << parser.GetRetRspCode() << ' ' << parser.m_strVerb << " from "
                 << parser.GetSID() << ':' << text << '\n';
   }
@@ -44,7 +44,7 @@ int main() {
     if (!PrintMessage(message)) return 1;
   if (PrintMessage(WITHOUT_INDENT)) return 1;
 
-  // For one who collects bytes until an answer is whole: without its last byte it is not.
+  // For a caller that collects bytes until an answer is complete: without its last byte it is not.
   const std::string received = ANSWER;
   CTL1NEMsgParse parser("");
   const bool early = parser.ParseMsgEndFlg(received.substr(0, received.size() - 1));

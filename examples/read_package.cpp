@@ -1,4 +1,4 @@
-// Reads a software package: from a path to its checked heads, its version and the list of its entries.
+// Reads a software package: checks its headers and prints its version and its entries.
 
 #include <varnel_common/pkgfile.h>
 #include <varnel_common/publicdata.h>

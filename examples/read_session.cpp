@@ -37,7 +37,7 @@ void JoinMessages(Framer& framer, Joiner& joiner) {
 int main() {
   Framer framer;
   Joiner joiner;
-  // However the bytes come in, the messages are the same.
+  // The messages do not depend on how the bytes are divided.
   char bytes[512];
   while (std::cin.read(bytes, sizeof bytes) || std::cin.gcount() > 0) {
     framer.Append({bytes, static_cast<size_t>(std::cin.gcount())});

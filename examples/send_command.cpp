@@ -1,4 +1,4 @@
-// Puts a command text together, sends it as a binary message with its header, and takes it apart on the other side.
+// Assembles a command text, sends it as a binary message with its header, and parses it at the receiver.
 
 #include <varnel_common/cmdstr.h>
 #include <varnel_common/comnemsg.h>
@@ -51,10 +51,10 @@ int main() {
   std::printf("text \"%s\", with its serial number %u bytes\n", command.GetMsg(), command.GetMsgLen());
 
   CComNEMsg message(0);
-  message.ulHeadWord0 = 0x01020304;  // the words of the header mean what program and element agree upon
+  message.ulHeadWord0 = 0x01020304;  // program and element agree on the meaning of these words
   message.usHeadShort = 7;
   message.SetMsg(command.GetMsg(), command.GetMsgLen());
-  command.EmptyMsg();  // overwrites what it frees; the bytes of a CComNEMsg are the caller's to wipe
+  command.EmptyMsg();  // wipes its memory; the caller must wipe a CComNEMsg
 
   std::string wire = Send(message);
   message.EmptyMsg();

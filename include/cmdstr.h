@@ -20,9 +20,9 @@ struct CmdStrPiece {
 /// A command or report text that is built piece by piece and read as one NUL-terminated text.
 ///
 /// Lengths are unsigned 32-bit values: an argument of 2^32 + 5 bytes counts as 5 bytes.
-/// A text holds at most 10485760 bytes. Text that does not fit is cut off and logged as a warning; no result reports
-/// it, so compare GetMsgLen() before and after. The object overwrites with zeros what it frees, except the old text
-/// that a merge replaces: do not call GetMsg() between pieces that contain a password.
+/// A text has at most 10485760 bytes. Text that does not fit is cut off and logged as a warning; no result reports it,
+/// so compare GetMsgLen() before and after. The object overwrites its memory with zeros before freeing it, except the
+/// old text that a merge replaces: do not call GetMsg() between pieces that contain a password.
 ///
 /// Two threads must not use one object at the same time, not even to read: GetMsg() and copying rebuild the object.
 /// Memory exhaustion throws std::bad_alloc and leaves the text as it was.
@@ -48,7 +48,7 @@ class VARNEL_API CCmdStr {
 
   /// Replaces the text.
   ///
-  /// A bounded copy that fails is not reported: the text is what it left, NULs if it wrote nothing.
+  /// A bounded copy that fails is not reported: the text is then the bytes that it left, NULs if it wrote nothing.
   ///
   /// @param pszMsg  may point into this object's own text. Null or empty changes nothing: use EmptyMsg(). A text
   ///                longer than the maximum is cut and a warning logged.
@@ -56,7 +56,7 @@ class VARNEL_API CCmdStr {
 
   /// Appends a text.
   ///
-  /// A bounded copy that fails is not reported: what it left is appended, NULs if it wrote nothing.
+  /// A bounded copy that fails is not reported: the bytes that it left are appended, NULs if it wrote nothing.
   ///
   /// @param pszMsg  may point into this object's own text. Null or empty changes nothing. A text longer than the
   ///                maximum is refused as a whole. A text that would exceed the maximum together with the others is
@@ -65,8 +65,8 @@ class VARNEL_API CCmdStr {
 
   /// Merges the appended pieces and returns the whole text.
   ///
-  /// A bounded copy that fails is reported, and what it left is kept, NULs if it wrote nothing. Pieces follow the text
-  /// up to its first NUL, so that they overwrite a serial number that AddSnMML() put there.
+  /// A bounded copy that fails is reported, and the bytes that it left are kept, NULs if it wrote nothing. Pieces are
+  /// appended at the first NUL of the text: they overwrite a serial number that AddSnMML() put there.
   ///
   /// @return the text, NUL-terminated, never null. The object owns it. It is valid until the text is replaced, emptied
   ///         or merged again after AddMsg(), by GetMsg(), by copying the object or by AddSnMML().

@@ -82,20 +82,20 @@ class VARNEL_API CComNEMsg : public CComNEHead {
 
   /// Replaces the body. A buffer that is too small for it and its NUL is replaced by one of `nDataLen` + 1024 bytes.
   ///
-  /// A bounded copy that fails is reported; length and NUL are then set all the same, over what the copy left: the
-  /// bytes that the buffer held before, or zeros in a new one, if it wrote nothing. So is a buffer that is null though
-  /// `m_nMsgBufSize` says otherwise; the length is then 0.
+  /// A bounded copy that fails is reported; length and NUL are set nevertheless. If it wrote nothing, the body is what
+  /// the buffer contained before, or zeros in a new buffer. A null buffer with an `m_nMsgBufSize` above 0 is reported
+  /// too; the length is then 0.
   ///
   /// @param pData     may point into this message's own body. Null changes nothing: use EmptyMsg().
-  /// @param nDataLen  bytes to copy; 0 empties the body, more than 65534 are cut to that and a warning is logged.
+  /// @param nDataLen  bytes to copy; 0 empties the body, more than 65534 are cut to 65534 and a warning is logged.
   void SetMsg(const void* pData, unsigned int nDataLen);
 
-  /// Makes the buffer larger and keeps what it holds; it never shrinks. What is added has no defined value. Body and
-  /// NUL share the `nBufLen` bytes, so that a body of `nBufLen` - 1 bytes fits.
+  /// Makes the buffer larger and keeps its content; it never shrinks. The added bytes have no defined value. Body and
+  /// NUL share the `nBufLen` bytes: a body of `nBufLen` - 1 bytes fits.
   ///
   /// A bounded copy that fails is reported and leaves buffer and size as they were.
   ///
-  /// @param nBufLen  the size wanted, in bytes; more than 65534 counts as that and a warning is logged.
+  /// @param nBufLen  the new size in bytes; more than 65534 counts as 65534, and a warning is logged.
   void SetBufLen(unsigned int nBufLen);
 
   /// Appends to the body. A buffer that is too small is replaced by one of the new length + 1024 bytes.

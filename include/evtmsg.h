@@ -9,12 +9,13 @@
 /// @file
 /// Events: each object represents one kind of report that is expected from a network element.
 ///
-/// Offer every incoming report to IsMyEvt() of each waiting object; the one that claims it is asked to HandleReport(),
-/// which recognises the shape of the report and reads its numbers. Nothing is allocated until a shape is recognised.
+/// Pass every incoming report to IsMyEvt() of each waiting object; pass it to HandleReport() of the object that claims
+/// it, which recognises the shape of the report and reads its numbers. Nothing is allocated until a shape is
+/// recognised.
 
 namespace VARNEL_COMMON {
 
-/// Base of all events: offer it every report with IsMyEvt(), and the one that it claims to HandleReport().
+/// Base of all events: pass every report to IsMyEvt(), and the one that it claims to HandleReport().
 ///
 /// The members are public: the owner sets what is expected and reads what was found. A report is a NUL-terminated text
 /// of any bytes; for a bad one the result is false and nothing is logged. One object belongs to one thread at a time.
@@ -34,7 +35,7 @@ class VARNEL_API CEvtMsg {
   ///         literally: an empty key matches every report, and "EVT 1" also "EVT 12". False for a null report.
   virtual bool IsMyEvt(const char* report);
 
-  /// Reads a report; here it is not looked at.
+  /// Reads a report; this class ignores it.
   ///
   /// @param report  may be null.
   /// @return true.
@@ -42,8 +43,8 @@ class VARNEL_API CEvtMsg {
 
   /// Copies the object.
   ///
-  /// @return a new object of the same class with every member copied, of m_cmd its text up to the first NUL. The
-  ///         caller owns it and deletes it.
+  /// @return a new object of the same class with every member copied, m_cmd up to the first NUL of its text. The caller
+  ///         owns it and deletes it.
   virtual CEvtMsg* Duplicate();
 
   std::string m_strEvtKey;     ///< identifies the report: a pattern with "*", or a part of the text
@@ -55,7 +56,7 @@ class VARNEL_API CEvtMsg {
  protected:
   /// Copies the members of this class, for Duplicate().
   ///
-  /// @param copy  a fresh object; its m_cmd keeps its text where this one's is empty.
+  /// @param copy  a fresh object; its m_cmd keeps its text if this one's is empty.
   void CopyMembersTo(CEvtMsg& copy);
 };
 
@@ -80,17 +81,16 @@ class VARNEL_API CVNPackGuageEvt : public CEvtMsg {
   /// follow the first "TOTAL_NUM"; or "status=completed" with the first "done=" and the first "total=".
   ///
   /// @param report  may be null.
-  /// @return true when the report is recognised and both numbers are there, the columns with something else than white
-  ///         space after them. False otherwise: a recognised report then leaves the numbers set in part (0 without a
-  ///         digit, 4294967295 for a number that is too large in a column), any other leaves
-  ///         them as they were.
+  /// @return true when the report is recognised and both numbers are present, in columns with a non-blank character
+  ///         after them. False otherwise: a recognised report may then have set some numbers (0 without a digit,
+  ///         4294967295 for a number that is too large in a column), any other changes nothing.
   bool HandleMMLReport(const char* report);
 
   /// Reads a TL1 progress report: FILES_DONE and FILES_TOTAL, TRANSFEREDFILES and TOTALNUM of a REPT EVT PROGRESS, or
   /// SLOTSDONE and SLOTSTTL.
   ///
-  /// A value without a digit reads as 0. A missing one leaves its number as an earlier report set it: set m_dwTotalNum
-  /// to 0 before each report.
+  /// A value without a digit is read as 0. A missing one leaves its number unchanged: set m_dwTotalNum to 0 before each
+  /// report.
   ///
   /// @param report  may be null.
   /// @return true when the shape is recognised and the total is then not 0. A report that is not recognised leaves the
@@ -121,18 +121,18 @@ class VARNEL_API CVNScriptFileGuageEvt : public CEvtMsg {
   bool HandleReport(const char* report) override;
   CEvtMsg* Duplicate() override;
 
-  /// Reads an MML script progress report, for any m_dwNEID: two numbers from 15 characters after the start of the
-  /// first "TOTAL" on, which is the length of the column heads and their separator. First the total, then done.
+  /// Reads an MML script progress report, for any m_dwNEID: two numbers, total and done, that begin 15 characters after
+  /// the start of the first "TOTAL", which is the length of the column headers and their separator.
   ///
   /// @param report  may be null.
-  /// @return true when the report is recognised, both numbers are there and something else than white space follows
-  ///         them. False otherwise: the numbers may then have been set in part as CVNPackGuageEvt::HandleMMLReport()
-  ///         does, but not by a report that is not recognised or ends within the 15 characters.
+  /// @return true when the report is recognised, both numbers are present and a non-blank character follows them. False
+  ///         otherwise: the numbers may then have been set in part, as by CVNPackGuageEvt::HandleMMLReport(), but not
+  ///         by a report that is not recognised or ends within the 15 characters.
   bool HandleMMLReport(const char* report);
 
   /// Returns the progress in percent.
   ///
-  /// @return as CVNPackGuageEvt::GetGuage(), but 100 for a total below ten, also before anything was read.
+  /// @return as CVNPackGuageEvt::GetGuage(), but 100 for a total below ten, also before the first report.
   unsigned int GetGuage() const;
 
   unsigned int m_dwDoneNum;   ///< commands done
@@ -166,7 +166,7 @@ class VARNEL_API CVNScriptFileEndEvt : public CEvtMsg {
   std::string m_strResult;      ///< first word after "RSP"
   std::string m_strResultItem;  ///< third word of a failure
   std::string m_strResultText;  ///< further words of all failures read, each followed by a blank
-  unsigned int m_dwResultCode;  ///< second word as a number: 0 for one without, unchanged where it is missing
+  unsigned int m_dwResultCode;  ///< second word as a number: 0 without a digit, unchanged if it is missing
   unsigned int m_dwExtra;       ///< 0; free for the owner, only copied here
 };
 

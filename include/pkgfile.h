@@ -21,8 +21,8 @@ struct SOFT_INFO {
 /// A package description file: an NE software file whose text has a section "[File Description]" with one entry per
 /// line, eight columns separated by ":".
 ///
-/// The members are the result and are there to be read. One object belongs to one thread at a time; memory exhaustion
-/// throws std::bad_alloc, the entries read so far stay.
+/// The members are the result: read them directly. One object belongs to one thread at a time; memory exhaustion throws
+/// std::bad_alloc, the entries read so far stay.
 class VARNEL_API CPkgFile {
  public:
   /// Keeps the path; nothing is read yet.
@@ -39,19 +39,19 @@ class VARNEL_API CPkgFile {
   ///
   /// m_strVersion becomes the version text, also of a file of a refused type; empty if none could be read.
   ///
-  /// @return as ParsePkgSoftInfo(), whose rules hold for the entries.
+  /// @return as ParsePkgSoftInfo(), which describes the entries.
   unsigned int ParsePkgFile();
 
   /// Appends the entries of a file to m_lstSoftInfo; call ClearSoftInfo() first for a fresh list.
   ///
   /// The section begins after a line that contains "[File Description]" and ends at a line that contains "[END]", at
-  /// one that begins with "[", or with the file. Lines without exactly eight columns, so also those with a ":" in a
-  /// value, and comments (first column beginning with "#" or containing the bytes A3 A3) are skipped silently. Lines
-  /// are cut at 1023 bytes and at a NUL.
+  /// one that begins with "[", or with the file. Lines without exactly eight columns (also those with a ":" in a value)
+  /// and comments (first column beginning with "#" or containing the bytes A3 A3) are skipped silently. Lines are cut
+  /// at 1023 bytes and at a NUL.
   ///
-  /// @param path  of the file, which need not be the one given at construction. Its heads are not looked at.
-  /// @return 0; 0x3BA0120F when there is no section (or no readable file), when a column of an entry is longer than
-  ///         255 bytes, or when m_lstSoftInfo is empty at the end, entries of earlier calls counted. Each is logged;
+  /// @param path  of the file, which need not be the one given at construction. Its headers are not checked.
+  /// @return 0; 0x3BA0120F when there is no section (or no readable file), when a column of an entry is longer than 255
+  ///         bytes, or when m_lstSoftInfo, including entries of earlier calls, is empty at the end. Each is logged;
   ///         entries read before stay.
   unsigned int ParsePkgSoftInfo(const std::string& path);
 

@@ -9,10 +9,10 @@
 
 namespace VARNEL_COMMON {
 
-constexpr uint32_t ZEP_DIR_MAGIC = 0x51584444;   ///< starts the directory head: the bytes "QXDD"
-constexpr uint32_t ZEP_FILE_MAGIC = 0x51584646;  ///< starts the file head: the bytes "QXFF"
-constexpr size_t ZEP_HEAD_LENGTH = 64;           ///< bytes of each head
-constexpr int ZEP_SUM_START = 8;                 ///< offset in a head of the first byte that the checksum covers
+constexpr uint32_t ZEP_DIR_MAGIC = 0x51584444;   ///< starts the directory header: the bytes "QXDD"
+constexpr uint32_t ZEP_FILE_MAGIC = 0x51584646;  ///< starts the file header: the bytes "QXFF"
+constexpr size_t ZEP_HEAD_LENGTH = 64;           ///< bytes of each header
+constexpr int ZEP_SUM_START = 8;                 ///< offset in a header of the first byte that the checksum covers
 constexpr int ZEP_SUM_LENGTH = 52;               ///< bytes that the checksum covers
 
 constexpr unsigned short ZEP_EXTENDED_TYPE = 2;          ///< the file type that has an extension word
@@ -20,10 +20,10 @@ constexpr unsigned short ZEP_MAX_LINK_LENGTH = 1023;     ///< longest valid link
 constexpr unsigned short ZEP_NO_VERSION_LENGTH = 65535;  ///< a version length that means no version text, as 0 does
 constexpr char ZEP_LINK_MARKER[] = "-> ";                ///< the link target follows it in the link text
 
-/// Judges a file type as CheckZEPFileHead() does.
+/// Returns whether CheckZEPFileHead() accepts a file type.
 ///
 /// @param type  the file type.
-/// @return whether it is accepted.
+/// @return true for an accepted type.
 constexpr bool ZepAcceptsFileType(unsigned int type) {
   return type <= 13 || type == 15 || type == 513;
 }

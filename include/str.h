@@ -58,16 +58,16 @@ VARNEL_API int strmcmpnocase(const char* text, const char* pattern);
 /// @param array  the array and all its blocks must come from malloc(). May be null.
 VARNEL_API void freeArray(void** array);
 
-/// Replaces every occurrence of `from`, those included that replacing brings about: "aaaa" with "aa" by "a" ends as
-/// "a".
+/// Replaces every occurrence of `from`, including those that a replacement creates: replacing "aa" by "a" in "aaaa"
+/// results in "a".
 ///
-/// An empty `from`, or a `to` that contains `from`, leaves the text unchanged: replace "\n" by "\r\n" in two steps, by
-/// a character that the text does not contain. A pair that grows for ever in another way ("ab" by "bbaa") is the
-/// caller's to avoid. Time is linear in the text plus all replacement texts.
+/// An empty `from`, or a `to` that contains `from`, leaves the text unchanged: replace "\n" by "\r\n" in two steps,
+/// using a character that the text does not contain. The caller must avoid other pairs that grow for ever ("ab" by
+/// "bbaa"). Time is linear in the text plus all replacement texts.
 ///
 /// @param s     the text, changed in place.
 /// @param from  what is replaced; may be `s`.
-/// @param to    what takes its place; may be `s`.
+/// @param to    the replacement; may be `s`.
 VARNEL_API void ReplaceString(std::string& s, const std::string& from, const std::string& to);
 
 /// Trims a text and reduces every run of white space inside it to one blank.
@@ -80,18 +80,18 @@ VARNEL_API void StrCollapse(std::string& s);
 /// @param s  the text, changed in place.
 VARNEL_API void toUpperCase(std::string& s);
 
-/// Returns a copy without line feeds, with a blank for each carriage return, and with runs of blanks reduced to one.
-/// Leading and trailing blanks become one blank, tabs stay. Lines are joined: "A\nB" becomes "AB".
+/// Returns a copy without line feeds, with a blank for each carriage return, and with runs of blanks reduced to one,
+/// also at both ends. Tabs stay. Lines are joined: "A\nB" becomes "AB".
 ///
 /// @param text  may be null.
 /// @return the copy; empty for null.
 VARNEL_API std::string replaceEnterWithBlank(const char* text);
 
-/// Extracts the value of a TL1 attribute: the text after the first occurrence of `name`, up to the first ",", without
-/// one up to the first double quote, without either up to the end of the text. Quoted values are not understood.
+/// Extracts the value of a TL1 attribute: the text after the first occurrence of `name`, up to the first ",", else up
+/// to the first double quote, else up to the end of the text. Quotes around a value are not interpreted.
 ///
 /// @param text   the text to search.
-/// @param name   the whole prefix, with its "=": "TOTAL=". It is found in the middle of a word too: in "SUBTOTAL=".
+/// @param name   the whole prefix, with its "=": "TOTAL=". Also found inside a word: in "SUBTOTAL=".
 /// @param value  the value, not trimmed; empty when false is returned. Also empty, with true, when the end is at
 ///               the start of the value or inside `name`.
 /// @return false when `text` is null, `text` or `name` is empty, `name` does not occur, or the text ends right after
@@ -100,8 +100,8 @@ VARNEL_API bool GetTL1AttrbuteString(const char* text, const std::string& name, 
 
 /// Splits a text at every `sep` and appends the fields to `fields`, which is not cleared.
 ///
-/// Fields lose leading white space and keep trailing white space; empty fields are kept, the last one included. If
-/// the separator is white space itself, a run of it separates once: "a   b" at " " is "a" and "b".
+/// Fields lose leading white space and keep trailing white space; empty fields are kept, also the last one. If the
+/// separator is white space itself, a run of it separates once: "a   b" at " " is "a" and "b".
 ///
 /// @param text    may belong to an element of `fields`; null appends nothing.
 /// @param sep     the separator.
@@ -110,9 +110,9 @@ VARNEL_API void SplitStringByChar(const char* text, char sep, std::vector<std::s
 
 /// Reads one value from a text as a default std::istream would, leading white space skipped, numbers in decimal.
 ///
-/// Exists for unsigned int, char (the first character that is not white space) and unsigned short. What follows the
-/// number is ignored, and no result reports whether there was one: check for digits first. A sign is accepted: "-1" is
-/// the type's largest value.
+/// Exists for unsigned int, char (the first character that is not white space) and unsigned short. Text after the
+/// number is ignored, and a missing number is not reported: check for digits first. A sign is accepted: "-1" is the
+/// type's largest value.
 ///
 /// @tparam T     one of these types.
 /// @param text   may be null.
@@ -130,30 +130,31 @@ extern template VARNEL_API void ConvertFromString<unsigned short>(const char* te
 /// Splits a path at its last "/" or "\"; the outputs carry "/" only.
 ///
 /// @param fullPath  may be one of the outputs. An empty one yields two empty texts.
-/// @param filePath  the folder with its closing "/"; "/" for a bare file name, which so moves to the root folder.
-/// @param fileName  the name after it, empty for a path that ends in a separator. One variable for both outputs keeps
-///                  the folder.
+/// @param filePath  the folder with its closing "/"; "/" for a bare file name, which is then a path in the root folder.
+/// @param fileName  the name after it, empty for a path that ends in a separator. If one variable is passed for both
+///                  outputs, it receives the folder.
 VARNEL_API void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath, std::string& fileName);
 
 /// Splits a bare file name at its last ".".
 ///
 /// @param fileName  without a folder: "dir.d/file" is split in its folder.
-/// @param leftName  the name before the dot; the whole name where there is no dot.
-/// @param exName    the extension with its dot (".bin"), or empty. One variable for both outputs keeps it.
+/// @param leftName  the name before the dot; the whole name if it has no dot.
+/// @param exName    the extension with its dot (".bin"), or empty. If one variable is passed for both outputs, it
+///                  receives the extension.
 VARNEL_API void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName);
 
-/// Refuses paths that climb folders.
+/// Refuses paths that contain "..".
 ///
 /// @param path  need not exist.
-/// @return false when two consecutive dots occur anywhere in the path, so also for "file..txt"; else true, also for an
+/// @return false when two consecutive dots occur anywhere in the path, also for "file..txt"; else true, also for an
 ///         empty or absolute path.
 VARNEL_API bool VerifyFilePathAndName(const std::string& path);
 
 /// Resolves a path to an absolute one without symbolic links, "." or "..".
 ///
 /// @param path  of something that exists, up to its first NUL; may contain "..".
-/// @return the resolved path; empty when `path` is longer than 4096 bytes, cannot be resolved (because it does not
-///         exist, say), or resolves to a path that VerifyFilePathAndName() refuses. Each refusal is logged.
+/// @return the resolved path; empty when `path` is longer than 4096 bytes, cannot be resolved (for example, because it
+///         does not exist), or resolves to a path that VerifyFilePathAndName() refuses. Each refusal is logged.
 VARNEL_API std::string ToAbsPath(const std::string& path);
 
 /// Removes a file through the host (NS_UTIL::RemoveFile).
@@ -162,19 +163,19 @@ VARNEL_API std::string ToAbsPath(const std::string& path);
 /// @return the result of the host: 0, or an errno value.
 VARNEL_API int VNRemoveFile(const std::string& path);
 
-/// Removes a folder and all it holds through the host (NS_UTIL::RemoveDir).
+/// Removes a folder and its contents through the host (NS_UTIL::RemoveDir).
 ///
 /// @param path  of the folder; not checked by VerifyFilePathAndName().
 /// @return the result of the host: 0, or an errno value.
 VARNEL_API int VNRemoveDir(const std::string& path);
 
-/// Returns the current time in seconds, not milliseconds. Not a clock for durations: it follows changes of the system
-/// time.
+/// Returns the current time in seconds, not milliseconds. Do not measure durations with it: it follows changes of the
+/// system time.
 ///
-/// Whole seconds and fraction come from two clock readings, one after the other, so that a result taken when a second
-/// ends may lag by up to one second.
+/// Whole seconds and fraction come from two consecutive clock readings. If a second ends between them, the result is up
+/// to one second too low.
 ///
-/// @return seconds since the epoch, with a fraction in microseconds; a fraction of 0 where the clock cannot be read.
+/// @return seconds since the epoch, with a fraction in microseconds; a fraction of 0 if the clock cannot be read.
 VARNEL_API double GetCurTimeMilSec();
 
 /// For polling loops: returns whether two readings of a counter are in different periods.

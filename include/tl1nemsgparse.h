@@ -11,12 +11,12 @@
 
 namespace VARNEL_COMMON {
 
-/// Takes one TL1 message apart: an acknowledgement, a command response, an autonomous message or a bare continuation
-/// prompt. It accepts the strict form only; varnel::tl1 reads what elements really send.
+/// Parses one TL1 message: an acknowledgement, a command response, an autonomous message or a bare continuation prompt.
+/// It accepts the strict form only; varnel::tl1 reads what elements really send.
 ///
-/// The message is any bytes, NULs included. The members are the result and are there to be read. One object belongs to
-/// one thread at a time. Memory exhaustion throws std::bad_alloc; the object can then be used, but its parts may be
-/// those of two messages: call ParseMsgEndFlg() or InitAllPrivate().
+/// The message may contain any bytes, NULs included. The members are the result: read them directly. One object belongs
+/// to one thread at a time. Memory exhaustion throws std::bad_alloc; the object can then be used, but its members may
+/// come from two messages: call ParseMsgEndFlg() or InitAllPrivate().
 class VARNEL_API CTL1NEMsgParse {
  public:
   /// Keeps the message; nothing is parsed yet.
@@ -27,26 +27,26 @@ class VARNEL_API CTL1NEMsgParse {
   /// Empties all texts, the message too; the type becomes -1 and the start position 0.
   void InitAllPrivate();
 
-  /// Parses the message that the object holds, on top of what an earlier parse left: ParseMsgEndFlg() starts afresh.
+  /// Parses the message of the object without resetting the results of an earlier parse; ParseMsgEndFlg() resets them.
   ///
   /// A failure leaves the object as follows:
   /// - a bad acknowledgement, identification or verb line: as InitAllPrivate() does;
   /// - a bad SID, date or time: the fields before the fault empty, start position set;
   /// - a header without an "M" anywhere after it: header fields, echo and start position set, type unchanged;
   /// - a text block without its end: everything set but the text block;
-  /// - an empty message, or one of no known form: unchanged.
+  /// - an empty message, or one of an unknown form: unchanged.
   ///
   /// Logged are an empty message, a bad SID, date or time, and a bad tag or code of a response.
   ///
   /// @return true when the message is recognised.
   bool NEMsgParse();
 
-  /// Replaces the message, parses it from scratch and returns whether it is complete.
+  /// Replaces the message, resets all results, parses it and returns whether it is complete.
   ///
-  /// @param msg  may be the object's own m_strNEMsg, or another member. An empty one is refused, and nothing replaced.
-  /// @return true for a response, autonomous message or prompt that is recognised and holds `\r\n;` anywhere, not only
-  ///         at its end. False for a part without it that ends in ">", for every acknowledgement, and for what is not
-  ///         recognised, which is logged. The members are those that NEMsgParse() leaves, after false too.
+  /// @param msg  may be the object's own m_strNEMsg, or another member. An empty one is refused and replaces nothing.
+  /// @return true for a response, autonomous message or prompt that is recognised and contains `\r\n;` anywhere, not
+  ///         only at its end. False for a part without it that ends in ">", for every acknowledgement, and for a
+  ///         message that is not recognised, which is logged. The members are set as by NEMsgParse(), after false too.
   bool ParseMsgEndFlg(const std::string& msg);
 
   /// Returns the code.
@@ -75,7 +75,7 @@ class VARNEL_API CTL1NEMsgParse {
   /// @return m_strTextBlock of a response or autonomous message, else empty.
   std::string GetTextBlock() const;
 
-  /// Returns where in the message the recognised part begins.
+  /// Returns the position at which the recognised part of the message begins.
   ///
   /// @return the position of the line end before the header or prompt; 0 for an acknowledgement.
   unsigned int GetMsgStartPos() const;

@@ -7,7 +7,7 @@
 /// @namespace VARNEL_COMMON
 /// The library: texts, paths and time, software files, reports, strict TL1, binary messages, slots and boards.
 ///
-/// What holds for all of it, where nothing else is said:
+/// Rules for all of it, unless a comment says otherwise:
 ///
 /// - **Failures.** Nothing throws but std::bad_alloc. Bad input leads to a failure result or a fallback; a failure
 ///   without a result is written to the host's log.
@@ -18,8 +18,8 @@
 /// - **Results.** Pointers belong to the object that returned them. Only CEvtMsg::Duplicate() returns an object that
 ///   the caller owns.
 /// - **errno.** An operation that succeeds leaves it as it was.
-/// - **Locale and environment.** Neither changes a result, but for the time zone of the time functions. White space is
-///   blank, tab, line feed, vertical tab, form feed and carriage return; only ASCII letters have cases.
+/// - **Locale and environment.** Neither changes a result, except for the time zone of the time functions. White space
+///   is blank, tab, line feed, vertical tab, form feed and carriage return; only ASCII letters have cases.
 /// - **Time.** Every operation takes time linear in the size of its arguments.
 ///
 /// docs/pitfalls.md lists the behaviours that can cost data or security.

@@ -21,14 +21,14 @@ using VARNEL_UTIL::TrimmedRight;
 
 namespace {
 
-constexpr size_t SCRIPT_COUNTS_OFFSET = 15;  // from "TOTAL" to its number, field head and separator included
+constexpr size_t SCRIPT_COUNTS_OFFSET = 15;  // from "TOTAL" to its number, including column header and separator
 constexpr unsigned int FEW_COMMANDS = 9;
 
 bool Matches(const char* report, const char* pattern) {
   return strmcmp(report, pattern) != 0;
 }
 
-// What follows the first occurrence of `word`, or null.
+// The text after the first occurrence of `word`, or null.
 const char* After(const char* report, const char* word) {
   const char* found = std::strstr(report, word);
   return found == nullptr ? nullptr : found + std::strlen(word);
@@ -43,13 +43,13 @@ bool ReadTwoNumbers(std::string_view text, unsigned int& first, unsigned int& se
   return !reader.Failed() && !reader.AtEnd();
 }
 
-// Converts as strtoul() does, the result cut to 32 bits; false without a digit.
+// Converts as strtoul() does and keeps the low 32 bits; false without a digit.
 bool ReadUnsigned(const char* text, unsigned int& number) {
   uint64_t wide = 0;
   StreamReader reader(text);
   reader.Read(wide);
   number = static_cast<unsigned int>(wide);
-  return !reader.Failed() || wide != 0;  // an overflow fails too, but has digits
+  return !reader.Failed() || wide != 0;  // an overflow fails although there are digits
 }
 
 unsigned int Percent(unsigned int done, unsigned int total) {
@@ -62,7 +62,7 @@ struct Tl1Shape {
   const char* total;
 };
 
-// The misspellings are the elements' own. docs/formats.md lists all shapes, those of MML too.
+// The misspellings are those of the elements. docs/formats.md lists all shapes, also those of MML.
 constexpr Tl1Shape TL1_SHAPES[] = {
     {"*FILES_DONE=*FILES_TOTAL=*", "FILES_DONE=", "FILES_TOTAL="},
     {"*REPT EVT PROGRESS*TRANSFEREDFILES=*TOTALNUM=*", "TRANSFEREDFILES=", "TOTALNUM="},
@@ -117,7 +117,7 @@ CEvtMsg* CVNPackGuageEvt::Duplicate() {
 
 bool CVNPackGuageEvt::HandleMMLReport(const char* report) {
   if (report == nullptr) return false;
-  // A plain search for what a shape holds is cheaper than a match that fails.
+  // A plain search for a word of the shape is cheaper than a match that fails.
   const char* counts = After(report, "TOTAL_NUM");
   if (counts != nullptr && Matches(report, "*EVT_SFTM_CPYFILE_PROGRESS*DONE_NUM*TOTAL_NUM*")) {
     return ReadTwoNumbers(counts, m_dwDoneNum, m_dwTotalNum);

@@ -78,7 +78,7 @@ unsigned int CPkgFile::ParsePkgFile() {
   int fileType = 0;
   std::string linkTarget;
   std::string versionText;
-  // The result does not matter: the description of a file with damaged heads is still read.
+  // The result is ignored: the description of a file with damaged headers is read too.
   CheckZEPFileHead(m_strFilePath, fileType, linkTarget, versionText);
   m_strVersion = versionText;
   return ParsePkgSoftInfo(m_strFilePath);

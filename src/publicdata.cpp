@@ -28,7 +28,7 @@ namespace {
 
 constexpr char MODULE[] = "publicdata";
 
-// Result codes, which callers compare with: they never change.
+// Result codes. Callers compare with them: they never change.
 constexpr unsigned int CANNOT_OPEN = 0x3BA00013;
 constexpr unsigned int INVALID_HEAD = 0x3BA00B02;
 
@@ -56,7 +56,7 @@ bool Read(const FileHandle& file, void* dest, size_t size) {
   return false;
 }
 
-// A stream that cannot seek is read on from where it is.
+// A stream that cannot seek is read from its current position.
 void Skip(const FileHandle& file, uint32_t size) {
   if (size != 0) static_cast<void>(std::fseek(file.get(), static_cast<long>(size), SEEK_CUR));
 }

@@ -37,7 +37,7 @@ constexpr char MODULE[] = "str";
 constexpr size_t MAX_PATH_LENGTH = 4096;
 static_assert(MAX_PATH_LENGTH >= PATH_MAX, "realpath() may write PATH_MAX bytes");
 
-// Part of the module by convention; no operation takes it.
+// Part of the module by convention; no operation uses it.
 [[maybe_unused]] ACE_Recursive_Thread_Mutex g_mutex;
 
 std::string WithSlashes(std::string path) {
@@ -58,7 +58,7 @@ std::tm LocalTime(time_t seconds) {
   return local;
 }
 
-// A stamp while it is written.
+// Writes a time stamp.
 class Stamp {
  public:
   // Adds a number as a stream of that width and fill character "0" writes it: a sign comes after the zeros.
@@ -120,7 +120,7 @@ void freeArray(void** array) {
 
 void ReplaceString(std::string& s, const std::string& from, const std::string& to) {
   const size_t hit = from.empty() ? std::string::npos : FindLinear(s, from);
-  // A `to` that contains `from` would go on for ever.
+  // A `to` that contains `from` would be replaced endlessly.
   if (hit == std::string::npos || FindLinear(to, from) != std::string::npos) return;
   s = MayCascade(from, to) ? CascadingReplacer(s, from, to).Run() : ReplaceOnce(s, from, to, hit);
 }
@@ -161,7 +161,7 @@ bool GetTL1AttrbuteString(const char* text, const std::string& name, std::string
 
 void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fields) {
   if (text == nullptr) return;
-  // The text may be part of `fields`, and running out of memory must not leave some of its fields there.
+  // The text may be part of `fields`, and memory exhaustion must not leave some of its fields there.
   std::vector<std::string> added;
   std::string_view rest = TrimmedLeft(text);
   added.reserve(static_cast<size_t>(std::count(rest.begin(), rest.end(), sep)) + 1);  // 8 fields: 67 instead of 124 ns
@@ -186,16 +186,16 @@ template void ConvertFromString<unsigned short>(const char* text, unsigned short
 
 void SplitFilePathAndFileName(const std::string& fullPath, std::string& filePath, std::string& fileName) {
   std::string path = WithSlashes(fullPath);
-  const size_t nameStart = path.rfind('/') + 1;  // 0 where there is no separator
+  const size_t nameStart = path.rfind('/') + 1;  // 0 without a separator
   const bool isBareName = !path.empty() && nameStart == 0;
   std::string name = path.substr(nameStart);
   path.resize(nameStart);
   if (isBareName) path = "/";
   fileName = std::move(name);
-  filePath = std::move(path);  // last, and so what one variable for both outputs keeps
+  filePath = std::move(path);  // assigned last: if one variable is passed for both outputs, it keeps this value
 }
 
-// The name is a copy and may be one of the outputs; one variable for both outputs keeps the extension.
+// The name is a copy and may be one of the outputs. If one variable is passed for both outputs, it keeps the extension.
 void GetFileLeftNameAndExName(std::string fileName, std::string& leftName, std::string& exName) {
   const size_t dot = std::min(fileName.rfind('.'), fileName.size());
   std::string extension = fileName.substr(dot);

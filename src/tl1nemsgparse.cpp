@@ -167,7 +167,7 @@ bool CTL1NEMsgParse::ParseVerb(size_t& cursor) {
 bool CTL1NEMsgParse::ParseTextBlock(size_t& cursor) {
   if (!EndsInTerminator(m_strNEMsg)) return false;
   const size_t start = cursor + 1;
-  // A message that ends in ">" but holds a ";" ends its block at that ";".
+  // If a message that ends in ">" contains a ";", its text block ends at that ";".
   const size_t semicolon = m_strNEMsg.rfind(';');
   cursor = semicolon == NPOS ? m_strNEMsg.size() - 1 : semicolon;
   m_strTextBlock.assign(m_strNEMsg, start, cursor > start ? cursor - start : 0);

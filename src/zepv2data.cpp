@@ -18,7 +18,7 @@ namespace {
 
 constexpr char MODULE[] = "zepv2data";
 
-// Highest generation codes of what came before; callers rely on them, they never change.
+// The highest codes of the earlier generations. Callers rely on them: they never change.
 constexpr int BEFORE_ZEPV2 = 52099;
 constexpr int BEFORE_ZEP08 = 50799;
 
@@ -59,7 +59,7 @@ unsigned short ReadSlotText(std::string_view text) {
   return static_cast<unsigned short>((shelf << 8) + slot);
 }
 
-// Reads a part of a DC text by way of `buffer`, which keeps its text where the copy fails.
+// Reads a part of a DC text through `buffer`, which keeps its text if the copy fails.
 template <typename Number>
 Number ReadPart(char (&buffer)[DC_BUFFER], const char* part, size_t count, int line) {
   const int result = strncpy_s(buffer, sizeof buffer, part, count);

@@ -19,7 +19,7 @@ inline uint32_t LoadBig32(const void* bytes) {
   return uint32_t{raw[0]} << 24 | uint32_t{raw[1]} << 16 | uint32_t{raw[2]} << 8 | uint32_t{raw[3]};
 }
 
-/// Turn a number that was read as big-endian bytes into its value, in place; done twice they restore the bytes.
+/// Converts a number that was read as big-endian bytes into its value, in place; a second call restores the bytes.
 inline void BigToHost(uint16_t& number) {
   number = LoadBig16(&number);
 }

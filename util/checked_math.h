@@ -5,7 +5,7 @@
 
 namespace VARNEL_UTIL {
 
-/// The sum of two numbers. An overflow ends the process: a wrong slot or date must not go on its way.
+/// The sum of two numbers. An overflow ends the process: a wrong slot or date must not be used.
 inline int CheckedAdd(int a, int b) {
   int sum;
   if (__builtin_add_overflow(a, b, &sum)) std::abort();

@@ -49,7 +49,7 @@ class Collapser {
 #ifdef __SSE2__
     const __m128i bytes = _mm_loadu_si128(reinterpret_cast<const __m128i*>(block));
     const __m128i plain = _mm_cmpeq_epi8(bytes, _mm_set1_epi8(' '));
-    // Subtracting a tab takes tab ... carriage return to 0 ... 4, and every other byte above 4.
+    // After subtracting a tab, tab ... carriage return are 0 ... 4, and every other byte is above 4.
     const __m128i shifted = _mm_sub_epi8(bytes, _mm_set1_epi8('\t'));
     const __m128i unusual = _mm_cmpeq_epi8(_mm_min_epu8(shifted, _mm_set1_epi8('\r' - '\t')), shifted);
     const auto unusualMask = static_cast<uint32_t>(_mm_movemask_epi8(unusual));
@@ -68,7 +68,7 @@ class Collapser {
     return static_cast<size_t>(__builtin_ctz(mask));
   }
 
-  // Packs the stretches that stay. A copy of known size is the fastest, so more than the stretch is copied.
+  // Packs the kept stretches. Copies of a fixed size are the fastest, so more bytes than the stretch are copied.
   void AddBlock(const char* text) {
     char block[2 * BLOCK];
     std::memcpy(block, text, BLOCK);
@@ -77,7 +77,7 @@ class Collapser {
       block[LowestBit(unusual)] = ' ';
     uint32_t kept = WHOLE_BLOCK & ~(masks.blank & (masks.blank << 1 | static_cast<uint32_t>(m_afterBlank)));
     m_afterBlank = (masks.blank >> (BLOCK - 1)) != 0;
-    // Written in place if that overwrites only what was read already.
+    // Written in place if that overwrites only bytes that were already read.
     char aside[2 * BLOCK];
     char* packed = static_cast<size_t>(text - m_end) >= BLOCK ? m_end : aside;
     size_t size = 0;
@@ -98,7 +98,7 @@ class Collapser {
     m_afterBlank = blank;
   }
 
-  char* m_end;               // of what was written
+  char* m_end;               // of the written text
   bool m_afterBlank = true;  // so that leading white space is dropped
 };
 

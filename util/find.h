@@ -6,10 +6,10 @@
 
 namespace VARNEL_UTIL {
 
-/// The longest piece that a plain search finds in linear time: its comparisons cost no more than a constant each.
+/// The longest piece for a plain search: each comparison costs at most a constant, so the search is linear.
 constexpr size_t PLAIN_SEARCH_LIMIT = 32;
 
-/// std::string_view::find() in linear time, also if a long piece nearly occurs everywhere.
+/// std::string_view::find() in linear time, also if a long piece almost matches everywhere.
 inline size_t FindLinear(std::string_view text, std::string_view piece, size_t from = 0) {
   if (piece.size() <= PLAIN_SEARCH_LIMIT || from > text.size()) return text.find(piece, from);
   const void* found = memmem(text.data() + from, text.size() - from, piece.data(), piece.size());

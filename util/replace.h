@@ -12,7 +12,7 @@
 namespace VARNEL_UTIL {
 
 /// Whether replacing `from` by `to` may create a new occurrence of `from`: around all of `to`, or over one of its ends.
-/// Of long texts it is assumed.
+/// Assumed for long texts.
 inline bool MayCascade(std::string_view from, std::string_view to) {
   const size_t shorter = std::min(from.size(), to.size());
   if (shorter > PLAIN_SEARCH_LIMIT || from.find(to) != std::string_view::npos) return true;
@@ -36,11 +36,11 @@ inline std::string ReplaceOnce(std::string_view text, std::string_view from, std
   return done.append(text, position);
 }
 
-/// Replaces the first occurrence of a text again and again until there is none, in time linear in the text plus all
-/// replacement texts. What is done holds no occurrence; what is pending is a stack of texts. Where the two meet, as
-/// many characters of each are searched as an occurrence can have there. "ab" by "" in "xaabb":
+/// Replaces the first occurrence of a text until there is none, in time linear in the text plus all replacement texts.
+/// The finished text contains no occurrence; the pending text is a stack of texts. Only occurrences that cross the
+/// boundary between the two are searched for. "ab" by "" in "xaabb":
 ///
-///     done "xa"  pending "b"  they meet as "ab": replaced
+///     done "xa"  pending "b"  "ab" crosses the boundary: replaced
 ///     done "x"   pending ""   the end
 class CascadingReplacer {
  public:
@@ -51,7 +51,7 @@ class CascadingReplacer {
 
   std::string Run() {
     while (!m_pending.empty()) {
-      if (ReplaceWhereTheyMeet()) continue;
+      if (ReplaceAtBoundary()) continue;
       const std::string_view next = m_pending.back();
       m_pending.pop_back();
       const size_t hit = FindLinear(next, m_from);
@@ -68,13 +68,13 @@ class CascadingReplacer {
     if (!text.empty()) m_pending.push_back(text);
   }
 
-  bool ReplaceWhereTheyMeet() {
+  bool ReplaceAtBoundary() {
     const size_t before = std::min(m_done.size(), m_from.size() - 1);
     const size_t size = before + m_from.size() - 1;
-    m_meeting.assign(m_done, m_done.size() - before);
-    for (size_t i = m_pending.size(); i-- > 0 && m_meeting.size() < size;)
-      m_meeting.append(m_pending[i].substr(0, size - m_meeting.size()));
-    const size_t found = FindLinear(m_meeting, m_from);
+    m_boundary.assign(m_done, m_done.size() - before);
+    for (size_t i = m_pending.size(); i-- > 0 && m_boundary.size() < size;)
+      m_boundary.append(m_pending[i].substr(0, size - m_boundary.size()));
+    const size_t found = FindLinear(m_boundary, m_from);
     if (found == std::string::npos) return false;
     m_done.resize(m_done.size() - (before - found));
     Drop(found + m_from.size() - before);
@@ -82,7 +82,7 @@ class CascadingReplacer {
     return true;
   }
 
-  // Takes characters away from what is pending.
+  // Removes characters from the pending text.
   void Drop(size_t count) {
     while (count > 0) {
       std::string_view& next = m_pending.back();
@@ -97,7 +97,7 @@ class CascadingReplacer {
   std::string_view m_from;
   std::string_view m_to;
   std::string m_done;
-  std::string m_meeting;
+  std::string m_boundary;
 };
 
 }  // namespace VARNEL_UTIL

@@ -13,13 +13,13 @@ namespace VARNEL_UTIL {
 /// Reads values from a text exactly as a default std::istream in the "C" locale would, without building one: 2 to 7 ns
 /// for a number instead of 230.
 ///
-/// After a failed read nothing more is read, as with a stream. AtEnd() returns whether a read ran into the end of the
+/// After a failed read nothing more is read, as with a stream. AtEnd() returns whether a read reached the end of the
 /// text, as eof() does.
 class StreamReader {
  public:
   explicit StreamReader(std::string_view text) : m_next(text.data()), m_end(text.data() + text.size()) {}
 
-  /// Reads up to a NUL, and does not look at what follows the values.
+  /// Reads up to a NUL. Text after the values is not examined.
   explicit StreamReader(const char* text) : m_next(text), m_end(nullptr) {}
 
   bool Failed() const { return m_failed; }
@@ -27,7 +27,7 @@ class StreamReader {
 
   /// Reads a decimal number. A sign is allowed; a "-" negates an unsigned number in the type's own range. Without a
   /// digit `value` becomes 0, on overflow the end of the type's range, and the read has failed. If only white space is
-  /// left `value` stays as it was.
+  /// left, `value` is unchanged.
   template <typename Number, typename = std::enable_if_t<std::is_integral_v<Number>>>
   void Read(Number& value) {
     if (!SkipBlanks()) return;
@@ -46,7 +46,7 @@ class StreamReader {
     value = static_cast<Number>(negate ? 0 - number : number);
   }
 
-  /// Reads the next character that is not white space; without one `value` stays as it was.
+  /// Reads the next character that is not white space; without one, `value` is unchanged.
   void Read(char& value) {
     if (!SkipBlanks()) return;
     value = *m_next++;
@@ -85,7 +85,7 @@ class StreamReader {
   bool m_atEnd = false;
 };
 
-/// Reads "second", or "first-second" if the text holds a "-" anywhere; the character between the two is not looked at.
+/// Reads "second", or "first-second" if the text contains a "-" anywhere; any character may separate the two.
 template <typename Number>
 void ReadDashed(std::string_view text, Number& first, Number& second) {
   StreamReader reader(text);

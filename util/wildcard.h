@@ -10,8 +10,8 @@
 
 namespace VARNEL_UTIL {
 
-/// The first of two characters in a text from `from` on. In windows, so that a character that is absent costs no more
-/// than finding the other.
+/// The first of two characters in a text from `from` on. Searches window by window: the search for an absent character
+/// never goes far beyond the other one.
 inline size_t FindEither(std::string_view text, char a, char b, size_t from) {
   constexpr size_t WINDOW = 256;
   for (; from < text.size(); from += WINDOW) {
@@ -23,7 +23,7 @@ inline size_t FindEither(std::string_view text, char a, char b, size_t from) {
   return std::string_view::npos;
 }
 
-/// Finds a literal in any case, in linear time: a long one, which may nearly occur everywhere, by the algorithm of
+/// Finds a literal in any case, in linear time: a long one, which may almost match everywhere, by the algorithm of
 /// Knuth, Morris and Pratt.
 inline size_t FindNoCase(std::string_view text, std::string_view literal, size_t from) {
   if (literal.size() <= PLAIN_SEARCH_LIMIT) {
@@ -35,7 +35,7 @@ inline size_t FindNoCase(std::string_view text, std::string_view literal, size_t
     }
     return std::string_view::npos;
   }
-  // Of each front part of the literal, the length of the longest shorter front part that is also its end.
+  // For each prefix of the literal, the length of its longest proper prefix that is also its suffix.
   std::vector<size_t> fallback(literal.size(), 0);
   const auto advance = [&](size_t matched, char next) {
     while (matched > 0 && !SameNoCase(literal[matched], next))
@@ -52,11 +52,11 @@ inline size_t FindNoCase(std::string_view text, std::string_view literal, size_t
   return std::string_view::npos;
 }
 
-/// Matches a text with a pattern of "*" and "?", ignoring case. Less than a shell's matcher does:
+/// Matches a text with a pattern of "*" and "?", ignoring case. Simpler than a shell's matcher:
 ///
 ///     "abab"   "*ab"  no   the literal after a "*" counts at its first occurrence only
 ///     "abaab"  "a?b"  yes  a mismatch after a "?" goes on from the last "*", or the pattern's start, at that character
-///     "a"      "a*?"  no   a "?" next to a "*" takes no character
+///     "a"      "a*?"  no   a "?" next to a "*" consumes no character
 ///     ""       "*"    no   nothing matches an empty text
 class NoCaseMatcher {
  public:
@@ -83,7 +83,7 @@ class NoCaseMatcher {
     return true;
   }
 
-  // A "?" and the literal after it. A mismatch sends the pattern back, never the text.
+  // A "?" and the literal after it. After a mismatch only the position in the pattern moves back, not that in the text.
   bool TakeAny() {
     ++m_t;
     ++m_p;

@@ -8,7 +8,7 @@
 
 namespace {
 
-// The open(2) flags of an fopen mode, or -1 for a mode that fopen does not know.
+// The open(2) flags of an fopen mode, or -1 for an unknown mode.
 int OpenFlags(const char* mode) {
   int flags = 0;
   switch (mode[0]) {
@@ -28,8 +28,8 @@ int OpenFlags(const char* mode) {
   return flags | (readAndWrite ? O_RDWR : mode[0] == 'r' ? O_RDONLY : O_WRONLY);
 }
 
-// The first attempt does not block. It fails with EWOULDBLOCK for a file on which another process holds a lease; the
-// second attempt then waits for it, but never for anything that is not a regular file.
+// The first attempt does not block. If another process holds a lease on the file it fails with EWOULDBLOCK. The second
+// attempt then waits for the lease, but only for a regular file.
 int Open(const char* path, int flags) {
   constexpr mode_t MODE = 0666;  // before the process's umask
   const int descriptor = open(path, flags | O_NONBLOCK, MODE);

@@ -14,7 +14,7 @@ spdlog::level::level_enum SpdlogLevel(EN_LOG_LEVEL level) {
   return level >= EN_LOG_LEVEL_WARNING ? spdlog::level::warn : spdlog::level::info;
 }
 
-// Never destroyed: lines may still be written while the process winds down.
+// Never destroyed: lines may still be written while the process exits.
 spdlog::sinks::sink& StandardError() {
   static auto& sink = []() -> spdlog::sinks::sink& {
     auto* created = new spdlog::sinks::stderr_sink_mt;
@@ -44,13 +44,13 @@ void WriteTo(spdlog::sinks::sink& sink, const spdlog::details::log_msg& line) {
     sink.log(line);
     sink.flush();
   } catch (const abi::__forced_unwind&) {
-    throw;  // the thread is being cancelled, which must not be stopped
+    throw;  // the cancellation of a thread must not be caught
   } catch (...) {
     // A sink that cannot write must not stop the operation that reports.
   }
 }
 
-// Lines go to the sinks themselves: a logger's level would hold them back, and they are to be written unconditionally.
+// Lines are written to the sinks directly: the level of the logger must not suppress them.
 void Write(const char* module, EN_LOG_LEVEL level, std::string_view text, const LocationInfo& location) {
   const spdlog::source_loc source(location.Module(), location.Line(), location.Function());
   const std::string escaped = Escaped(text);

@@ -22,7 +22,7 @@ class Rest {
  public:
   explicit Rest(const char* text) : m_text(text) {}
 
-  // Moves past the first occurrence of a piece. False without one.
+  // Moves past the first occurrence of a piece. False if there is none.
   bool SkipPast(std::string_view piece) {
     const char* found = piece.size() <= STRSTR_LIMIT ? FindShort(piece) : FindLong(piece);
     if (found == nullptr) return false;
@@ -46,7 +46,7 @@ class Rest {
     return static_cast<const char*>(memmem(m_text, Size(), piece.data(), piece.size()));
   }
 
-  // Searched once and only if needed: many matches end before the text does, and a pattern may have many pieces.
+  // Searched once and only if needed: many matches end before the end of the text, and a pattern may have many pieces.
   const char* End() {
     if (m_end == nullptr) m_end = m_text + std::strlen(m_text);
     return m_end;
@@ -82,14 +82,14 @@ bool Matches(const char* text, const char* pattern) {
   return SkipPieces(rest, pieces) && (tail.empty() || rest.EndsWith(tail));
 }
 
-// "link/" would name the folder that a symbolic link points to.
+// "link/" would mean the folder to which a symbolic link points.
 std::string WithoutTrailingSlashes(std::string path) {
   while (path.size() > 1 && path.back() == '/')
     path.pop_back();
   return path;
 }
 
-// "x/." and "x/.." name folders that the system refuses to remove, but lets one empty.
+// The system refuses to remove "x/." and "x/..", but would allow to empty them.
 bool IsRefused(const std::string& path) {
   if (path.find('\0') != std::string::npos) return true;
   const std::string name = WithoutTrailingSlashes(path);
@@ -97,8 +97,7 @@ bool IsRefused(const std::string& path) {
   return name.compare(last, name.npos, ".") == 0 || name.compare(last, name.npos, "..") == 0;
 }
 
-// Removes a file, or a folder with AT_REMOVEDIR. Returns 0 or an errno value: ENOTEMPTY for a folder that holds
-// something.
+// Removes a file, or a folder with AT_REMOVEDIR. Returns 0 or an errno value: ENOTEMPTY for a folder that is not empty.
 int Unlink(int parent, const char* name, int flags = 0) {
   return unlinkat(parent, name, flags) == 0 ? 0 : errno;
 }
@@ -121,9 +120,8 @@ bool IsSameFolder(const struct ::stat& a, const struct ::stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-// Empties a tree of any depth with one open folder at a time, so that neither the stack nor the limit on descriptors
-// can run out. Each step returns 0 or an errno value. A folder is opened only if it holds something: an empty one may
-// be unreadable.
+// Empties a tree of any depth with one open folder at a time: neither the stack nor the descriptors can run out. Each
+// step returns 0 or an errno value. Only folders that are not empty are opened: an empty one may be unreadable.
 class TreeRemover {
  public:
   explicit TreeRemover(OpenFolder root) : m_folder(std::move(root)) {}
@@ -138,12 +136,12 @@ class TreeRemover {
  private:
   struct Level {
     struct ::stat identity;
-    std::vector<std::string> folders;  // the last one is the one that is being emptied
+    std::vector<std::string> folders;  // the last one is being emptied
   };
 
   int Here() const { return dirfd(m_folder.get()); }
 
-  // Removes everything from the open folder but folders that hold something. These become its level.
+  // Removes everything from the open folder except folders that are not empty. These become its level.
   int RemoveEntries() {
     Level level;
     if (fstat(Here(), &level.identity) != 0) return errno;
@@ -176,7 +174,7 @@ class TreeRemover {
     struct ::stat identity;
     if (parent == nullptr || fstat(dirfd(parent.get()), &identity) != 0) return errno;
     m_levels.pop_back();
-    // If another process has moved the folder, its parent is no part of the tree.
+    // If another process has moved the folder, its parent is not part of the tree.
     if (!IsSameFolder(identity, m_levels.back().identity)) return ENOENT;
     m_folder = std::move(parent);
     const std::string name = std::move(m_levels.back().folders.back());

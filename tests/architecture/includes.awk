@@ -26,7 +26,7 @@ function folder_of(file,   name) {
   return ""
 }
 
-# The file that an include directive means: one in the same folder, else one whose folder may be used, else any.
+# The file to which an include directive refers: one in the same folder, else one whose folder may be used, else any.
 function resolve(from, header,   folder, count, found, i) {
   folder = from
   sub(/[^\/]*$/, "", folder)

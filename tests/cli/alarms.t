@@ -34,7 +34,7 @@ Changes, without the table. An alarm keeps the time when it was raised.
   "FAC-3-2" "CL" "26-01-15 12:00:45" "cleared"
   $ cd "$OLDPWD"
 
-An alarm is identified by source, SID, AID and condition, and cleared by CL in its text, whatever the alarm code.
+An alarm is identified by source, SID, AID and condition, and cleared by CL in its text, for any alarm code.
 
   $ alarm() { printf '\r\n\n   %s 26-03-04 05:06:0%d\r\n%-2s %d REPT ALM EQPT\r\n   "%s"\r\n;' "$1" "$2" "$3" "$2" "$4"; }
   $ { alarm N1 1 '*C' 'A1:CR,LOS'; alarm N2 2 '*C' 'A1:CR,LOS'; alarm N1 3 '**' 'A1:MJ,LOF'; alarm N1 4 '*C' 'A2:CR,LOS'; } > raised
@@ -62,7 +62,7 @@ An alarm is identified by source, SID, AID and condition, and cleared by CL in i
   cleared  CL  26-03-04 05:06:03  N1  A1  LOF  -  -
   changed  MN  26-03-04 05:06:04  N1  A2  LOS  -  -
 
-Live input has times, a limit ends it well; what is incomplete or no TL1 is reported.
+Live input has times, and a time limit ends it with status 0. Incomplete messages and input without TL1 are reported.
 
   $ cat raised | varnel alarms --json | without_times | head -n 1
   {"source":"-","sid":"N1","aid":"A1","condition":"LOF","severity":"MJ","effect":null,"raised":"26-03-04 05:06:03","received":"TIME","description":null}
@@ -74,7 +74,7 @@ Live input has times, a limit ends it well; what is incomplete or no TL1 is repo
   CR   26-03-04 05:06:04  N1   A2   LOS        -       -
   CR   26-03-04 05:06:02  N2   A1   LOS        -       -
   ! varnel: -: skipped 0 bytes between messages: 0 echoes, 0 prompts, 0 other lines; 0 telnet sequences
-  ! varnel: -: ended: nothing came for 0.3 seconds
+  ! varnel: -: ended: no input for 0.3 seconds
   $ printf '\r\n\n   N1 26-03-04 05:06:07\r\n*C 1 REPT ALM EQPT\r\n   "A1:CR,LOS"\r\n' | varnel alarms
   SEV  RAISED             SID  AID  CONDITION  EFFECT  DESCRIPTION
   CR   26-03-04 05:06:07  N1   A1   LOS        -       -

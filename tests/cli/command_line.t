@@ -51,8 +51,8 @@ Wrong usage exits with 2.
   ! Try "varnel package --help".
   [2]
 
-What begins with "-" is an argument if it is a number or follows "--", and may be the value of an option. A flag may have
-a value.
+A word that begins with "-" is an argument if it is a number or follows "--", and may be the value of
+an option. A flag may have a value.
 
   $ varnel slot -5
   ! varnel: -5: does not begin with a shelf or slot number

@@ -1,7 +1,7 @@
-# Makes a .t file from a Markdown document: sessions and listings indented, every other line after "|".
+# Converts a Markdown document to a .t file: sessions and listings indented, every other line after "|".
 #
 # The block after <!-- session --> is a session in a folder with the sample files as "data", the one after
-# <!-- PATH --> is the file PATH of the project. The lines that only the .t file has begin with "  $ : document;".
+# <!-- PATH --> is the file PATH of the project. Lines that are only in the .t file begin with "  $ : document;".
 
 BEGIN { print "  $ : document; ln -s \"$DATA\" data" }
 /^<!-- (session|[^ ]+\/[^ ]+) -->$/ { mark = $2 }

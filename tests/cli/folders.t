@@ -12,7 +12,7 @@ Files without the magic are skipped, links and special files are not followed.
   $ ln -s .. tree/deep/loop
   $ ln -s ../sample.pkg tree/link.pkg
   $ varnel package tree
-  tree/deep/deeper/cut.pkg: bad: directory head: the file ends after 50 of 64 bytes
+  tree/deep/deeper/cut.pkg: bad: directory header: the file ends after 50 of 64 bytes
   tree/deep/good.pkg: good
     version         2.10
     link target     mainboard

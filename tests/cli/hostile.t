@@ -61,16 +61,16 @@ Control characters, invalid UTF-8 and NULs in names, texts and streams.
     dashed      3-5
     hexadecimal 3-5
     DC          305
-    note        what follows the slot number is ignored
+    note        text after the slot number is ignored
   ! varnel: \x1b]0;x\x07: does not begin with a shelf or slot number
   [1]
   $ varnel slot --json "$(printf '3-5,\033[2J\302\233\377')"
   {"text":"3-5,\\u001b[2J\\u009b\xef\xbf\xbd","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":"305","ne_slot_id":null} (esc)
-  ! varnel: 3-5,\x1b[2J\xc2\x9b\xff: what follows the slot number is ignored
+  ! varnel: 3-5,\x1b[2J\xc2\x9b\xff: text after the slot number is ignored
   $ printf '3\0005\n\n3-5\n' | varnel slot --json -
   {"text":"3\u00005","word":null,"shelf":null,"slot":null,"dashed":null,"hex":null,"dc":null,"ne_slot_id":null}
   {"text":"3-5","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":"305","ne_slot_id":null}
-  ! varnel: 3\x005: holds a NUL
+  ! varnel: 3\x005: contains a NUL
   [1]
 
   $ name=$(printf '\033[2Jscc\302\233\377')

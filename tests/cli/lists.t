@@ -9,7 +9,7 @@ The README has a row for each subcommand, and a document names each.
   >   grep -q "\`varnel $subcommand[\` ]" "$PROJECT"/docs/*.md || echo "no document in docs/ names varnel $subcommand"
   > done
 
-Each subcommand has a line in terminal.t that shows it hostile bytes.
+Each subcommand has a line in terminal.t that passes hostile bytes to it.
 
   $ for subcommand in $(subcommands); do
   >   grep -q "^  \$ show \(-v \)\?$subcommand .*\$bad" "$SUPPORT/terminal.t" || echo "terminal.t has no hostile bytes for $subcommand"

@@ -24,7 +24,7 @@
     payload offset  152
     cold patch      no
     entries         0
-  ! varnel: small.pkg: package description: there is no valid entry in it (expected eight columns separated by colons)
+  ! varnel: small.pkg: package description: no valid entry (expected eight columns separated by colons)
 
 To and from standard streams. A file that cannot be read is noticed before the first byte is written.
 

@@ -51,10 +51,10 @@ Several files: one bad file makes the exit status 1.
       line-card.bin  app        524288
       fpga-07.rbt    logic      262144
       hotfix-12.bin  patch        2048
-  bad.pkg: bad: directory head: checksum 0x00000005 stored, 0x0000005d computed
+  bad.pkg: bad: directory header: checksum 0x00000005 stored, 0x0000005d computed
   [1]
   $ varnel package --only-bad sample.pkg bad.pkg
-  bad.pkg: bad: directory head: checksum 0x00000005 stored, 0x0000005d computed
+  bad.pkg: bad: directory header: checksum 0x00000005 stored, 0x0000005d computed
   [1]
   $ varnel package --quiet sample.pkg
   $ varnel package -q sample.pkg absent.pkg
@@ -160,12 +160,12 @@ Descriptions: none, without entries, with a line that is too long, of a cold pat
     entries         1
       NAME  KIND        SIZE
       a     b              5
-  ! varnel: empty.pkg: package description: there is no valid entry in it (expected eight columns separated by colons)
+  ! varnel: empty.pkg: package description: no valid entry (expected eight columns separated by colons)
   ! varnel: long.pkg: package description: line 4: a column is longer than 255 bytes, the entries from there on are not listed
   $ varnel package --json empty.pkg long.pkg
   {"path":"empty.pkg","ok":true,"error":null,"version":"1.0","link_target":"package","file_type":1,"file_type_accepted":true,"payload_offset":149,"extension_word":null,"cold_patch":false,"entries":[]}
   {"path":"long.pkg","ok":true,"error":null,"version":"1.0","link_target":"package","file_type":1,"file_type_accepted":true,"payload_offset":149,"extension_word":null,"cold_patch":false,"entries":[{"name":"a","kind":"b","size":5}]}
-  ! varnel: empty.pkg: package description: there is no valid entry in it (expected eight columns separated by colons)
+  ! varnel: empty.pkg: package description: no valid entry (expected eight columns separated by colons)
   ! varnel: long.pkg: package description: line 4: a column is longer than 255 bytes, the entries from there on are not listed
   $ varnel package -q empty.pkg
   $ printf '[COLDPATCH]\n[File Description]\na:b:c:d:5:f:g:h\n' > patch.txt
@@ -194,14 +194,14 @@ Damaged headers.
   $ head -c 100 sample.pkg > headers/file-short.pkg
   $ : > headers/empty.pkg
   $ varnel package headers/*
-  headers/dir-magic.pkg: bad: directory head: magic word 0x51584458, not 0x51584444 ("QXDD")
-  headers/dir-short.pkg: bad: directory head: the file ends after 63 of 64 bytes
-  headers/dir-sum.pkg: bad: directory head: checksum 0x00000007 stored, 0x00000005 computed
-  headers/empty.pkg: bad: directory head: the file ends after 0 of 64 bytes
-  headers/file-magic.pkg: bad: file head: magic word 0x00584646, not 0x51584646 ("QXFF")
-  headers/file-short.pkg: bad: file head: the file ends after 31 of 64 bytes
-  headers/file-sum.pkg: bad: file head: checksum 0x000000ff stored, 0x0000002b computed
-  headers/link-length.pkg: bad: file head: checksum 0x0000002b stored, 0x0000012a computed
+  headers/dir-magic.pkg: bad: directory header: magic word 0x51584458, not 0x51584444 ("QXDD")
+  headers/dir-short.pkg: bad: directory header: the file ends after 63 of 64 bytes
+  headers/dir-sum.pkg: bad: directory header: checksum 0x00000007 stored, 0x00000005 computed
+  headers/empty.pkg: bad: directory header: the file ends after 0 of 64 bytes
+  headers/file-magic.pkg: bad: file header: magic word 0x00584646, not 0x51584646 ("QXFF")
+  headers/file-short.pkg: bad: file header: the file ends after 31 of 64 bytes
+  headers/file-sum.pkg: bad: file header: checksum 0x000000ff stored, 0x0000002b computed
+  headers/link-length.pkg: bad: file header: checksum 0x0000002b stored, 0x0000012a computed
   [1]
 
 Damaged texts. The last file's link text is 1032 bytes long instead of 8, with a correct checksum.
@@ -217,7 +217,7 @@ Damaged texts. The last file's link text is 1032 bytes long instead of 8, with a
   $ varnel package link-short.pkg version-short.pkg no-marker.pkg link-long.pkg
   link-short.pkg: bad: link text: the file ends after 2 of 8 bytes
   version-short.pkg: bad: version text: the file ends after 1 of 3 bytes
-  no-marker.pkg: bad: link text: there is no "-> " in it
+  no-marker.pkg: bad: link text: it contains no "-> "
   link-long.pkg: bad: link text: 1032 bytes, at most 1023 are allowed
   [1]
 
@@ -248,17 +248,17 @@ A package with everything, through a symbolic link, good and damaged.
   $ varnel coldpatch link.pkg
   link.pkg: yes
   $ varnel head link.pkg | grep -v '^ *[0-9]'
-  directory head at offset 0
-    checksum 0x0000000a stored, 0x0000000a computed: right
-  file head at offset 74
-    checksum 0x0000001d stored, 0x0000001d computed: right
+  directory header at offset 0
+    checksum 0x0000000a stored, 0x0000000a computed: correct
+  file header at offset 74
+    checksum 0x0000001d stored, 0x0000001d computed: correct
   link.pkg: good
   $ put made.pkg 100 X
   $ varnel package link.pkg
-  link.pkg: bad: file head: checksum 0x0000001d stored, 0x00000075 computed
+  link.pkg: bad: file header: checksum 0x0000001d stored, 0x00000075 computed
   [1]
   $ varnel coldpatch link.pkg
   link.pkg: yes
   $ varnel head link.pkg | tail -n 1
-  link.pkg: bad: file head: checksum 0x0000001d stored, 0x00000075 computed
+  link.pkg: bad: file header: checksum 0x0000001d stored, 0x00000075 computed
   [1]

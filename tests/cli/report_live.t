@@ -40,7 +40,7 @@ A growing file, which is rewritten once.
   package complete
   status 0
 
-A file that another one takes the place of. The silence after it ends the run.
+A file that is replaced. The idle limit ends the run.
 
   $ package 1 4 > log
   $ exec {live}< <(varnel report --follow log --idle 2 2>&1; echo "status $?")
@@ -50,7 +50,7 @@ A file that another one takes the place of. The silence after it ends the run.
   $ package 2 4 > log
   $ cat <&"$live"
   package 2/4 50%
-  ! varnel: log: no end result: nothing came for 2 seconds
+  ! varnel: log: no end result: no input for 2 seconds
   status 1
 
 Connections: ended by the element, silent after the end result, endless.
@@ -130,24 +130,24 @@ The time limit holds for every kind of input.
 
   $ serve --silent
   $ varnel report --connect "$address" --timeout 1 2>&1 | without_port
-  ! varnel: 127.0.0.1:PORT: no end result: the time is over after 1 second; no report was recognised
+  ! varnel: 127.0.0.1:PORT: no end result: time limit reached after 1 second; no report was recognised
   [1]
   $ echo "drop by drop" > drops.txt
   $ serve --for-ever --piece 1 --pause 20 drops.txt
   $ varnel report --connect "$address" --timeout 1.5 2>&1 | without_port
-  ! varnel: 127.0.0.1:PORT: no end result: the time is over after 1.5 seconds; no report was recognised
+  ! varnel: 127.0.0.1:PORT: no end result: time limit reached after 1.5 seconds; no report was recognised
   [1]
   $ varnel report --timeout 0.1 pipe
-  ! varnel: pipe: no end result: the time is over after 0.1 seconds; no report was recognised
+  ! varnel: pipe: no end result: time limit reached after 0.1 seconds; no report was recognised
   [1]
   $ exec {quiet}< <(exec sleep 50)
   $ varnel report --timeout 0.1 <&"$quiet"
-  ! varnel: -: no end result: the time is over after 0.1 seconds; no report was recognised
+  ! varnel: -: no end result: time limit reached after 0.1 seconds; no report was recognised
   [1]
   $ kill "$!"
   $ varnel report --timeout 0.1 --follow drops.txt
-  ! varnel: drops.txt: no end result: the time is over after 0.1 seconds; no report was recognised
+  ! varnel: drops.txt: no end result: time limit reached after 0.1 seconds; no report was recognised
   [1]
   $ (set +o pipefail; yes | varnel report --timeout 0.1 --separator y)
-  ! varnel: -: no end result: the time is over after 0.1 seconds; no report was recognised
+  ! varnel: -: no end result: time limit reached after 0.1 seconds; no report was recognised
   [1]

@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # Sourced by the sessions: the command with its standard error marked, sample files, and elements to connect to.
 
-# Runs a command. The lines of its standard error come after its output, each after "! ".
+# Runs a command. The lines of its standard error follow its output, each after "! ".
 marked() {
   local errors status=0
   { errors=$("$@" 2>&1 >&3 3>&-) || status=$?; } 3>&1
@@ -26,13 +26,13 @@ make_sample() {
     --link "sample -> mainboard" --type 2 --extension 7 --gap 3,0,0,2 --skip-length 4 --tail-length 5 sample.pkg
 }
 
-# put FILE OFFSET BYTES: overwrites bytes; BYTES as printf takes them
+# put FILE OFFSET BYTES: overwrites bytes; BYTES is a format of printf
 put() {
   # shellcheck disable=SC2059
   printf "$3" | dd of="$1" bs=1 seek="$2" conv=notrunc status=none
 }
 
-# serve ARGUMENT...: starts an element and sets $address. It ends with the connection, or by itself.
+# serve ARGUMENT...: starts an element and sets $address. It ends when the connection ends, or by its own commands.
 serve() {
   local port output
   exec {output}< <(exec varnel_element "$@" < /dev/null)
@@ -40,13 +40,13 @@ serve() {
   export address=127.0.0.1:$port
 }
 
-# The name of this machine for itself; its number if no name is known.
+# The name of the loopback address; its number if it has no name.
 local_name() { if getent hosts localhost > /dev/null; then echo localhost; else echo 127.0.0.1; fi; }
 
-# dismiss: ends an element that waits for nobody.
+# dismiss: ends an element without a connection.
 dismiss() { kill "$!" && { wait "$!" || true; }; }
 
-# hold COMMAND...: makes a pipe named `pipe` that has the output of a command and stays open.
+# hold COMMAND...: creates a pipe named `pipe` that contains the output of a command and stays open.
 hold() {
   local feed
   rm -f pipe
@@ -55,7 +55,7 @@ hold() {
   "$@" >&"$feed"
 }
 
-# Replaces the times when messages came.
+# Replaces the times at which messages arrived.
 without_times() { sed -E 's/"received":"[-0-9]{10}T[0-9:]{8}\.[0-9]{3}Z"/"received":"TIME"/'; }
 
 # Replaces the port of an element, which changes from run to run.

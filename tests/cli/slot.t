@@ -20,7 +20,7 @@
     hexadecimal 3-5
     DC          305
     NE slot ID  0x0670  1648
-    note        read plainly it is slot 305: 1-49, the word 0x0131
+    note        as a plain number it is slot 305: 1-49, the word 0x0131
   105: shelf 0, slot 105
     read as     plain number
     word        0x0069  105
@@ -36,7 +36,7 @@
     hexadecimal a-1f
     DC          1031
     NE slot ID  0x0407  1031
-    note        read plainly it is slot 1031: 4-7, the word 0x0407
+    note        as a plain number it is slot 1031: 4-7, the word 0x0407
   0x0a1f: shelf 10, slot 31
     read as     hexadecimal word
     word        0x0a1f  2591
@@ -87,14 +87,14 @@
     dashed      2-14
     hexadecimal 2-e
     DC          214
-    note        what follows the slot number is ignored
+    note        text after the slot number is ignored
   3-5-1: shelf 3, slot 5
     read as     dashed form
     word        0x0305  773
     dashed      3-5
     hexadecimal 3-5
     DC          305
-    note        what follows the slot number is ignored
+    note        text after the slot number is ignored
   $ varnel slot --json 3-5 7 305 0x0a1f SLOT-7 SLOT-305 2-14,PORT=1 1000 0
   {"text":"3-5","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":"305","ne_slot_id":null}
   {"text":"7","word":7,"shelf":0,"slot":7,"dashed":"7","hex":"7","dc":null,"ne_slot_id":7}
@@ -105,10 +105,10 @@
   {"text":"2-14,PORT=1","word":526,"shelf":2,"slot":14,"dashed":"2-14","hex":"2-e","dc":"214","ne_slot_id":null}
   {"text":"1000","word":2560,"shelf":10,"slot":0,"dashed":"10-0","hex":"a-0","dc":"1000","ne_slot_id":1000}
   {"text":"0","word":0,"shelf":0,"slot":0,"dashed":"0","hex":"0","dc":null,"ne_slot_id":0}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
   ! varnel: SLOT-305: slot 305 is above 255 and carries into the shelf
-  ! varnel: 2-14,PORT=1: what follows the slot number is ignored
-  ! varnel: 1000: read plainly it is slot 1000: 3-232, the word 0x03e8
+  ! varnel: 2-14,PORT=1: text after the slot number is ignored
+  ! varnel: 1000: as a plain number it is slot 1000: 3-232, the word 0x03e8
   ! varnel: 0: the word 0 means no slot
 
 Texts that can be read in two ways.
@@ -121,7 +121,7 @@ Texts that can be read in two ways.
     hexadecimal 3-5
     DC          305
     NE slot ID  0x0670  1648
-    note        read plainly it is slot 305: 1-49, the word 0x0131
+    note        as a plain number it is slot 305: 1-49, the word 0x0131
   200: shelf 2, slot 0
     read as     DC form
     word        0x0200  512
@@ -129,7 +129,7 @@ Texts that can be read in two ways.
     hexadecimal 2-0
     DC          200
     NE slot ID  0x0670  1648
-    note        read plainly it is slot 200: 200, the word 0x00c8
+    note        as a plain number it is slot 200: 200, the word 0x00c8
   199: shelf 0, slot 199
     read as     plain number
     word        0x00c7  199
@@ -145,8 +145,8 @@ Texts that can be read in two ways.
     hexadecimal 65-0
     DC          10100
     NE slot ID  0x2774  10100
-    note        read plainly it is slot 10100: 39-116, the word 0x2774
-    note        it is also how old generations write 10-100, the word 0x0a64
+    note        as a plain number it is slot 10100: 39-116, the word 0x2774
+    note        old generations also write it for 10-100, the word 0x0a64
   3150: shelf 31, slot 50
     read as     DC form
     word        0x1f32  7986
@@ -154,15 +154,15 @@ Texts that can be read in two ways.
     hexadecimal 1f-32
     DC          3150
     NE slot ID  0x0c4e  3150
-    note        read plainly it is slot 3150: 12-78, the word 0x0c4e
-    note        it is also how old generations write 3-150, the word 0x0396
+    note        as a plain number it is slot 3150: 12-78, the word 0x0c4e
+    note        old generations also write it for 3-150, the word 0x0396
   3-150: shelf 3, slot 150
     read as     dashed form
     word        0x0396  918
     dashed      3-150
     hexadecimal 3-96
     DC          3150
-    note        its DC form reads back as shelf 31, slot 50
+    note        its DC form is read as shelf 31, slot 50
   3-300: shelf 4, slot 44
     read as     dashed form
     word        0x042c  1068
@@ -183,15 +183,15 @@ Texts that can be read in two ways.
     dashed      5
     hexadecimal 5
     DC          none: written 5
-    note        a - follows later, so the library reads it as shelf 5, slot 0
+    note        the text contains a later -, therefore the library reads it as shelf 5, slot 0
   14:A-B: shelf 0, slot 14
     read as     plain number
     word        0x000e  14
     dashed      14
     hexadecimal e
     DC          none: written 14
-    note        what follows the slot number is ignored
-    note        a - follows later, so the library reads it as shelf 14, slot 0
+    note        text after the slot number is ignored
+    note        the text contains a later -, therefore the library reads it as shelf 14, slot 0
   000000000305: shelf 1, slot 49
     read as     plain number
     word        0x0131  305
@@ -205,11 +205,11 @@ Texts that can be read in two ways.
   {"text":"10100","word":25856,"shelf":101,"slot":0,"dashed":"101-0","hex":"65-0","dc":"10100","ne_slot_id":10100}
   {"text":"3-300","word":1068,"shelf":4,"slot":44,"dashed":"4-44","hex":"4-2c","dc":"444","ne_slot_id":null}
   {"text":"SLOT-5:ABC-DEF","word":5,"shelf":0,"slot":5,"dashed":"5","hex":"5","dc":null,"ne_slot_id":null}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
-  ! varnel: 10100: read plainly it is slot 10100: 39-116, the word 0x2774
-  ! varnel: 10100: it is also how old generations write 10-100, the word 0x0a64
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
+  ! varnel: 10100: as a plain number it is slot 10100: 39-116, the word 0x2774
+  ! varnel: 10100: old generations also write it for 10-100, the word 0x0a64
   ! varnel: 3-300: slot 300 is above 255 and carries into the shelf
-  ! varnel: SLOT-5:ABC-DEF: a - follows later, so the library reads it as shelf 5, slot 0
+  ! varnel: SLOT-5:ABC-DEF: the text contains a later -, therefore the library reads it as shelf 5, slot 0
 
 Generations of elements.
 
@@ -222,45 +222,45 @@ Generations of elements.
   {"text":"305","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":"305","ne_slot_id":1648}
   {"text":"1-5","word":261,"shelf":1,"slot":5,"dashed":"1-5","hex":"1-5","dc":null,"ne_slot_id":null}
   {"text":"10-100","word":2660,"shelf":10,"slot":100,"dashed":"10-100","hex":"a-64","dc":"10100","ne_slot_id":null}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
-  ! varnel: 10-100: its DC form reads back as shelf 101, slot 0
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
+  ! varnel: 10-100: its DC form is read as shelf 101, slot 0
     DC          305
     DC          none: written 1-5
   generation 52099
   {"text":"305","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":"305","ne_slot_id":1648}
   {"text":"1-5","word":261,"shelf":1,"slot":5,"dashed":"1-5","hex":"1-5","dc":null,"ne_slot_id":null}
   {"text":"10-100","word":2660,"shelf":10,"slot":100,"dashed":"10-100","hex":"a-64","dc":"10100","ne_slot_id":null}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
-  ! varnel: 10-100: its DC form reads back as shelf 101, slot 0
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
+  ! varnel: 10-100: its DC form is read as shelf 101, slot 0
     DC          305
     DC          none: written 1-5
   generation 52100
   {"text":"305","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":null,"ne_slot_id":1648}
   {"text":"1-5","word":261,"shelf":1,"slot":5,"dashed":"1-5","hex":"1-5","dc":null,"ne_slot_id":null}
   {"text":"10-100","word":2660,"shelf":10,"slot":100,"dashed":"10-100","hex":"a-64","dc":null,"ne_slot_id":null}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
     DC          none: written 3-5
     DC          none: written 1-5
   generation 052100
   {"text":"305","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":null,"ne_slot_id":1648}
   {"text":"1-5","word":261,"shelf":1,"slot":5,"dashed":"1-5","hex":"1-5","dc":null,"ne_slot_id":null}
   {"text":"10-100","word":2660,"shelf":10,"slot":100,"dashed":"10-100","hex":"a-64","dc":null,"ne_slot_id":null}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
     DC          none: written 3-5
     DC          none: written 1-5
   generation -1
   {"text":"305","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":"305","ne_slot_id":1648}
   {"text":"1-5","word":261,"shelf":1,"slot":5,"dashed":"1-5","hex":"1-5","dc":null,"ne_slot_id":null}
   {"text":"10-100","word":2660,"shelf":10,"slot":100,"dashed":"10-100","hex":"a-64","dc":"10100","ne_slot_id":null}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
-  ! varnel: 10-100: its DC form reads back as shelf 101, slot 0
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
+  ! varnel: 10-100: its DC form is read as shelf 101, slot 0
     DC          305
     DC          none: written 1-5
   generation 2147483647
   {"text":"305","word":773,"shelf":3,"slot":5,"dashed":"3-5","hex":"3-5","dc":null,"ne_slot_id":1648}
   {"text":"1-5","word":261,"shelf":1,"slot":5,"dashed":"1-5","hex":"1-5","dc":null,"ne_slot_id":null}
   {"text":"10-100","word":2660,"shelf":10,"slot":100,"dashed":"10-100","hex":"a-64","dc":null,"ne_slot_id":null}
-  ! varnel: 305: read plainly it is slot 305: 1-49, the word 0x0131
+  ! varnel: 305: as a plain number it is slot 305: 1-49, the word 0x0131
     DC          none: written 3-5
     DC          none: written 1-5
 
@@ -278,14 +278,14 @@ Too large, and malformed.
   ! varnel: SLOT-65536: slot 65536 does not fit
   ! varnel: 0x10000: is above 0xffff
   ! varnel: 0x12345678901: is above 0xffff
-  ! varnel: 30000: is too large for the DC form, where shelves end at 255
-  ! varnel: 30000: read plainly it is slot 30000: 117-48, the word 0x7530
-  ! varnel: 70000: is too large for the DC form, where shelves end at 255
-  ! varnel: 255100: is too large for the DC form, where shelves end at 255
-  ! varnel: 255100: it is also how old generations write 255-100, the word 0xff64
-  ! varnel: 1677721905: is too large for the DC form, where shelves end at 255
-  ! varnel: 12345678901: is too large for the DC form, where shelves end at 255
-  ! varnel: 123456789012: is too large for the DC form, where shelves end at 255
+  ! varnel: 30000: is too large for the DC form (the largest shelf is 255)
+  ! varnel: 30000: as a plain number it is slot 30000: 117-48, the word 0x7530
+  ! varnel: 70000: is too large for the DC form (the largest shelf is 255)
+  ! varnel: 255100: is too large for the DC form (the largest shelf is 255)
+  ! varnel: 255100: old generations also write it for 255-100, the word 0xff64
+  ! varnel: 1677721905: is too large for the DC form (the largest shelf is 255)
+  ! varnel: 12345678901: is too large for the DC form (the largest shelf is 255)
+  ! varnel: 123456789012: is too large for the DC form (the largest shelf is 255)
   [1]
   $ varnel slot '' ' ' abc -5 3- 3--5 '3 - 5' 3-5x a-1f 0x 0x1G slot-3-5 SLOT- SLOT-1-SLOT-2-3 PORT-1 7
   7: shelf 0, slot 7
@@ -301,8 +301,8 @@ Too large, and malformed.
   ! varnel: -5: does not begin with a shelf or slot number
   ! varnel: 3-: has no slot number after 3-
   ! varnel: 3--5: has no slot number after 3-
-  ! varnel: 3 - 5: has text after the slot number that no slot text has
-  ! varnel: 3-5x: has text after the slot number that no slot text has
+  ! varnel: 3 - 5: has invalid text after the slot number
+  ! varnel: 3-5x: has invalid text after the slot number
   ! varnel: a-1f: does not begin with a shelf or slot number
   ! varnel: 0x: is not 0x and hexadecimal digits
   ! varnel: 0x1G: is not 0x and hexadecimal digits

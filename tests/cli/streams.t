@@ -1,5 +1,4 @@
-Closed standard streams, closed pipes, full disks. The marking of standard error needs open streams: "command" leaves it
-out.
+Closed standard streams, closed pipes, full disks. The marks of standard error need open streams: "command" omits them.
 
   $ . "$SUPPORT/session.sh"
   $ make_sample

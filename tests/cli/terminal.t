@@ -10,16 +10,16 @@ Colours and progress of package.
   $ mkdir tree
   $ cp sample.pkg cut.pkg tree
   $ on_terminal "varnel package cut.pkg" | cat -v
-  cut.pkg: ^[[1;31mbad^[[0m: directory head: the file ends after 50 of 64 bytes^M
+  cut.pkg: ^[[1;31mbad^[[0m: directory header: the file ends after 50 of 64 bytes^M
   [1]
   $ on_terminal "NO_COLOR=1 varnel package cut.pkg" | cat -v
-  cut.pkg: bad: directory head: the file ends after 50 of 64 bytes^M
+  cut.pkg: bad: directory header: the file ends after 50 of 64 bytes^M
   [1]
   $ on_terminal "NO_COLOR= varnel package cut.pkg" | cat -v
-  cut.pkg: ^[[1;31mbad^[[0m: directory head: the file ends after 50 of 64 bytes^M
+  cut.pkg: ^[[1;31mbad^[[0m: directory header: the file ends after 50 of 64 bytes^M
   [1]
   $ on_terminal "TERM=dumb varnel package cut.pkg" | cat -v
-  cut.pkg: bad: directory head: the file ends after 50 of 64 bytes^M
+  cut.pkg: bad: directory header: the file ends after 50 of 64 bytes^M
   [1]
   $ on_terminal "varnel make-package -" | cat -v
   varnel: -: is a terminal (expected a file or a pipe)^M
@@ -34,7 +34,7 @@ Colours and progress of package.
   $ on_terminal "varnel package --json hostile.pkg" | grep -o '"link_target":"[^"]*"'
   "link_target":"\\u009b\\u007f\xc3\xa9" (esc)
 
-The bar of report, which gives way to the last line. Only a terminal shows it.
+The bar of report, which the last line replaces. Only a terminal shows it.
 
   $ on_terminal "varnel report '$DATA/reports/script-mml.txt'" > shown
   $ grep -o '\[=* *\] script 5/20 25%  [0-9]*:[0-9][0-9]' shown | sed 's/ [0-9:]*$/ TIME/'
@@ -91,7 +91,7 @@ Colours of tl1.
   0
   [1]
 
-Hostile bytes in files, streams and arguments: apart from what draws the bars, a terminal receives no control
+Hostile bytes in files, streams and arguments: apart from the codes that draw the bars, a terminal receives no control
 character, nothing that changes the direction of writing, and only valid UTF-8.
 
   $ export NO_COLOR=1

@@ -189,7 +189,7 @@ Filters.
   5
   [1]
 
-Texts taken apart: blocks, names, folds, escapes; a name that occurs twice.
+Parts of texts: blocks, names, folds, escapes; a name that occurs twice.
 
   $ texts() { varnel tl1 --json "$@" | sed -E 's/.*"text":(.*),"severity":([^,]*),"missed":([^,]*),"cont.*/\1 \2 \3/'; }
   $ message() { printf '\r\n\n   N1 26-03-04 05:06:07\r\n* %s REPT ALM EQPT\r\n   %b\r\n;' "$1" "$2"; }
@@ -359,7 +359,7 @@ Messages without an end.
   ! varnel: -: the answer at offset 0 lacks its last part
   [1]
 
-Several files: each is a stream of its own.
+Several files: each is a separate stream.
 
   $ printf 'IP 1\r\n<' > one
   $ printf 'noise' > two

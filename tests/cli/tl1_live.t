@@ -34,8 +34,7 @@ A growing file.
   {"type":"response","source":"growing.tl1","received":"TIME","offset":293,"length
   $ kill "$!"
 
-A growing file that is truncated, then gets another file's name, in the middle of messages. Nothing of one is mixed with
-the other.
+A growing file that is truncated, then replaced, in the middle of messages. Their contents are not mixed.
 
   $ stream() { printf '\r\n\n   N1 26-03-04 05:06:07\r\nM  %d COMPLD\r\n;' "$@"; }
   $ show() { read -r -t 20 line <&"$live" && echo "$line" | sed -E 's/.*("offset":.*"complete":[a-z]*).*("ctag":[^,]*).*/\1 \2/'; }
@@ -83,7 +82,7 @@ Limits of time.
     at    0, 42 bytes
   
   ! varnel: -: skipped 0 bytes between messages: 0 echoes, 0 prompts, 0 other lines; 0 telnet sequences
-  ! varnel: -: ended: nothing came for 0.3 seconds
+  ! varnel: -: ended: no input for 0.3 seconds
   $ hold stream 1
   $ varnel tl1 --timeout 0.3 --type 'ack*' < pipe
   $ hold stream 1
@@ -148,7 +147,7 @@ Connections: whole, one byte at a time, cut off, refused, silent.
     at    35, 9 bytes
   
 
-A byte a second meets the time limit.
+One byte per second does not delay the time limit.
 
   $ printf 'x' > drop
   $ serve --for-ever --piece 1 --pause 1000 drop

@@ -1,4 +1,4 @@
-// A stranger's program: it knows the installed headers and nothing of the build tree.
+// A user's program: it includes the installed headers and uses nothing of the build tree.
 #include <varnel_common/varnel_common.h>
 #include <varnel_tl1/tl1.h>
 
@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-// The shorter spellings work too.
+// The shorter spellings must also work.
 #include "cmdstr.h"
 #include "framer.h"
 #include "platform/annex_k.h"
@@ -27,7 +27,7 @@ void UseValues() {
   std::cout << "shelf 1, slot 3: " << WSlotIDi2str(0x0103) << '\n';
 }
 
-// Needs the class's table of virtual operations and the description of its type.
+// Needs the virtual table and the type information of the class.
 class Awaited : public CVNPackGuageEvt {
  public:
   bool IsMyEvt(const char* report) override { return CVNPackGuageEvt::IsMyEvt(report); }

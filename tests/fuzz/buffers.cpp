@@ -1,4 +1,4 @@
-// A sequence of operations on a command text and on a binary message, each with a plain model beside it.
+// A sequence of operations on a command text and on a binary message, each compared with a plain model.
 
 #include <cmdstr.h>
 #include <comnemsg.h>
@@ -26,7 +26,7 @@ namespace {
 constexpr int MOST_STEPS = 200;
 constexpr size_t LONG_TEXT = 1 << 16;
 
-// The text that was read last and what was appended since.
+// The text that was read last, and the pieces appended since.
 class CommandModel {
  public:
   size_t Size() const { return m_merged.size() + m_added.size(); }
@@ -39,7 +39,7 @@ class CommandModel {
 
   void Add(const std::string& text) { m_added += text; }
 
-  // Pieces go where the text ends for a reader, and the length stays.
+  // Pieces are written after the first NUL-terminated part, and the length stays.
   const std::string& Get() {
     if (m_added.empty()) return m_merged;
     const size_t size = Size();
@@ -133,7 +133,7 @@ class Command {
     m_model.Set(text);
   }
 
-  // Goes on with a copy, or with one that held something before.
+  // Continues with a copy, or with an assigned object that had a text before.
   void Copy(unsigned char kind) {
     std::unique_ptr<CCmdStr> copy;
     const std::string text = m_model.Get().c_str();
@@ -225,7 +225,7 @@ class Body {
     return choice < 32 ? input.Number() : choice;
   }
 
-  // Some bytes again and again, up to a length.
+  // Some bytes repeated up to a length.
   static std::string Data(Input& input) {
     std::string data(Length(input), '\0');
     const std::string bytes = input.Bytes(8) + '.';
@@ -263,7 +263,7 @@ class Body {
     m_model.SetBufLen(length);
   }
 
-  // Goes on with an empty message, a copy, or one that was assigned to.
+  // Continues with an empty message, a copy, or an assigned one.
   void Replace(size_t choice) {
     std::unique_ptr<CComNEMsg> next;
     if (choice % 4 == 0) {

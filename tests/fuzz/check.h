@@ -17,7 +17,7 @@ inline void (*g_showInput)() = nullptr;
 }
 
 /// Counts the answers of a function. A replay fails unless both answers are frequent: a comparison of functions that
-/// always refuse shows nothing.
+/// always refuse proves nothing.
 class Answers {
  public:
   explicit Answers(const char* function) : m_function(function) { All().push_back(this); }
@@ -47,7 +47,7 @@ class Answers {
 
 }  // namespace VARNEL_FUZZ
 
-/// Aborts when a property does not hold, in every kind of build.
+/// Aborts if a property is violated, in every build type.
 #define FUZZ_CHECK(condition) ((condition) ? void() : ::VARNEL_FUZZ::Fail(#condition, __FILE__, __LINE__))
 
 #endif

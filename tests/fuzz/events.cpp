@@ -1,4 +1,4 @@
-// A number that the counts start from, an event key and a report: the handlers of all events against the plain ones.
+// The initial counts, an event key and a report: the handlers of all events compared with plain ones.
 
 #include <evtmsg.h>
 
@@ -22,7 +22,7 @@ using VARNEL_COMMON::CVNScriptFileEndEvt;
 using VARNEL_COMMON::CVNScriptFileGuageEvt;
 using VARNEL_TEST::ExactText;
 
-// The handlers in the plainest way, with streams and strtoul().
+// Plain handlers, with streams and strtoul().
 namespace Reference {
 namespace {
 
@@ -40,7 +40,7 @@ struct ScriptEnd {
 
 constexpr size_t NPOS = std::string::npos;
 
-// The words of the pattern, each between two "*", follow each other.
+// Whether the words of the pattern, each between two "*", occur in order.
 bool HasShape(const std::string& report, std::string_view pattern) {
   size_t at = 0;
   for (pattern.remove_prefix(1); !pattern.empty();) {
@@ -177,7 +177,7 @@ void CheckEnd(const std::string& report) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VARNEL_FUZZ::Input input(data, size);
   const unsigned int before = input.Byte();
-  // Both are C strings to the library.
+  // The library reads both as C strings.
   const std::string key = input.Field().substr(0, LONGEST_KEY).c_str();
   const std::string report = input.Rest().substr(0, LONGEST_REPORT).c_str();
 

@@ -1,5 +1,5 @@
-// A text put together as the input says, out of noise and of passwords in all accepted spellings, goes through the
-// sensitive-text filter: no password comes out. The input itself goes through it as well.
+// Filters a text that the input composes of noise and of passwords in all accepted spellings: no password may remain.
+// The input itself is filtered too.
 
 #include <platform/ns_util.h>
 
@@ -31,24 +31,24 @@ std::string Without(std::string text, const std::string& unwanted) {
   return text;
 }
 
-// The text outside passwords, without what `unwanted` names and without the secret itself.
+// The text outside passwords, without `unwanted` characters and without the secret.
 std::string Other(Input& input, size_t longest, const std::string& unwanted) {
   const std::string text = Without(input.Bytes(input.Byte() % longest), unwanted);
   return text.find(SECRET) == std::string::npos ? text : "";
 }
 
-// A quote, a bracket or a TL1 command that noise begins would take in what follows, and end anywhere.
+// A quote, bracket or TL1 command in the noise could include the following text and end anywhere.
 std::string Noise(Input& input) {
   return Other(input, 32, "\"'`&\\:([{\xC2\xE2");
 }
 
-// Bytes around the secret; all that could end the value is taken out.
+// Bytes around the secret, without all bytes that could end the value.
 std::string Value(Input& input, const std::string& unwanted) {
   const std::string front = Without(input.Bytes(input.Byte() % 8), unwanted);
   return front + SECRET + Without(input.Bytes(input.Byte() % 8), unwanted);
 }
 
-// A value without quotes: it begins with no quote or bracket, nor with signs and one of these, as in =`.
+// A value without quotes. It must not begin with a quote or bracket, also not after signs, as in =`.
 std::string Plain(Input& input) {
   const std::string value = Value(input, std::string("\"'\\,; \t\n\v\f\r", 11));
   const size_t start = value.find_first_not_of("=:>");
@@ -108,7 +108,7 @@ std::string Filtered(std::string text) {
   return text;
 }
 
-// Filtering twice changes nothing more, and a mask is no more than some bytes for each one that it covers.
+// Filtering twice changes nothing more, and masks add only a bounded number of bytes.
 void CheckAnyBytes(const std::string& text) {
   constexpr size_t MASK = 6;
   const std::string once = Filtered(text);

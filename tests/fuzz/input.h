@@ -9,7 +9,7 @@
 
 namespace VARNEL_FUZZ {
 
-/// The bytes of an input, taken from its front.
+/// Reads the bytes of an input in order.
 class Input {
  public:
   Input(const uint8_t* data, size_t size) : m_rest(reinterpret_cast<const char*>(data), size) {}
@@ -43,7 +43,7 @@ class Input {
     return bytes;
   }
 
-  /// The bytes up to the next record separator or the end; the separator is taken too.
+  /// The bytes up to the next record separator or the end; the separator is consumed too.
   std::string Field() {
     const std::string field = Bytes(std::min(m_rest.find('\x1E'), m_rest.size()));
     Byte();

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// Takes the place of the platform's log service: lines are kept instead of written. All else of the platform stays.
+/// Replaces the platform's log service: lines are kept instead of written. The rest of the platform is unchanged.
 namespace VARNEL_FUZZ {
 
 struct KeptLine {
@@ -12,7 +12,7 @@ struct KeptLine {
   std::string text;
 };
 
-/// The lines of the current input; a target that looks at them clears them first.
+/// The lines of the current input; a target that examines them clears them first.
 std::vector<KeptLine>& KeptLog();
 
 }  // namespace VARNEL_FUZZ

@@ -3,13 +3,13 @@
 
 #include <cstddef>
 
-/// Counts what operator new of the whole program has given out.
+/// Counts the bytes allocated by operator new in the whole program.
 namespace VARNEL_FUZZ {
 
-/// The most bytes that were live at once since the last ResetPeak().
+/// The peak of live bytes since the last ResetPeak().
 size_t PeakBytes();
 
-/// Gives the bytes that are live now.
+/// Returns the live bytes.
 size_t ResetPeak();
 
 }  // namespace VARNEL_FUZZ

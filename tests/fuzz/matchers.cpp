@@ -1,5 +1,5 @@
-// How often the text is repeated, a pattern and a text: the matchers against the plain ones, and on long texts the
-// search for the pattern between two "*".
+// A repetition count, a pattern and a text: the matchers compared with plain ones, and on long texts the search for the
+// pattern between two "*".
 
 #include <evtmsg.h>
 #include <str.h>
@@ -19,7 +19,7 @@ namespace Reference = VARNEL_TEST::Reference;
 namespace {
 
 constexpr size_t LONGEST_PATTERN = 128;
-constexpr size_t LONGEST_MATCHED = 256;  // the plain matchers take the product of the lengths
+constexpr size_t LONGEST_MATCHED = 256;  // the plain matchers need time for the product of the lengths
 constexpr size_t LONGEST_SEARCHED = 8192;
 
 void CheckMatchers(const std::string& text, const std::string& pattern) {
@@ -53,7 +53,7 @@ void CheckSearch(std::string text, std::string piece) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   VARNEL_FUZZ::Input input(data, size);
   const size_t repeats = input.Byte() + size_t{1};
-  // Both are C strings to the library.
+  // The library reads both as C strings.
   const std::string pattern = input.Field().substr(0, LONGEST_PATTERN).c_str();
   const std::string text = input.Rest().c_str();
   CheckMatchers(text.substr(0, LONGEST_MATCHED), pattern);

@@ -1,4 +1,4 @@
-// A text: two numbers or characters read from it one after the other, against those that a stream reads.
+// A text: two consecutive numbers or characters, compared with those that a stream reads.
 
 #include <str.h>
 
@@ -14,7 +14,7 @@
 
 namespace {
 
-// A stream that is used again: building one costs more than reading.
+// A reused stream: building one costs more than reading.
 std::istringstream& StreamOf(const std::string& text) {
   static std::istringstream stream;
   stream.clear();

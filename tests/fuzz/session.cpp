@@ -1,4 +1,4 @@
-// How a session works, and steps: what its caller does, and bytes that arrive at any time.
+// The options of a session and steps: calls, and bytes that arrive at any time.
 
 #include <varnel_tl1/session.h>
 
@@ -24,7 +24,7 @@ namespace {
 constexpr size_t LIMITS[] = {VARNEL_TL1::DEFAULT_LIMIT, 64, 200, 1000};
 constexpr size_t TELNET_ANSWERS = size_t{3} * 2 * 256;
 constexpr char PASSWORD[] = "K\"p\\7";
-constexpr char COUNTED_PASSWORD[] = "kp7";  // without what does not count
+constexpr char COUNTED_PASSWORD[] = "kp7";  // without ignored characters
 
 SessionOptions OptionsFrom(unsigned char byte) {
   SessionOptions options;
@@ -106,7 +106,7 @@ class Play {
     m_hasPassword = true;
   }
 
-  // Gives up a pending command, and starts the clock.
+  // Abandons a pending command, and starts the clock.
   void LogOut() {
     if (!m_session->LogOut(m_now, std::chrono::seconds(2))) return;
     m_pending = 1;
@@ -152,7 +152,7 @@ class Play {
     m_events.back() += std::to_string(message.offset) + "+" + std::to_string(message.length);
   }
 
-  // What is sent is small and not made larger by what is received.
+  // Received bytes do not increase the sent bytes.
   void CheckOutput() {
     m_session->Sent(m_session->Output().find(';') + 1);
     FUZZ_CHECK(m_session->Output().size() <= TELNET_ANSWERS + 4096);
@@ -168,7 +168,7 @@ class Play {
   std::vector<std::string> m_events;
 };
 
-// Memory does not grow with what an element sends to a command that is pending, over and over again.
+// Memory does not grow with the repeated output of an element for a pending command.
 void CheckMemory(const std::string& bytes) {
   constexpr size_t TOTAL = 200000, PIECE = 64, LIMIT = 1000, FIXED = 65536;
   std::string stream = bytes;
@@ -199,7 +199,7 @@ void CheckMemory(const std::string& bytes) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string bytes(reinterpret_cast<const char*>(data), size);
   FUZZ_CHECK(Play(bytes, 0).Events() == Play(bytes, 1).Events());
-  // Takes many times longer than all else, so that few inputs go through it.
+  // Slower than the other checks, therefore only for few inputs.
   const unsigned int sum = std::accumulate(
       bytes.begin(), bytes.end(), 0U, [](unsigned int all, char c) { return all + static_cast<unsigned char>(c); });
   if (sum % 64 == 0) CheckMemory(bytes);

@@ -1,4 +1,4 @@
-// Three numbers and a text: slots written and read, against the plain versions.
+// Three numbers and a text: slots written and read, compared with plain versions.
 
 #include <publicdata.h>
 #include <str.h>
@@ -20,7 +20,7 @@
 
 using VARNEL_TEST::ExactText;
 
-// The slot functions in the plainest way, with streams and sprintf().
+// Plain slot functions, with streams and sprintf().
 namespace Reference {
 namespace {
 
@@ -119,7 +119,7 @@ std::string DcText(unsigned int generation, int board) {
   return Decimal(board / 256 % 65536) + TwoDigits(board % 256);
 }
 
-// Nothing where the sum of shelf and slot leaves the range of an int.
+// Absent if the sum of shelf and slot exceeds the range of an int.
 std::optional<unsigned int> ReadDcText(const std::string& text) {
   const unsigned short plain = ReadWord(UpToNul(text));
   if (UpToNul(text).find('-') != std::string::npos) return plain;

@@ -1,4 +1,4 @@
-// A software file in memory: heads, description, lines and cold-patch mark against plain readings of the same bytes.
+// A software file in memory: headers, description, lines and cold-patch marker compared with plain readers.
 
 #include <pkgfile.h>
 #include <publicdata.h>
@@ -26,7 +26,7 @@ constexpr unsigned int INVALID_HEAD = 0x3BA00B02;
 constexpr unsigned int INVALID_DESCRIPTION = 0x3BA0120F;
 constexpr unsigned int OLD = 0xAAAAAAAA;
 
-// A file that lives in memory only, and has a path all the same.
+// A file in memory that has a path.
 class MemoryFile {
  public:
   MemoryFile() : m_file(memfd_create("varnel", MFD_CLOEXEC)), m_path("/proc/self/fd/" + std::to_string(m_file)) {
@@ -53,7 +53,7 @@ struct Heads {
   unsigned short type = 0;
 };
 
-// Both heads and their texts, read with substr() only.
+// Both headers and their texts, read with substr() only.
 class PlainHeads {
  public:
   explicit PlainHeads(const std::string& bytes) : m_bytes(bytes) { Read(); }
@@ -136,7 +136,7 @@ void CheckHeads(const std::string& path, const Heads& expected) {
   FUZZ_CHECK(result == (expected.result == 0 && IsUsualType(type) ? 0 : INVALID_HEAD));
 }
 
-// The one line that the description gives rise to, unless it is complete.
+// The log line for an incomplete description.
 void CheckReport(const std::string& path, VARNEL_TEST::Ending ending) {
   const std::string texts[] = {"", "CPkgFile::ParsePkgSoftInfo(): , not find [File Description], File: " + path,
                                "CPkgFile::ParsePkgSoftInfo(): the line is not correct, File: " + path,
@@ -205,7 +205,7 @@ void PutHead(std::string& bytes, size_t at, const char* magic) {
   VARNEL_TEST::RepairSum(bytes, at);
 }
 
-// Gaps keep the file head where the bytes end, so that it is there at all.
+// The gaps place the file header before the end of the bytes.
 void Repair(std::string& bytes) {
   for (const size_t gap : {size_t{26}, size_t{32}, size_t{34}, size_t{36}}) {
     if (Big16(bytes, gap) > 64) VARNEL_TEST::PutBig16(bytes, gap, static_cast<uint16_t>(Big16(bytes, gap) % 64));
@@ -245,7 +245,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   return 0;
 }
 
-// Random bytes hardly ever pass the magic words and sums of both heads: most inputs get them back after each mutation.
+// Random bytes rarely pass the magic words and sums of both headers: most inputs get valid ones after each mutation.
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t maxSize, unsigned int seed) {
   size = LLVMFuzzerMutate(data, size, maxSize);
   if (size < HEAD_SIZE || seed % 16 == 0) return size;
@@ -256,7 +256,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t max
   return size;
 }
 
-// Every prefix of a package, and descriptions out of all that means something in them.
+// Every prefix of a package, and descriptions made of all their markers and separators.
 void VARNEL_FUZZ::RunGenerated(Runner run) {
   const std::string section = "[File Description]\n";
   VARNEL_TEST::SoftwareFile file;

@@ -1,4 +1,4 @@
-// A separator, two short texts and a long one: the string services against the plain ones.
+// A separator, two short texts and a long one: the string services compared with plain ones.
 
 #include <str.h>
 

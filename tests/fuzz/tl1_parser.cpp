@@ -1,5 +1,5 @@
-// Messages one after the other, separated by record separators: the parser against the plain one, each time by a fresh
-// object and by one that has parsed all messages before.
+// Messages one after the other, separated by record separators: the parser compared with a plain one, each time by a
+// new object and by one that has parsed all messages before.
 
 #include <tl1nemsgparse.h>
 

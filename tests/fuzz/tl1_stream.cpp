@@ -1,4 +1,4 @@
-// How the limit is chosen, how the stream is cut, and the stream: framer, texts, joiner and alarms.
+// The limit, the cut, and the stream: framer, texts, joiner and alarms.
 
 #include <varnel_tl1/tl1.h>
 
@@ -24,7 +24,7 @@ namespace {
 constexpr size_t LIMITS[] = {VARNEL_TL1::DEFAULT_LIMIT, 64, 200, 1000, 4096};
 constexpr std::string_view WELL_FORMED = "\r\n\n   N 26-01-15 12:00:07\r\nM  7 DENY\r\n   \"x\"\r\n;";
 
-// What becomes of a stream.
+// The results of reading a stream.
 struct Result {
   std::vector<MessageCopy> messages;
   Skipped skipped;
@@ -107,7 +107,7 @@ void CheckNothingLost(const Result& result, std::string_view stream, size_t limi
   FUZZ_CHECK(sum == stream.size());
 }
 
-// Whatever comes before a well-formed message, it is read right.
+// A well-formed message is read correctly after any bytes.
 void CheckDamageDoesNotSpread(const std::string& stream, size_t limit) {
   const Result result = Cut(stream + std::string(WELL_FORMED), limit, nullptr);
   FUZZ_CHECK(!result.messages.empty());
@@ -123,7 +123,7 @@ size_t FilledLines(std::string_view text) {
   return count;
 }
 
-// Texts are taken apart without a loss, and the joiner loses no line either.
+// Parsing of texts loses nothing, and the joiner loses no line.
 void CheckReading(const std::vector<MessageCopy>& messages) {
   Joiner joiner;
   VARNEL_TL1::Alarms alarms;
@@ -149,7 +149,7 @@ void CheckReading(const std::vector<MessageCopy>& messages) {
   FUZZ_CHECK(joinedLines == lines);
 }
 
-// The most bytes that are live while a stream comes again and again, a little at a time, and its messages are taken.
+// The most live bytes while a stream arrives repeatedly, in small pieces, and its messages are retrieved.
 size_t PeakOfEndless(std::string_view stream, size_t limit) {
   constexpr size_t TOTAL = 200000, PIECE = 64;
   const size_t before = VARNEL_FUZZ::ResetPeak();
@@ -190,7 +190,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   CheckSame(whole, Cut(stream, limit, &pieces));
   CheckDamageDoesNotSpread(stream, limit);
   CheckReading(whole.messages);
-  // Takes many times longer than all else, so that few inputs go through it; which ones, a mutation cannot hand on.
+  // Slower than the other checks, therefore only for few inputs. The choice must not be heritable by mutation.
   if (Sum(stream) % 32 == 0) CheckMemory(stream, std::min(limit, size_t{1000}));
   return 0;
 }

@@ -52,8 +52,8 @@ TEST(MemcpyS, CopyOfNothingChangesNothing) {
   EXPECT_EQ(area.All(), "abcdefgh####");
 }
 
-// The source is exactly as large as the copy, so that a memory checker sees a byte too many.
-TEST(MemcpyS, CopiesWhatItIsToldToAndNoMoreWhateverTheSize) {
+// The source is exactly as large as the copy: a memory checker then reports an excess byte.
+TEST(MemcpyS, CopiesExactlyCountBytesOfAnySize) {
   for (size_t size = 1; size <= 40; ++size) {
     std::vector<char> source(size);
     std::iota(source.begin(), source.end(), 'A');
@@ -71,7 +71,7 @@ TEST(MemcpyS, TooLongClearsTheDestination) {
   EXPECT_EQ(area.All(), Zeros(8) + "####");
 }
 
-TEST(MemcpyS, NoRoomTouchesNothing) {
+TEST(MemcpyS, DestinationOfSizeZeroIsUntouched) {
   Area area;
   EXPECT_EQ(memcpy_s(area.bytes, 0, "x", 1), ERANGE);
   EXPECT_EQ(area.All(), "abcdefgh####");
@@ -110,7 +110,7 @@ TEST(MemcpyS, AdjacentAreasDoNotOverlap) {
   EXPECT_EQ(area.All(), "efefefgh####");
 }
 
-TEST(MemcpyS, ClaimOfAHugeDestinationIsNoFailure) {
+TEST(MemcpyS, HugeDestinationSizeIsAccepted) {
   Area area;
   EXPECT_EQ(memcpy_s(area.bytes, HUGE_SIZE, "xy", 2), 0);
   EXPECT_EQ(area.All(), "xycdefgh####");
@@ -133,7 +133,7 @@ TEST(MemsetS, ExactFitAndNothing) {
   EXPECT_EQ(area.All(), "xxxxxxxx####");
 }
 
-TEST(MemsetS, ValueIsTakenAsAByte) {
+TEST(MemsetS, ValueIsConvertedToAByte) {
   Area area;
   EXPECT_EQ(memset_s(area.bytes, 8, 0x178, 2), 0);
   EXPECT_EQ(area.All(), "xxcdefgh####");
@@ -141,7 +141,7 @@ TEST(MemsetS, ValueIsTakenAsAByte) {
   EXPECT_EQ(area.All(), Zeros(1) + "xcdefgh####");
 }
 
-TEST(MemsetS, TooLongSetsAllThereIs) {
+TEST(MemsetS, TooLongSetsTheWholeDestination) {
   for (const int value : {0x00, 0x78}) {
     Area area;
     EXPECT_EQ(memset_s(area.bytes, 8, value, 9), ERANGE);
@@ -154,7 +154,7 @@ TEST(MemsetS, NullDestination) {
   EXPECT_EQ(memset_s(nullptr, 0, 0, 0), EINVAL);
 }
 
-TEST(AnnexK, NoSizeLimitOfItsOwn) {
+TEST(AnnexK, HasNoSizeLimit) {
   constexpr size_t SIZE = size_t{300} << 20;
   const std::vector<char> source(SIZE, 's');
   std::vector<char> area(SIZE);
@@ -188,7 +188,7 @@ TEST(StrncpyS, ExactFit) {
   EXPECT_EQ(cut.All(), "1234567" + Zeros(1) + "####");
 }
 
-TEST(StrncpyS, NothingGivesTheEmptyText) {
+TEST(StrncpyS, CountZeroGivesTheEmptyText) {
   Area none;
   EXPECT_EQ(strncpy_s(none.bytes, 8, "xyz", 0), 0);
   EXPECT_STREQ(none.bytes, "");
@@ -212,7 +212,7 @@ TEST(StrncpyS, TooLongEmptiesTheDestination) {
   }
 }
 
-TEST(StrncpyS, NoRoomTouchesNothing) {
+TEST(StrncpyS, DestinationOfSizeZeroIsUntouched) {
   Area area;
   EXPECT_EQ(strncpy_s(area.bytes, 0, "x", 1), ERANGE);
   EXPECT_EQ(strncpy_s(area.bytes, 0, "", 0), ERANGE);
@@ -246,13 +246,13 @@ TEST(StrncpyS, AdjacentAreasDoNotOverlap) {
   EXPECT_EQ(area.All(), "efg" + Zeros(1) + "efe" + Zeros(1) + "####");
 }
 
-TEST(StrncpyS, ClaimOfAHugeDestinationIsNoFailure) {
+TEST(StrncpyS, HugeDestinationSizeIsAccepted) {
   Area area;
   EXPECT_EQ(strncpy_s(area.bytes, HUGE_SIZE, "xy", HUGE_SIZE), 0);
   EXPECT_STREQ(area.bytes, "xy");
 }
 
-TEST(SnprintfS, FormatsAndGivesTheLength) {
+TEST(SnprintfS, FormatsAndReturnsTheLength) {
   Area area;
   EXPECT_EQ(snprintf_s(area.bytes, 8, 7, "%d-%s", 12, "ab"), 5);
   EXPECT_STREQ(area.bytes, "12-ab");
@@ -293,14 +293,14 @@ TEST(SnprintfS, ResultThatDoesNotFitFails) {
   }
 }
 
-TEST(SnprintfS, FormatThatFailsIsAFailure) {
+TEST(SnprintfS, FailingFormatIsReported) {
   Area area;
   EXPECT_EQ(snprintf_s(area.bytes, 8, 7, "ab%ls", L"\x4E00"), -1) << "no such character in the C locale";
   EXPECT_STREQ(area.bytes, "");
 }
 
-TEST(SnprintfS, NullPointersAndNoRoom) {
-  // Kept from the compiler, which would see that nothing can be formatted.
+TEST(SnprintfS, NullPointersAndSizeZero) {
+  // Hidden from the compiler, which would detect that nothing can be formatted.
   const char* volatile noFormat = nullptr;
   char* volatile noDestination = nullptr;
   volatile size_t noRoom = 0;

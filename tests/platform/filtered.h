@@ -15,7 +15,7 @@ inline std::string Filtered(std::string text) {
   return text;
 }
 
-/// A text and what the filter makes of it.
+/// A text and the result of the filter.
 struct Case {
   std::string text;
   std::string masked;

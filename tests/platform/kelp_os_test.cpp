@@ -128,7 +128,7 @@ TEST_F(KelpOs, AppendAndReadReadsFromTheStart) {
   EXPECT_EQ(ReadWhole(path), "oldnew");
 }
 
-TEST_F(KelpOs, ExclusiveCreationRefusesWhatExists) {
+TEST_F(KelpOs, ExclusiveCreationRefusesAnExistingFile) {
   const std::string path = folder.Path("file");
   EXPECT_NE(Open(path, "wx"), nullptr);
   for (const char* mode : {"wx", "wbx", "w+x", "ax"}) {
@@ -189,7 +189,7 @@ TEST_F(KelpOs, FifoWithAnotherEndIsRefused) {
   close(otherEnd);
 }
 
-TEST_F(KelpOs, FifoBehindALinkIsRefused) {
+TEST_F(KelpOs, LinkToAFifoIsRefused) {
   MakeFifo("fifo");
   const std::string link = folder.Path("link");
   ASSERT_EQ(symlink("fifo", link.c_str()), 0);
@@ -253,7 +253,7 @@ TEST_F(KelpOs, LeaseOfAnotherProcessIsWaitedFor) {
   }
 }
 
-TEST_F(KelpOs, FolderOpensForReadingOnlyAsWithTheCLibrary) {
+TEST_F(KelpOs, FolderOpensOnlyForReadingAsInTheCLibrary) {
   const File file = Open(folder.Path(), "r");
   ASSERT_NE(file, nullptr);
   EXPECT_EQ(ReadAll(file), "");
@@ -264,7 +264,7 @@ TEST_F(KelpOs, FolderOpensForReadingOnlyAsWithTheCLibrary) {
   }
 }
 
-TEST_F(KelpOs, AbsentFile) {
+TEST_F(KelpOs, MissingFile) {
   for (const char* mode : {"r", "r+"}) {
     EXPECT_EQ(Open(folder.Path("absent"), mode), nullptr) << mode;
     EXPECT_EQ(errno, ENOENT) << mode;
@@ -295,7 +295,7 @@ TEST_F(KelpOs, NamesAreBytes) {
   }
 }
 
-TEST_F(KelpOs, StatTellsWhatALinkPointsTo) {
+TEST_F(KelpOs, StatDescribesTheTargetOfALink) {
   folder.Write("file", "12345");
   const std::string link = folder.Path("link");
   ASSERT_EQ(symlink("file", link.c_str()), 0);
@@ -311,7 +311,7 @@ TEST_F(KelpOs, StatOfAFifoDoesNotWait) {
   EXPECT_TRUE(S_ISFIFO(status.st_mode));
 }
 
-TEST_F(KelpOs, StatOfSomethingAbsent) {
+TEST_F(KelpOs, StatOfAMissingFile) {
   const std::string link = folder.Path("link");
   ASSERT_EQ(symlink("absent", link.c_str()), 0);
   for (const std::string& path : {folder.Path("absent"), link, std::string()}) {

@@ -33,13 +33,13 @@ class LibraryOnPlatform : public LoggedTest {
   const TempFolder folder;
 };
 
-TEST_F(LibraryOnPlatform, WarningComesToTheProgramsLogger) {
+TEST_F(LibraryOnPlatform, WarningReachesTheProgramsLogger) {
   CCmdStr text;
   text.SetMsg(std::string(10485761, 'x').c_str());
   EXPECT_EQ(Log(), Lines{"warning cmdstr::SetMsg SetMsg: nDataLen beyond max, nDataLen:10485760"});
 }
 
-TEST_F(LibraryOnPlatform, ErrorReportComesToTheProgramsLogger) {
+TEST_F(LibraryOnPlatform, ErrorReportReachesTheProgramsLogger) {
   const std::string absent = folder.Path("absent");
   EXPECT_EQ(ToAbsPath(absent), "");
   EXPECT_EQ(Log(), Lines{"error str::ToAbsPath ErrorCode:0x3b001400, realpath failed. file:" + absent + ". "});
@@ -85,7 +85,7 @@ class FifoOnPlatform : public LibraryOnPlatform, public ::testing::WithParamInte
 INSTANTIATE_TEST_SUITE_P(Writer, FifoOnPlatform, ::testing::Bool(),
                          [](const auto& param) { return param.param ? "Silent" : "None"; });
 
-TEST_P(FifoOnPlatform, HeadReaders) {
+TEST_P(FifoOnPlatform, IsRefusedByHeaderReaders) {
   ZEP_FILE_HEAD head;
   std::string link, version;
   unsigned int extWord = 0, offset = 0;
@@ -97,7 +97,7 @@ TEST_P(FifoOnPlatform, HeadReaders) {
   EXPECT_EQ(Log(), (Lines{OpenFailure(), OpenFailure(), OpenFailure()}));
 }
 
-TEST_P(FifoOnPlatform, LineReaderIsEmpty) {
+TEST_P(FifoOnPlatform, HasNoLines) {
   Vnifstream file(fifo);
   char line[16];
   EXPECT_FALSE(file.GetLine(line, sizeof line));
@@ -109,7 +109,7 @@ TEST_P(FifoOnPlatform, IsNoColdPatch) {
   EXPECT_EQ(Log(), Lines{"warning publicdata::isColdPatch isColdPatch not find coldpatch, File: " + fifo});
 }
 
-TEST_P(FifoOnPlatform, HoldsNoPackage) {
+TEST_P(FifoOnPlatform, IsNoPackage) {
   CPkgFile package(fifo);
   EXPECT_EQ(package.ParsePkgFile(), INVALID_DESCRIPTION);
   EXPECT_EQ(Log(), (Lines{OpenFailure(),
@@ -139,7 +139,7 @@ TEST_F(LibraryOnPlatform, FilesAndFoldersAreRemoved) {
   EXPECT_EQ(VNRemoveDir(folder.Path()), ENOENT);
 }
 
-TEST_F(LibraryOnPlatform, WildcardMatcherIsThePlatforms) {
+TEST_F(LibraryOnPlatform, WildcardMatcherIsThatOfThePlatform) {
   EXPECT_NE(strmcmp("DONE=7,TOTAL=9", "*DONE=*TOTAL=*"), 0);
   EXPECT_EQ(strmcmp("done=7", "*DONE=*"), 0);
 }

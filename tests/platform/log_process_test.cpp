@@ -127,7 +127,7 @@ TEST_F(LogService, HostLevelsAreMappedToTheNearestBelow) {
                                     {spdlog::level::err, "x"}}));
 }
 
-TEST_F(LogService, NoLevelHoldsALineBack) {
+TEST_F(LogService, NoLevelSuppressesALine) {
   recorder->set_level(spdlog::level::off);
   Register({recorder})->set_level(spdlog::level::off);
   LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_WARNING, "x", location);
@@ -142,14 +142,14 @@ TEST_F(LogService, EverySinkGetsTheLine) {
   EXPECT_EQ(second->lines, (Lines{{spdlog::level::err, "x"}}));
 }
 
-TEST_F(LogService, LoggerWithoutSinksSwallowsTheLine) {
+TEST_F(LogService, LoggerWithoutSinksDropsTheLine) {
   Register({});
   ::testing::internal::CaptureStderr();
   LogProcess::ForceLog(MODULE, EN_LOG_LEVEL_ERROR, "x", location);
   EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(LogService, SinkThatFailsStopsNeitherTheOthersNorTheCaller) {
+TEST_F(LogService, FailingSinkAffectsNeitherOtherSinksNorTheCaller) {
   const auto second = std::make_shared<Recorder>();
   Register({recorder, MakeBroken(spdlog::spdlog_ex("the disk is full")), MakeBroken(std::bad_alloc()), MakeBroken(1),
             second});
@@ -158,7 +158,7 @@ TEST_F(LogService, SinkThatFailsStopsNeitherTheOthersNorTheCaller) {
   EXPECT_EQ(second->lines, (Lines{{spdlog::level::err, "x"}}));
 }
 
-// A sink that is a cancellation point, as writing to a file is.
+// A sink that is a cancellation point, like writing to a file.
 class Cancelled : public Recorder {
  private:
   void sink_it_(const spdlog::details::log_msg&) override {
@@ -167,7 +167,7 @@ class Cancelled : public Recorder {
   }
 };
 
-TEST_F(LogService, CancellationIsNotStopped) {
+TEST_F(LogService, CancellationIsNotCaught) {
 #ifdef __SANITIZE_ADDRESS__
   GTEST_SKIP() << "the exception that cancels a thread has no object, which the sanitizer reports";
 #endif
@@ -180,7 +180,7 @@ TEST_F(LogService, CancellationIsNotStopped) {
   EXPECT_FALSE(goesOn);
 }
 
-TEST_F(LogService, TextIsTakenAsItIs) {
+TEST_F(LogService, TextIsNotInterpretedAsAFormat) {
   Register({recorder});
   const std::vector<const char*> texts{"", "{} {0} {:d}", "%s%n", "\xFF\x80", " ~\\x0a"};
   Lines expected;
@@ -200,7 +200,7 @@ TEST_F(LogService, ControlCharactersAreEscaped) {
             (Lines{{spdlog::level::warn, R"(a\x00b\x0ac\x0d\x09d\x1b\x1f\x7f)"}, {spdlog::level::warn, "a"}}));
 }
 
-// What was written, with each line's time stamp as "[0000-00-00 00:00:00.000]".
+// The written lines, with each time stamp as "[0000-00-00 00:00:00.000]".
 std::string WithoutTimes(std::string written) {
   constexpr size_t STAMP_LENGTH = sizeof "[0000-00-00 00:00:00.000]" - 1;
   for (size_t line = 0; line < written.size(); line = written.find('\n', line) + 1) {
@@ -220,7 +220,7 @@ TEST_F(LogService, WithoutALoggerStandardErrorGetsOneLine) {
                 "\n[0000-00-00 00:00:00.000] [unregistered] [error] [str:ToAbsPath:265] ErrorCode:0x22, text\n");
 }
 
-TEST_F(LogService, ClosedStandardErrorStopsNobody) {
+TEST_F(LogService, ClosedStandardErrorIsIgnored) {
   const int standardError = dup(STDERR_FILENO);
   close(STDERR_FILENO);
   EXPECT_NO_THROW(LogProcess::ForceLog("unregistered", EN_LOG_LEVEL_ERROR, "x", location));
@@ -228,7 +228,7 @@ TEST_F(LogService, ClosedStandardErrorStopsNobody) {
   close(standardError);
 }
 
-TEST_F(LogService, ThreadsLoseAndMixNothing) {
+TEST_F(LogService, ThreadsNeitherLoseNorMixLines) {
   constexpr int THREADS = 4;
   constexpr int LINES = 500;
   Register({recorder});

@@ -187,7 +187,7 @@ class GeneratedTexts : public ::testing::TestWithParam<size_t> {
   }
 };
 
-TEST_P(GeneratedTexts, HoldNoPasswordAndStayMasked) {
+TEST_P(GeneratedTexts, ContainNoPasswordAndStayMasked) {
   std::mt19937 random(20221105);
   for (int i = 0; i < Count(); ++i) {
     const std::string text = Languages()[GetParam()].write(random, true);
@@ -198,7 +198,7 @@ TEST_P(GeneratedTexts, HoldNoPasswordAndStayMasked) {
   }
 }
 
-TEST_P(GeneratedTexts, StayWithoutAKey) {
+TEST_P(GeneratedTexts, WithoutAKeyAreUnchanged) {
   std::mt19937 random(20221106);
   for (int i = 0; i < Count(); ++i) {
     const std::string text = Languages()[GetParam()].write(random, false);

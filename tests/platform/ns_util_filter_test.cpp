@@ -72,7 +72,7 @@ TEST(LogFilter, EscapedAndDoubledQuotes) {
   });
 }
 
-TEST(LogFilter, UnclosedQuotesReachToTheEnd) {
+TEST(LogFilter, UnclosedQuotesExtendToTheEnd) {
   ExpectMasked({
       {"PWD=\"hunter 2; x", "PWD=\"******"},
       {"PWD='hunter 2; x", "PWD='******"},
@@ -104,7 +104,7 @@ TEST(LogFilter, JsonInsideAQuotedText) {
   });
 }
 
-TEST(LogFilter, KeysWithSomethingBeforeThem) {
+TEST(LogFilter, KeysWithAPrefix) {
   ExpectMasked({
       {"NEW_PASSWORD=hunter2", "NEW_PASSWORD=******"},
       {"OLDPWD=a,NEWPWD=b", "OLDPWD=******,NEWPWD=******"},
@@ -125,7 +125,7 @@ TEST(LogFilter, KeyInTheValueOfAKey) {
   });
 }
 
-TEST(LogFilter, QuotedKeyInThePlaceOfAValue) {
+TEST(LogFilter, QuotedKeyAsAValue) {
   ExpectMasked({
       {R"(PWD= "PASSWORD"="hunter 2" x)", R"(PWD= "******" x)"},
       {R"(pwd: 'user_token' : 'hunter 2' x)", R"(pwd: '******' x)"},
@@ -192,7 +192,7 @@ TEST(LogFilter, SeveralTl1Commands) {
   });
 }
 
-TEST(LogFilter, Tl1NameInFrontOfTheCommand) {
+TEST(LogFilter, Tl1NameBeforeTheCommand) {
   ExpectMasked({
       {"ED-PID: ED-PID:NE1:bob:7:g:hunter2;", "ED-PID: ED-PID:NE1:bob:7:******:******;"},
       {"PWD=\"ED-PID:x\" ED-PID::::g:\"hunter2\"; y", "PWD=\"******\" ED-PID::::g:******; y"},
@@ -200,8 +200,8 @@ TEST(LogFilter, Tl1NameInFrontOfTheCommand) {
   });
 }
 
-// Neither kind hides a secret of the other: a command's blocks would reach to the next key, a value's quote to the next
-// quote.
+// A key must not hide the password of a command, nor a command that of a key: the blocks of a command could extend to
+// the next key, the quote of a value to the next quote.
 TEST(LogFilter, CommandInTheValueOfAKey) {
   ExpectMasked({
       {R"(\"PASSWORD\" : \"ED-PID:x\"; a:b:c, Pwd : hunter2, Pwd : secret2, z)",
@@ -217,7 +217,7 @@ TEST(LogFilter, KeyInThePasswordOfACommand) {
   });
 }
 
-TEST(LogFilter, WhatIsNotSensitiveStays) {
+TEST(LogFilter, OtherTextsAreUnchanged) {
   for (const char* text : {"",
                            "COMPLETE",
                            "COMPLD",
@@ -254,7 +254,7 @@ TEST(LogFilter, WhatIsNotSensitiveStays) {
     EXPECT_EQ(Filtered(text), text);
 }
 
-TEST(LogFilter, NoGeneratedPasswordSurvivesAnySpelling) {
+TEST(LogFilter, GeneratedPasswordsAreMaskedInEverySpelling) {
   std::mt19937 random(20200101);
   std::vector<size_t> tried(Spellings().size());
   for (int i = 0; i < 3000; ++i) {
@@ -340,7 +340,7 @@ TEST(LogFilter, TimeIsLinear) {
   }
 }
 
-TEST(LogFilter, ThreadsMayFilterAtOnce) {
+TEST(LogFilter, ThreadsMayFilterConcurrently) {
   std::vector<std::thread> threads;
   for (int thread = 0; thread < 4; ++thread) {
     threads.emplace_back([] {

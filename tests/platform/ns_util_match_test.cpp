@@ -71,7 +71,7 @@ TEST(WildcardMatch, NullNeverMatches) {
   EXPECT_EQ(Match(nullptr, nullptr), 0);
 }
 
-// The definition itself, tried out in every way.
+// The definition of the match, by trying every split.
 bool MatchesByDefinition(const char* text, const char* pattern) {
   if (*pattern == '\0') return *text == '\0';
   if (*pattern != '*') return *text == *pattern && MatchesByDefinition(text + 1, pattern + 1);
@@ -87,7 +87,7 @@ std::vector<std::string> AllTexts(const std::string& alphabet, size_t longest) {
   return texts;
 }
 
-TEST(WildcardMatch, AgreesWithItsDefinitionOnAllSmallTexts) {
+TEST(WildcardMatch, AgreesWithAPlainMatcherOnAllSmallTexts) {
   const auto texts = AllTexts("ab", 7);
   const auto patterns = AllTexts("ab*", 5);
   ASSERT_EQ(texts.size() * patterns.size(), 255U * 364U);
@@ -152,7 +152,7 @@ TEST(WildcardMatch, PiecesOfAnyLengthAreFoundInOrder) {
   }
 }
 
-TEST(WildcardMatch, LongPieceThatNearlyFitsIsLinear) {
+TEST(WildcardMatch, LongPieceThatAlmostMatchesIsLinear) {
   const auto prepare = [](size_t size) {
     return std::pair(std::string(size, 'a'), "*b" + std::string(size / 2, 'a') + "*");
   };

@@ -37,7 +37,7 @@ class Remove : public ::testing::Test {
   const TempFolder folder;
 };
 
-TEST_F(Remove, FileGoesAlone) {
+TEST_F(Remove, RemovesAFileOnly) {
   const std::string path = folder.Write("file", "x");
   const std::string other = folder.Write("other", "x");
   EXPECT_EQ(RemoveFile(path), 0);
@@ -54,20 +54,20 @@ TEST_F(Remove, FileOfAnyNameAndKind) {
   EXPECT_TRUE(fs::is_empty(folder.Path()));
 }
 
-TEST_F(Remove, FileThatIsMissing) {
+TEST_F(Remove, MissingFile) {
   EXPECT_EQ(RemoveFile(folder.Path("absent")), ENOENT);
   EXPECT_EQ(RemoveFile(folder.Path("absent/file")), ENOENT);
   EXPECT_EQ(RemoveFile(""), ENOENT);
   EXPECT_EQ(RemoveFile(folder.Write("file", "") + "/x"), ENOTDIR);
 }
 
-TEST_F(Remove, FolderIsNoFile) {
+TEST_F(Remove, FileRemovalRefusesAFolder) {
   const std::string path = MakeFolder("empty");
   EXPECT_EQ(RemoveFile(path), EISDIR);
   EXPECT_TRUE(Exists(path));
 }
 
-TEST_F(Remove, LinkGoesAndItsTargetStays) {
+TEST_F(Remove, LinkIsRemovedAndItsTargetKept) {
   const std::string file = folder.Write("file", "x");
   const std::string tree = MakeFolder("tree");
   for (const std::string& target : {file, tree, folder.Path("absent")}) {
@@ -129,8 +129,8 @@ TEST_F(Remove, NamesThatBeginOrEndWithDotsAreOrdinary) {
   EXPECT_TRUE(fs::is_empty(folder.Path()));
 }
 
-// The test's folder is the root of the child process, which ends with it.
-TEST_F(Remove, RootStaysWithAllItHolds) {
+// The test's folder is the root of the child process.
+TEST_F(Remove, RootKeepsItsContents) {
   if (geteuid() != 0) GTEST_SKIP() << "only root can change its root folder";
   const std::string file = folder.Write("file", "x");
   const pid_t child = fork();
@@ -142,7 +142,7 @@ TEST_F(Remove, RootStaysWithAllItHolds) {
   EXPECT_TRUE(Exists(file));
 }
 
-TEST_F(Remove, FolderWithAllItHolds) {
+TEST_F(Remove, FolderAndItsContents) {
   MakeFolder("tree/a/b/c");
   MakeFolder("tree/a/empty");
   MakeFolder("tree/z");
@@ -173,7 +173,7 @@ TEST_F(Remove, LinksInsideAFolderAreNotFollowed) {
   EXPECT_TRUE(Exists(folder.Path("outside/inner/file")));
 }
 
-TEST_F(Remove, LinkToAFolderIsNoFolderHoweverItIsSpelled) {
+TEST_F(Remove, LinkToAFolderIsRefusedInEverySpelling) {
   MakeFolder("tree");
   const std::string file = folder.Write("tree/file", "x");
   const std::string link = Link("tree", "link");
@@ -183,7 +183,7 @@ TEST_F(Remove, LinkToAFolderIsNoFolderHoweverItIsSpelled) {
   EXPECT_TRUE(Exists(file));
 }
 
-TEST_F(Remove, WhatIsNoFolderStays) {
+TEST_F(Remove, OtherKindsThanFoldersAreKept) {
   const std::string file = folder.Write("file", "x");
   const std::string dangling = Link("absent", "dangling");
   const std::string fifo = folder.Path("fifo");
@@ -195,7 +195,7 @@ TEST_F(Remove, WhatIsNoFolderStays) {
     EXPECT_TRUE(Exists(path)) << path;
 }
 
-TEST_F(Remove, FolderThatIsMissing) {
+TEST_F(Remove, MissingFolder) {
   EXPECT_EQ(RemoveDir(folder.Path("absent")), ENOENT);
   EXPECT_EQ(RemoveDir(folder.Path("absent/")), ENOENT);
   EXPECT_EQ(RemoveDir(folder.Path("absent/inner")), ENOENT);
@@ -236,7 +236,7 @@ TEST_F(Remove, EmptyFolderNeedsNoReadRights) {
   }
 }
 
-TEST_F(Remove, FolderThatCannotBeRemovedKeepsWhatItHolds) {
+TEST_F(Remove, FolderThatCannotBeRemovedKeepsItsContents) {
   const std::string file = (MakeFolder("tree/inner"), folder.Write("tree/inner/file", "x"));
   fs::permissions(folder.Path("tree/inner"), fs::perms::all);
   fs::permissions(folder.Path("tree"), fs::perms(0555));

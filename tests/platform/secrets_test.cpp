@@ -1,4 +1,4 @@
-// No password reaches the log, however it is written and whichever function reports the text that holds it.
+// No password reaches the log, in any spelling and from any function that logs a text of its caller.
 #include <sys/stat.h>
 
 #include <functional>
@@ -19,7 +19,7 @@ using namespace VARNEL_COMMON;
 
 constexpr char PASSWORD[] = "hunter2pass";
 
-// Calls functions that report, each with a text of the caller's; the text may be no path at all.
+// Calls functions that log a text of the caller. The text need not be a path.
 struct Reporter {
   const char* name;
   std::function<void(const std::string& text)> report;
@@ -113,7 +113,7 @@ class Secrets : public LoggedTest {
   size_t m_seen = 0;
 };
 
-TEST_F(Secrets, InEverySpellingThroughEveryReport) {
+TEST_F(Secrets, AreMaskedInEverySpellingAndReport) {
   for (const Reporter& reporter : REPORTERS) {
     for (const Spelling& spelling : Spellings()) {
       const size_t before = Log().size();
@@ -127,7 +127,7 @@ TEST_F(Secrets, InEverySpellingThroughEveryReport) {
   EXPECT_GT(Log().size(), 100U);
 }
 
-TEST_F(Secrets, InTextsThatAreTooLong) {
+TEST_F(Secrets, AreMaskedInTextsThatAreTooLong) {
   for (const Spelling& spelling : Spellings()) {
     const std::string text = spelling.write(PASSWORD);
     PutTogether(text);
@@ -137,15 +137,15 @@ TEST_F(Secrets, InTextsThatAreTooLong) {
   EXPECT_GE(Log().size(), 6 * Spellings().size());
 }
 
-// A line that keeps the password would hold the text as it came.
-TEST_F(Secrets, GeneratedOnesAreMaskedAsTheFilterMasksThem) {
+// A line with the password would contain the unchanged text.
+TEST_F(Secrets, GeneratedOnesAreMaskedAsByTheFilter) {
   std::mt19937 random(20201121);
   size_t tried = 0;
   for (int i = 0; i < 500; ++i) {
     const std::string password = GeneratePassword(random);
     for (const Spelling& spelling : Spellings()) {
       const std::string text = spelling.write(password);
-      // A path ends at its first NUL, and what is logged of it too.
+      // A path, and the logged path, end at the first NUL.
       if (text.empty() || text.find('\0') != std::string::npos) continue;
       const size_t before = Log().size();
       isColdPatch("/absent/" + text);
@@ -160,8 +160,8 @@ TEST_F(Secrets, GeneratedOnesAreMaskedAsTheFilterMasksThem) {
   EXPECT_GT(tried, 2000U);
 }
 
-// Files whose names hold the password: there, but not what is looked for.
-TEST_F(Secrets, InNamesOfFilesThatAreThere) {
+// Files whose names contain the password: they exist, but have the wrong content.
+TEST_F(Secrets, AreMaskedInNamesOfExistingFiles) {
   const TempFolder folder;
   SoftwareFile content;
   content.payload = "\n[File Description]\n" + std::string(300, 'c') + ":k:3:4:5:6:7:8\n";

@@ -1,5 +1,5 @@
-// Free functions from many threads, and objects that belong to one thread each, all at once. Every thread must get what
-// one alone gets; the thread sanitizer sees whether they share what they should not.
+// Free functions in many threads, and objects that belong to one thread each, concurrently. Every thread must get the
+// same results as a single one; the thread sanitizer detects shared data.
 #include <gtest/gtest.h>
 #include <spdlog/sinks/null_sink.h>
 #include <spdlog/spdlog.h>
@@ -34,7 +34,7 @@ class Threads : public ::testing::Test {
   }
   ~Threads() override { spdlog::drop_all(); }
 
-  // Runs each work many times on each thread, all threads at once and each beginning with another work.
+  // Runs each task many times on each thread. Each thread begins with another task.
   static void RunAtOnce(const std::vector<std::function<std::string()>>& works, int rounds) {
     std::vector<std::string> alone;
     for (const auto& work : works)
@@ -64,7 +64,7 @@ class Threads : public ::testing::Test {
   std::string path;
 };
 
-TEST_F(Threads, FreeFunctionsGiveWhatTheyGiveAlone) {
+TEST_F(Threads, FreeFunctionsReturnTheSameInSeveralThreads) {
   RunAtOnce(
       {
           [] { return WSlotIDi2str(0x0305) + WSlotIDi2Hexstr(0x0305) + std::to_string(WSlotIDstr2i("3-5")); },
@@ -117,7 +117,7 @@ std::string HandleEvents() {
   return std::to_string(package.GetGuage()) + copy->m_strEvtKey + end.m_strResultText;
 }
 
-TEST_F(Threads, ObjectsOfTheirOwnGiveWhatTheyGiveAlone) {
+TEST_F(Threads, SeparateObjectsReturnTheSameInSeveralThreads) {
   RunAtOnce({
                 [] {
                   CCmdStr command;

@@ -62,7 +62,7 @@ class PackageRoad : public LoggedTest {
   const std::string path;
 };
 
-TEST_F(PackageRoad, LeadsFromALinkToTheEntriesInFileOrder) {
+TEST_F(PackageRoad, ReadsEntriesThroughALinkInFileOrder) {
   const std::string resolved = ToAbsPath(folder.Path("./link"));
   ASSERT_EQ(resolved, path);
   ASSERT_TRUE(VerifyFilePathAndName(resolved));
@@ -96,7 +96,7 @@ TEST_F(PackageRoad, LeadsFromALinkToTheEntriesInFileOrder) {
   EXPECT_EQ(ToAbsPath(folder.Path("link")), "");
 }
 
-TEST_F(PackageRoad, ListsEntriesAgainBehindThoseItHas) {
+TEST_F(PackageRoad, ParsingAgainAppendsTheEntries) {
   CPkgFile package(path);
   ASSERT_EQ(package.ParsePkgFile(), 0U);
   ASSERT_EQ(package.ParsePkgFile(), 0U);
@@ -106,7 +106,7 @@ TEST_F(PackageRoad, ListsEntriesAgainBehindThoseItHas) {
   EXPECT_EQ(package.m_lstSoftInfo.size(), 2U);
 }
 
-TEST_F(PackageRoad, RefusesAPathThatClimbs) {
+TEST_F(PackageRoad, RefusesAPathWithTwoDots) {
   EXPECT_FALSE(VerifyFilePathAndName(folder.Path("../sample.pkg")));
   const std::string dotted = folder.Write("a..b", "");
   EXPECT_EQ(ToAbsPath(dotted), "");
@@ -114,8 +114,8 @@ TEST_F(PackageRoad, RefusesAPathThatClimbs) {
                          dotted + ". "});
 }
 
-// The heads are judged by CheckZEPFileHead(); a package description after damaged ones is read too.
-TEST_F(PackageRoad, RefusesEveryDamagedByteOfTheHeads) {
+// CheckZEPFileHead() checks the headers; a package description after damaged ones is read too.
+TEST_F(PackageRoad, RefusesEveryDamagedByteOfTheHeaders) {
   const std::string bytes = Package().Bytes();
   const size_t fileHead = Package().FileHeadOffset();
   for (const size_t head : {size_t{0}, fileHead}) {
@@ -133,7 +133,7 @@ TEST_F(PackageRoad, RefusesEveryDamagedByteOfTheHeads) {
   EXPECT_EQ(package.m_lstSoftInfo.size(), 2U);
 }
 
-TEST_F(PackageRoad, RefusesAShortFileWithALine) {
+TEST_F(PackageRoad, LogsAShortFile) {
   const std::string cut = folder.Write("cut.pkg", Package().Bytes().substr(0, 70));
   errno = 0;
   EXPECT_EQ(CheckHead(cut), INVALID_HEAD);
@@ -144,7 +144,7 @@ TEST_F(PackageRoad, RefusesAShortFileWithALine) {
   EXPECT_TRUE(package.m_lstSoftInfo.empty());
 }
 
-TEST_F(PackageRoad, RefusesAnAbsentFileWithALine) {
+TEST_F(PackageRoad, LogsAMissingFile) {
   const std::string absent = folder.Path("absent.pkg");
   EXPECT_EQ(CheckHead(absent), CANNOT_OPEN);
   EXPECT_EQ(CPkgFile(absent).ParsePkgFile(), INVALID_DESCRIPTION);

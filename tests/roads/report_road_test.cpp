@@ -1,4 +1,4 @@
-// From a command to the end of what it set going, over the bundled platform: a program that waits for several reports.
+// From a command to its end report, over the bundled platform: a program that waits for several reports.
 #include <algorithm>
 #include <cstring>
 #include <map>
@@ -22,7 +22,7 @@ using namespace VARNEL_COMMON;
 constexpr unsigned int TL1_ELEMENT = 0x1000001;
 constexpr unsigned int MML_ELEMENT = 0xFFFFFF;
 
-// What a TL1 element sends while it loads a package, prompts and echoes included.
+// The output of a TL1 element while it loads a package, including prompts and echoes.
 constexpr char TL1_SESSION[] =
     "< LOAD-PACK:NE1::117::SRC=\"a.pkg\";\r\nIP 117\r\n<"
     "\r\n\n   NE1 26-01-15 12:00:07\r\nM  117 COMPLD\r\n   \"PACK=7\"\r\n;"
@@ -79,7 +79,7 @@ Events EventsOfATool() {
   return events;
 }
 
-/// A tool with commands that it waits for, each known by its tag.
+/// A tool with pending commands, each identified by its tag.
 class Tool {
  public:
   explicit Tool(Events events) : m_events(std::move(events)) {}
@@ -91,7 +91,7 @@ class Tool {
     command.AddMsg("::SRC=\"a.pkg\";");
   }
 
-  // The steps are told as they go.
+  // The steps are recorded in order.
   void Receive(const std::string& message) {
     CTL1NEMsgParse parser(message);
     if (!parser.NEMsgParse()) return Tell("not recognised");
@@ -118,7 +118,7 @@ class Tool {
 
 class ReportRoad : public LoggedTest {};
 
-TEST_F(ReportRoad, FollowsATl1LoadToItsEndHoweverItArrives) {
+TEST_F(ReportRoad, FollowsATl1LoadForAnyCutOfTheStream) {
   for (const size_t piece : {size_t{1}, size_t{7}, sizeof TL1_SESSION}) {
     Tool tool(EventsOfATool());
     tool.Send("117");
@@ -133,7 +133,7 @@ TEST_F(ReportRoad, FollowsATl1LoadToItsEndHoweverItArrives) {
 }
 
 // The strict parser requires an "M" somewhere after every header.
-TEST_F(ReportRoad, WhatTheStrictParserRefusesIsTold) {
+TEST_F(ReportRoad, ReportsThePartThatTheStrictParserRefuses) {
   Tool tool(EventsOfATool());
   tool.Receive("\r\n\n   NE1 26-01-15 12:00:08\r\nA  1 REPT EVT PROGRESS\r\n   \"S:SLOTSDONE=1,SLOTSTTL=2,\"\r\n;");
   tool.Receive("\r\n\n   NE1 26-01-15\r\n;");
@@ -157,7 +157,7 @@ TEST_F(ReportRoad, FollowsAnMmlScriptToItsEnd) {
   EXPECT_EQ(told, (Lines{"25%", "100%", "nobody waits", "SUCCESS 0"}));
 }
 
-TEST_F(ReportRoad, NobodyTakesTheReportOfAnElementThatSpeaksTheOtherLanguage) {
+TEST_F(ReportRoad, IgnoresReportsInTheOtherLanguage) {
   Events waiting;
   waiting.push_back(Waiting<CVNPackGuageEvt>("PROGRESS", MML_ELEMENT));
   waiting.push_back(Waiting<CVNScriptFileGuageEvt>("PROGRESS", TL1_ELEMENT));
@@ -167,7 +167,7 @@ TEST_F(ReportRoad, NobodyTakesTheReportOfAnElementThatSpeaksTheOtherLanguage) {
     EXPECT_EQ(Offer(waiting, report), nullptr) << report;
 }
 
-TEST_F(ReportRoad, ACopyWaitsOnItsOwn) {
+TEST_F(ReportRoad, ACopyIsIndependent) {
   const auto event = Waiting<CVNPackGuageEvt>("*FILES_DONE=*", TL1_ELEMENT);
   event->m_cmd.SetMsg("LOAD-PACK;");
   Events copies;
@@ -178,7 +178,7 @@ TEST_F(ReportRoad, ACopyWaitsOnItsOwn) {
   EXPECT_EQ(event->GetGuage(), 0U);
 }
 
-// The bytes of a message as they go onto the wire: 16 of the header, then the body.
+// The bytes of a message on the wire: 16 of the header, then the body.
 std::string OnTheWire(CComNEMsg& message) {
   const size_t length = message.usMsgLen;
   message.ToNetOrder();
@@ -220,7 +220,7 @@ TEST_F(ReportRoad, CarriesANumberedCommandInABinaryMessage) {
   EXPECT_EQ(Log(), Lines{});
 }
 
-TEST_F(ReportRoad, ACommandTooLongForAMessageIsCutAndSaid) {
+TEST_F(ReportRoad, CutsACommandTooLongForAMessageWithAWarning) {
   CCmdStr command;
   command.SetMsg(std::string(70000, 'x').c_str());
   CComNEMsg message(0);

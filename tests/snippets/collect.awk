@@ -1,4 +1,4 @@
-# Makes a program of the C++ blocks of a document: each is a function, and main() calls them all.
+# Creates a program from the C++ blocks of a document: each is a function, and main() calls them all.
 
 BEGIN {
   print "#include <algorithm>\n#include <cstdint>\n#include <memory>\n#include <string>\n"

@@ -8,7 +8,7 @@ namespace VARNEL_TEST {
 
 namespace {
 
-constexpr size_t MOST_KIBIBYTES = 96 * 1024;  // of a command that takes messages of 10 or 16 MiB
+constexpr size_t MOST_KIBIBYTES = 96 * 1024;  // of a command that accepts messages of 10 or 16 MiB
 constexpr double MOST_LATE = 2;               // seconds, on a busy machine
 
 struct Case {
@@ -71,7 +71,7 @@ void SoakElements(const SoakSize& size, const std::string& varnel) {
   const std::string echoes = Repeated("RTRV-ALM-ALL:::1;\r\n> \xFF\xFB\x01", 65536);
   const std::chrono::milliseconds second{1000};
   const std::string tl1 = "0x1000001";
-  const std::string over = "the time is over after";
+  const std::string over = "time limit reached after";
   const std::string longReport = "a report is longer than 10485760 bytes";
   const auto run = [&](const Case& c) { Try(c, varnel); };
   run({"report, never a line end", {"report"}, ForEver(noEnd), longReport});

@@ -1,6 +1,6 @@
-// What a long-lived process does all day, in minutes: soak [--short] VARNEL
+// The work of a long-lived process in some minutes: soak [--short] VARNEL
 //
-// Prints what was done with its figures. Exit status 1 when memory or descriptors grew, or the command failed.
+// Prints each step with its figures. Exit status 1 when memory or descriptors grew, or the command failed.
 #include <spdlog/sinks/null_sink.h>
 #include <spdlog/spdlog.h>
 

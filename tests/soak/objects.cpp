@@ -17,7 +17,7 @@ using namespace VARNEL_COMMON;
 
 constexpr unsigned int FIRST_TL1_ELEMENT = 0x1000000;
 constexpr size_t ELEMENTS = 10;
-constexpr size_t MOST_GROWTH = 1024;  // KiB: what the allocator may move about
+constexpr size_t MOST_GROWTH = 1024;  // KiB: tolerance for the allocator
 
 size_t ResidentKibibytes() {
   std::ifstream statistics("/proc/self/statm");
@@ -26,7 +26,7 @@ size_t ResidentKibibytes() {
   return resident * static_cast<size_t>(sysconf(_SC_PAGESIZE)) / 1024;
 }
 
-// Reports as elements mix them: progress and ends in both languages, what nobody waits for, and noise.
+// Reports as elements mix them: progress and ends in both languages, unexpected reports, and noise.
 class Reports {
  public:
   std::string Next() {
@@ -70,7 +70,7 @@ class Reports {
   std::mt19937 m_random{20201121};
 };
 
-// What waits for reports: events of all kinds, and the parsers of as many sessions.
+// Waiting objects: events of all kinds, and the parsers of as many sessions.
 class Waiting {
  public:
   explicit Waiting(size_t count) {
@@ -86,7 +86,7 @@ class Waiting {
   void Offer(size_t index, const std::string& report) {
     CEvtMsg& event = *m_events[index];
     if (event.IsMyEvt(report.c_str()) && event.HandleReport(report.c_str())) ++handled;
-    if (const auto end = dynamic_cast<CVNScriptFileEndEvt*>(&event)) end->m_strResultText.clear();  // it has been read
+    if (const auto end = dynamic_cast<CVNScriptFileEndEvt*>(&event)) end->m_strResultText.clear();  // was read
     if (index % 8 == 0) {
       event.m_cmd.AddMsg("and one more;");
       event.m_cmd.SetMsg(event.m_cmd.GetMsgLen() > 1000 ? "RTRV-PROGRESS:NE;" : event.m_cmd.GetMsg());
@@ -121,7 +121,7 @@ void SoakObjects(const SoakSize& size) {
   const auto start = std::chrono::steady_clock::now();
   size_t next = 0, warm = 0, most = 0, descriptors = 0;
   for (size_t i = 0; i < size.reports; ++i) {
-    if (i == size.reports / 5) {  // every object has met the longest reports by now
+    if (i == size.reports / 5) {  // every object has received the longest reports by now
       warm = ResidentKibibytes();
       descriptors = OpenDescriptors();
     }

@@ -7,7 +7,7 @@
 
 namespace VARNEL_TEST {
 
-/// How much is done.
+/// The amount of work.
 struct SoakSize {
   size_t objects = 10000;
   size_t reports = 1000000;
@@ -18,7 +18,7 @@ struct SoakSize {
   size_t message = 16777216;  ///< bytes up to which it takes messages that take long to read
 };
 
-/// Whether memory is counted as the system sees it: not under sanitizers, which keep what is freed.
+/// Whether the memory of the process is checked: not under sanitizers, which keep freed memory.
 constexpr bool MEMORY_COUNTS =
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     false;
@@ -38,14 +38,14 @@ struct Child {
 constexpr char MEASURE[] = "--measure ";
 int Measure(const std::vector<std::string>& command);
 
-/// Runs a command with its standard output thrown away.
+/// Runs a command and discards its standard output.
 Child RunChild(const std::vector<std::string>& command);
 
 /// Prints a line of the report, and counts those that are wrong.
 void Expect(bool right, const std::string& what);
 size_t Wrong();
 
-/// Live events and parsers, each offered reports without end: memory and descriptors do not grow.
+/// Live events and parsers that receive endless reports: memory and descriptors do not grow.
 void SoakObjects(const SoakSize& size);
 
 /// A folder with very many packages through `varnel package`.
@@ -54,7 +54,7 @@ void SoakPackages(const SoakSize& size, const std::string& varnel);
 /// Elements that never end a message, send one byte after the other, or one that is too long.
 void SoakElements(const SoakSize& size, const std::string& varnel);
 
-/// 200 elements that come and go, through `varnel watch`: every message arrives, and memory does not grow.
+/// 200 elements that connect and disconnect, through `varnel watch`: every message arrives, and memory does not grow.
 void SoakWatch(const SoakSize& size, const std::string& varnel);
 
 }  // namespace VARNEL_TEST

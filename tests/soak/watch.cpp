@@ -93,7 +93,7 @@ class Watcher {
   size_t m_messages = 0;
 };
 
-// An element that is connected sends a message, and now and then goes away after it.
+// A connected element sends a message, and sometimes closes the connection after it.
 size_t Act(Element& element, std::minstd_rand& random) {
   if (element.connection.get_handle() == ACE_INVALID_HANDLE) {
     ACE_Time_Value none;

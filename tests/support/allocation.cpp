@@ -13,7 +13,7 @@ thread_local const char* t_watchedText = nullptr;
 thread_local size_t t_found = 0;
 std::atomic<size_t> g_live{0};
 
-// Each block is preceded by its size, so that exactly what was asked for can be searched when it is freed.
+// Each block is preceded by its size: when it is freed, exactly the requested bytes are searched.
 constexpr size_t HEADER = alignof(std::max_align_t);
 
 void* Allocate(size_t size) {
@@ -53,7 +53,7 @@ void* operator new(size_t size) {
 void* operator new[](size_t size) {
   return Allocate(size);
 }
-// The sanitizers bring a nothrow form that does not come here, while what it allocates is deleted here.
+// The nothrow form of the sanitizers does not call this one, but its blocks are deleted here.
 void* operator new(size_t size, const std::nothrow_t& /*tag*/) noexcept {
   return AllocateOrNull(size);
 }

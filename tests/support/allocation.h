@@ -5,10 +5,10 @@
 #include <new>
 #include <utility>
 
-/// Watches operator new and delete of the whole test program, on the calling thread only.
+/// Observes operator new and delete of the whole test program, on the calling thread only.
 namespace VARNEL_TEST {
 
-/// Lets the N-th allocation fail while it lives, and counts allocations.
+/// While it exists, the N-th allocation fails, and allocations are counted.
 class AllocationGuard {
  public:
   /// @param failAt  which allocation throws std::bad_alloc; 0 for none.
@@ -22,7 +22,7 @@ class AllocationGuard {
 /// Allocations that are live on any thread; equal before and after means that nothing leaked.
 size_t LiveAllocations();
 
-/// Counts freed blocks that still hold a text, while it lives.
+/// While it exists, counts freed blocks that still contain a text.
 class FreedTextWatch {
  public:
   explicit FreedTextWatch(const char* text);
@@ -33,7 +33,7 @@ class FreedTextWatch {
 };
 
 /// Runs `operation` with its first, second, third … allocation failing until a run sees no failure. Each failing run
-/// must end in std::bad_alloc; `afterFailure` then checks what is left.
+/// must end in std::bad_alloc; `afterFailure` then checks the state.
 ///
 /// @return the number of failing runs.
 template <typename Operation, typename Check>

@@ -7,7 +7,7 @@
 
 namespace VARNEL_TEST {
 
-/// What the list of a package file holds, by value.
+/// The entries of a package file, by value.
 struct Entry {
   std::string name;
   std::string kind;
@@ -19,7 +19,7 @@ std::ostream& operator<<(std::ostream& out, const Entry& entry);
 
 using Entries = std::vector<Entry>;
 
-/// What the list of a package holds, which is a CPkgFile.
+/// The entries of a CPkgFile.
 template <typename Package>
 Entries EntriesIn(const Package& package) {
   Entries entries;
@@ -37,7 +37,7 @@ struct Description {
 
 namespace Reference {
 
-/// A package description read in the plainest way, with streams only. The library's reading is compared with it.
+/// A plain reader of package descriptions, with streams only. The library is compared with it.
 Description ReadDescription(const std::string& text);
 
 }  // namespace Reference

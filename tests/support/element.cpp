@@ -12,7 +12,7 @@
 #include "temp_folder.h"
 
 int main(int argc, char** argv) {
-  alarm(50);  // so that no element outlives a command that never connects
+  alarm(50);  // ends the element if the command never connects
   CLI::App app("Sends a file to the first who connects");
   std::string file;
   std::string host = "127.0.0.1";
@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
   app.add_flag("--silent", script.silent);
   app.add_flag("--refuse", refuse);
   app.add_flag("--hang", hang);
-  app.add_flag("--talk", talk);  // FILE is a script; what is received goes to the file "received"
+  app.add_flag("--talk", talk);  // FILE is a script; received commands are written to the file "received"
   try {
     app.parse(argc, argv);
     if (!file.empty()) script.bytes = VARNEL_TEST::ReadWhole(file);

@@ -7,7 +7,7 @@
 
 namespace VARNEL_TEST {
 
-/// A NUL-terminated text in a block of exactly its size, so that the address sanitizer sees every read beyond its end.
+/// A NUL-terminated text in a block of exactly its size: the address sanitizer reports every read beyond its end.
 class ExactText {
  public:
   explicit ExactText(const std::string& text) : m_text(new char[text.size() + 1]) {

@@ -16,7 +16,7 @@ struct Grouping : std::numpunct<char> {
   std::string do_grouping() const override { return "\3"; }
 };
 
-/// While it lives, streams of the program group digits so.
+/// While it exists, the streams of the program use it.
 class GroupingLocale {
  public:
   GroupingLocale() : m_before(std::locale::global(std::locale(std::locale(), new Grouping))) {}
@@ -28,8 +28,8 @@ class GroupingLocale {
   std::locale m_before;
 };
 
-/// Compiles a Turkish ISO 8859 locale for the test, where the system can, and sets it for the process while it lives.
-/// There "i" has no "I" for its capital, and E1 is a letter.
+/// Compiles a Turkish ISO 8859 locale, if the system can, and sets it for the process while it exists. In this locale
+/// the upper case of "i" is not "I", and E1 is a letter.
 class TurkishLocale {
  public:
   TurkishLocale() {

@@ -28,18 +28,18 @@ double Cost(Operation operation) {
 
 constexpr double LINEAR_GROWTH = 64;
 
-/// Keeps large blocks on the heap: fetching fresh pages from the system for each of them costs more than using them.
+/// Keeps large blocks on the heap: requesting new pages from the system for each of them costs more than using them.
 inline void KeepPages() {
   constexpr int LARGEST_THRESHOLD = 32 << 20;
   mallopt(M_MMAP_THRESHOLD, LARGEST_THRESHOLD);
   mallopt(M_TRIM_THRESHOLD, 8 * LARGEST_THRESHOLD);
 }
 
-/// How many times more 16 times the input costs: about 16 for a linear operation, about 256 for a quadratic one.
-/// Compare with LINEAR_GROWTH. Other work on the machine can only make it look worse, so the best of some attempts
-/// counts.
+/// The cost of 16 times the input divided by the cost of the input: about 16 for a linear operation, about 256 for a
+/// quadratic one. Compare with LINEAR_GROWTH. Other load on the machine only makes it worse, so the best of some
+/// attempts is returned.
 ///
-/// @param prepare  makes the input of a size; @param operation takes a copy of it.
+/// @param prepare  creates the input of a size; @param operation receives a copy of it.
 template <typename Prepare, typename Operation>
 double Growth(size_t size, Prepare prepare, Operation operation) {
   KeepPages();
@@ -53,8 +53,8 @@ double Growth(size_t size, Prepare prepare, Operation operation) {
   return growth;
 }
 
-/// Input size for searches with a hit at nearly every character. The address sanitizer looks at the whole rest of the
-/// text at each memmem(), which would make larger ones quadratic.
+/// Input size for searches with a hit at nearly every character. The address sanitizer examines the whole rest of the
+/// text at each memmem(), which is quadratic for larger texts.
 #ifdef __SANITIZE_ADDRESS__
 constexpr size_t MANY_HITS = 1000;
 #else

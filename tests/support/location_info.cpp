@@ -1,4 +1,4 @@
-// For what takes the place of the platform's log service, whose own would come with the rest of it.
+// For replacements of the platform's log service, which must not link the rest of it.
 #include <platform/log_process.h>
 
 LocationInfo::LocationInfo(const char* module, const char* function, int line)

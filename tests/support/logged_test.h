@@ -27,7 +27,7 @@ class LogKeeper : public spdlog::sinks::base_sink<std::mutex> {
   void flush_() override {}
 };
 
-/// For the library over the bundled platform, with a logger of the program's own. A call that waits ends the process.
+/// For the library over the bundled platform, with a logger of the program. A call that blocks ends the process.
 class LoggedTest : public ::testing::Test {
  protected:
   using Lines = std::vector<std::string>;

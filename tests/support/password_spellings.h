@@ -8,7 +8,7 @@
 
 namespace VARNEL_TEST {
 
-/// A way to write a password into a text, and what the text must become.
+/// A spelling of a password in a text, and the expected filtered text.
 struct Spelling {
   const char* name;
   std::function<std::string(const std::string& password)> write;  ///< gives "" where it cannot be spelled so
@@ -18,7 +18,7 @@ struct Spelling {
 /// Every spelling that the log filter masks.
 const std::vector<Spelling>& Spellings();
 
-/// A password of 1 to 12 characters, with all that could end a value.
+/// A password of 1 to 12 characters, including all that could end a value.
 std::string GeneratePassword(std::mt19937& random);
 
 }  // namespace VARNEL_TEST

@@ -31,13 +31,13 @@ std::ostream& operator<<(std::ostream& out, const LogLine& line);
 LogLine Warning(const std::string& text, const std::string& sourceModule, const std::string& function);
 LogLine Error(const std::string& text, const std::string& sourceModule, const std::string& function);
 
-/// Lets one call of a kind fail: the N-th since it was armed.
+/// Makes one call of a kind fail: the N-th since FailAt().
 class CallFailure {
  public:
   void FailAt(size_t call) { m_failAt = call, m_calls = 0; }
   size_t Calls() const { return m_calls; }
   bool Armed() const { return m_failAt != 0; }
-  /// To be asked once a call.
+  /// Call it once for each call.
   bool Next() { return ++m_calls == m_failAt; }
 
  private:
@@ -45,13 +45,13 @@ class CallFailure {
   size_t m_calls = 0;
 };
 
-/// What the library handed to its host since the last Reset(), and which host calls are to fail. The filter replaces
-/// every "SECRET" by "######".
+/// Records the calls of the host since the last Reset(), and makes some of them fail. The filter replaces every
+/// "SECRET" by "######".
 struct RecordingHost {
   static RecordingHost& Instance();
   void Reset() {
     *this = RecordingHost();
-    errno = 0;  // appears in reports of files that simply end
+    errno = 0;  // appears in log lines about files that end too early
   }
 
   std::vector<LogLine> lines;

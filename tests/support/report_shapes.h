@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-/// The shapes of reports as docs/formats.md lists them; tests/architecture/shapes compares both lists with the
-/// library's.
+/// The shapes of reports, as in docs/formats.md; tests/architecture/shapes compares both lists with the library's.
 namespace VARNEL_TEST {
 
 /// The values follow `done` and `total`, which are parts of the pattern.

@@ -50,7 +50,7 @@ std::string Expanded(const std::string& text, const std::string& ctag) {
   return expanded;
 }
 
-// What an element does on a connection, step by step.
+// Plays the steps of an element on a connection.
 class Conversation {
  public:
   Conversation(ACE_SOCK_Stream& connection, std::ostream& received) : m_connection(connection), m_received(received) {}
@@ -130,7 +130,7 @@ ScriptedElement::~ScriptedElement() {
 }
 
 void ScriptedElement::Refuse() {
-  ::shutdown(m_acceptor.get_handle(), SHUT_RDWR);  // ends listening, but the socket keeps its port
+  ::shutdown(m_acceptor.get_handle(), SHUT_RDWR);  // no longer listens, but keeps the port
 }
 
 void ScriptedElement::Hang() {
@@ -138,7 +138,7 @@ void ScriptedElement::Hang() {
   sockaddr_in own = {};
   socklen_t size = sizeof own;
   ::getsockname(m_acceptor.get_handle(), reinterpret_cast<sockaddr*>(&own), &size);
-  for (int i = 0; i < 4; ++i)  // more than the queue holds; they stay open
+  for (int i = 0; i < 4; ++i)  // more connections than the queue accepts; they stay open
     ::connect(::socket(AF_INET, SOCK_STREAM | SOCK_NONBLOCK, 0), reinterpret_cast<sockaddr*>(&own), size);
 }
 

@@ -19,7 +19,7 @@ struct ElementScript {
   bool silent = false;                 ///< after the last byte keeps the connection open until the other side goes away
 };
 
-/// A network element on a loopback port of its own.
+/// A network element on a free loopback port.
 class ScriptedElement {
  public:
   /// @param host  127.0.0.1 or ::1
@@ -29,16 +29,16 @@ class ScriptedElement {
   ScriptedElement(const ScriptedElement&) = delete;
   ScriptedElement& operator=(const ScriptedElement&) = delete;
 
-  /// The port it listens on from its making on.
+  /// The port; the element listens on it from its construction.
   unsigned short Port() const { return m_port; }
 
-  /// From now on every connection is refused, while nobody else can take the port.
+  /// From now on every connection is refused, and no other process can use the port.
   void Refuse();
 
   /// From now on connecting neither succeeds nor fails, since the queue of the port is full.
   void Hang();
 
-  /// Takes one connection and does the steps of a script, one per line, until the connection is over:
+  /// Accepts one connection and plays the steps of a script, one per line, until the connection ends:
   ///
   ///     receive      a command up to its ";", which is written to `received` as a line
   ///     send TEXT    with \r, \n, \xNN and "%" for the ctag of the command that was received last
@@ -49,7 +49,7 @@ class ScriptedElement {
   ///     reset        ends the connection by a reset later
   void Talk(const std::string& script, std::ostream& received);
 
-  /// Takes one connection, plays the script and closes the connection. A side that goes away early is no error.
+  /// Accepts one connection, plays the script and closes the connection. It is no error if the other side closes early.
   void Serve(const ElementScript& script);
 
  private:

@@ -52,7 +52,7 @@ std::string Escaped(const std::string& text, char quote) {
   return Replaced(Replaced(text, "\\", "\\\\"), {quote}, {'\\', quote});
 }
 
-// Writes one text. Each language has its own way to write a field, of which one holds the password.
+// Writes one text. Each language has its own syntax for a field; one field contains the password.
 class Writer {
  public:
   Writer(std::mt19937& random, bool hasSecret) : m_random(random), m_hasSecret(hasSecret) {}

@@ -16,8 +16,8 @@ struct Language {
   const char* name;
 
   /// Writes a text of some values, a quarter of them inside a JSON text. With a secret, the text has one password,
-  /// which holds SECRET, at a random place among values that look like keys, quotes and separators. Without one, the
-  /// text has no key and no TL1 command with a password, only the other values.
+  /// which contains SECRET, at a random position among values that look like keys, quotes and separators. Without one,
+  /// the text has no key and no TL1 command with a password, only the other values.
   std::function<std::string(std::mt19937& random, bool hasSecret)> write;
 };
 

@@ -11,15 +11,15 @@ namespace VARNEL_TEST {
 void PutBig16(std::string& bytes, size_t offset, uint16_t value);
 void PutBig32(std::string& bytes, size_t offset, uint32_t value);
 
-/// Stores the right sum in a 64-byte head that begins at `offset`.
+/// Stores the correct sum in a 64-byte header that begins at `offset`.
 void RepairSum(std::string& bytes, size_t offset);
 
-/// Builds NE software files byte by byte, without any help of the library. Valid without changes; set what a test is
-/// about, or change the bytes and repair the sum.
+/// Builds NE software files byte by byte, without the library. Valid by default; a test sets some fields, or changes
+/// bytes and repairs the sum.
 struct SoftwareFile {
   std::array<uint16_t, 4> gaps{};  ///< the lengths at 26, 32, 34 and 36 of the directory head
   uint16_t fileType = 1;
-  std::optional<uint16_t> extension;  ///< written after the file head if set, for any type
+  std::optional<uint16_t> extension;  ///< written after the file header if set, for any type
   std::string skipped;
   std::string link = "sample -> target";
   std::string version = "2.10T20200101";

@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-/// Plain versions of the string functions, which take the longest and most obvious way. The library's are compared
-/// with them over generated texts.
+/// Plain versions of the string functions, slow and obviously correct. The library is compared with them for generated
+/// texts.
 namespace VARNEL_TEST::Reference {
 
 void TrimLeft(std::string& s);
@@ -20,7 +20,7 @@ bool MatchesStars(const std::string& text, const std::string& pattern);
 /// The matcher that ignores case, a cursor at a time.
 int MatchNoCase(const char* text, const char* pattern);
 
-/// Replaces the first occurrence until none is left; nothing when that takes more than `limit` replacements.
+/// Replaces the first occurrence until none is left; absent if that needs more than `limit` replacements.
 std::optional<std::string> Replace(std::string s, const std::string& from, const std::string& to, size_t limit);
 
 void Collapse(std::string& s);

@@ -6,7 +6,7 @@
 
 namespace VARNEL_TEST {
 
-/// A folder of its own for a test, gone with all it holds at the end.
+/// A temporary folder, removed with its contents at the end.
 class TempFolder {
  public:
   TempFolder();
@@ -18,7 +18,7 @@ class TempFolder {
   const std::string& Path() const { return m_path; }
   std::string Path(const std::string& name) const { return m_path + "/" + name; }
 
-  /// Writes a file and gives its path.
+  /// Writes a file and returns its path.
   std::string Write(const std::string& name, const std::string& bytes) const;
 
  private:

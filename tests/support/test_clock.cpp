@@ -34,7 +34,7 @@ extern "C" int gettimeofday(timeval* result, void* /*zone*/) noexcept {
     return 0;
   }
   if (!g_readings->timeOfDay) {
-    *result = {7, 250000};  // to be seen where it is taken for a reading
+    *result = {7, 250000};  // visible if a caller uses it as a reading
     errno = EFAULT;
     return -1;
   }

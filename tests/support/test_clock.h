@@ -11,7 +11,7 @@ namespace VARNEL_TEST {
 /// Replaces time() and gettimeofday() of the whole test program. The system's clock is read unless one is set.
 class TestClock {
  public:
-  /// Both calls from here on give fixed readings, each its own, until the object is gone.
+  /// While this object exists, both calls return fixed readings, which may differ.
   TestClock(time_t seconds, timeval timeOfDay);
   /// gettimeofday() fails.
   explicit TestClock(time_t seconds);
@@ -20,7 +20,7 @@ class TestClock {
   TestClock& operator=(const TestClock&) = delete;
 };
 
-/// Sets the time zone of the process while it lives.
+/// Sets the time zone of the process while it exists.
 class TestTimeZone {
  public:
   explicit TestTimeZone(const char* zone);

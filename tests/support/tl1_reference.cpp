@@ -92,7 +92,7 @@ bool Tl1Reference::ParseSid(size_t& cursor) {
   return ParseUpTo(' ', parts.sid, parts.message.find(' ', cursor) + 3, cursor);
 }
 
-// The cursor comes to stand on what ends the part.
+// The cursor is then on the end mark of the part.
 bool Tl1Reference::ParseUpTo(char end, std::string& part, size_t start, size_t& cursor) const {
   cursor = parts.message.find(end, start);
   if (cursor == NPOS) return false;

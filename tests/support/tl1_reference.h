@@ -7,7 +7,7 @@
 
 namespace VARNEL_TEST {
 
-/// All that a TL1 parser holds; by default the members of an emptied one.
+/// The members of a TL1 parser; by default those of an emptied one.
 struct Tl1Parts {
   std::string message, sid, date, time, echo, responseLine, textBlock, verb, code, ctag, atag;
   int type = -1;
@@ -17,7 +17,7 @@ struct Tl1Parts {
 bool operator==(const Tl1Parts& a, const Tl1Parts& b);
 std::ostream& operator<<(std::ostream& out, const Tl1Parts& parts);
 
-/// What a parser holds, which has the members of CTL1NEMsgParse.
+/// The members of a parser with the interface of CTL1NEMsgParse.
 template <typename Parser>
 Tl1Parts PartsOf(const Parser& p) {
   return {p.m_strNEMsg, p.m_strSID,        p.m_strDate, p.m_strTime, p.m_strEcho,  p.m_strRspLine,  p.m_strTextBlock,

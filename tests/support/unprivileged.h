@@ -5,8 +5,8 @@
 
 namespace VARNEL_TEST {
 
-/// Runs a check in a child process that has given up root's rights, and gives its answer. The child shares no memory
-/// with the test: what it finds out must be in the answer.
+/// Runs a check in a child process without root's rights and returns its result. The child shares no memory with the
+/// test: only the result is passed back.
 bool HoldsUnprivileged(const std::function<bool()>& check);
 
 }  // namespace VARNEL_TEST

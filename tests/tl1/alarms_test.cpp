@@ -67,7 +67,7 @@ TEST(Tl1Alarms, CodeAndTextMayDisagree) {
   EXPECT_TRUE(alarms.Active().empty()) << "code A with CL";
 }
 
-TEST(Tl1Alarms, AreToldApartBySourceSidAidAndCondition) {
+TEST(Tl1Alarms, AreIdentifiedBySourceSidAidAndCondition) {
   Alarms alarms;
   const std::string stream =
       AlarmMessage("*C 1 REPT ALM EQPT", "\"S-1:CR,LOS\"\r\n   \"S-2:CR,LOS\"\r\n   \"S-2:CR,LOF\"") +

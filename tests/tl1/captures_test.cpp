@@ -1,4 +1,4 @@
-// What elements were seen to send: tests/captures/*.tl1, with what is read from each in tests/captures/expected.
+// Captured output of elements, tests/captures/*.tl1, and the messages expected from each, tests/captures/expected.
 #include <gtest/gtest.h>
 
 #include <algorithm>

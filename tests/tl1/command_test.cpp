@@ -38,7 +38,7 @@ TEST(Command, AddsTheSemicolon) {
   EXPECT_EQ(Parsed("RTRV_HDR::\"\xC3\xBC;\"").Text(), "RTRV_HDR::\"\xC3\xBC;\";");
 }
 
-TEST(Command, RefusesWhatCannotBeSent) {
+TEST(Command, RefusesTextsThatCannotBeSent) {
   using std::string_view_literals::operator""sv;
   for (const std::string_view text : std::initializer_list<std::string_view>{
            ""sv, " ", ";", ":NE1;", "7-UP;", "RTRV ALM;", "A;B", "A;;", "A:;:", "A::\"b;", "A::\"b\\\";", "A:\n;",
@@ -100,7 +100,7 @@ TEST(Command, MasksThePasswordBlock) {
     EXPECT_EQ(MaskedText(text), text);
 }
 
-TEST(Command, CopiesAreTheirOwn) {
+TEST(Command, CopiesAreIndependent) {
   Command command = Parsed("RTRV-HDR");
   Command copy(command);
   command.SetBlock(Command::TID, "NE1");

@@ -30,7 +30,7 @@ TEST(Tl1Damage, AResponseThatIsCutOffHidesNoAlarm) {
   }
 }
 
-TEST(Tl1Damage, AStrayIdentificationLineTakesNoOtherMessage) {
+TEST(Tl1Damage, AStrayIdentificationLineHidesNoOtherMessage) {
   EXPECT_EQ(Read("noise\r\nM  9 COMPLD\r\nnoise" + ALARM),
             (Texts{"response 9 COMPLD incomplete | noise", SHOWN_ALARM}));
   EXPECT_EQ(Read("A  7 REPT\r\n" + ALARM), (Texts{"autonomous 7 A REPT incomplete", SHOWN_ALARM}));
@@ -72,13 +72,13 @@ TEST(Tl1Damage, TheLimitIsTheMostBytesOfAMessage) {
   }
 }
 
-TEST(Tl1Damage, TheLineEndsBeforeAHeaderDoNotCountForTheLimit) {
+TEST(Tl1Damage, TheLimitExcludesLineEndsBeforeAHeader) {
   const std::string open = std::string(HEADER) + "M  1 COMPLD\r\n   bbbbbbbbbb";
   EXPECT_EQ(Shown(CutStream(open + RESPONSE, 0, open.size()).messages),
             (Texts{"response NORTH1 1 COMPLD incomplete | bbbbbbbbbb", SHOWN_RESPONSE}));
 }
 
-TEST(Tl1Damage, QuotesHideALoneTerminatorUpToTheLimitOnly) {
+TEST(Tl1Damage, QuotesHideALoneTerminatorOnlyUpToTheLimit) {
   const std::string stray = std::string(HEADER) + "M  1 COMPLD\r\n   \"b\r\n;";
   const std::string noise = "\r\nIP 7\r\n<" + std::string(50000, 'c') + "\r\n";
   for (const std::string& stream : {stray + noise, stray + noise + "   \"c\"\r\n;"})
@@ -87,7 +87,7 @@ TEST(Tl1Damage, QuotesHideALoneTerminatorUpToTheLimitOnly) {
                 (Texts{"response NORTH1 1 COMPLD | \"b", "acknowledgement 7 IP"}));
 }
 
-TEST(Tl1Damage, ATelnetSubnegotiationWithoutAnEndTakesLittle) {
+TEST(Tl1Damage, AnUnfinishedTelnetSubnegotiationLosesFewBytes) {
   const std::string open = "\xFF\xFA\x18";
   EXPECT_EQ(Read(open + ALARM), Texts{SHOWN_ALARM});
   EXPECT_EQ(Read(open + std::string(505, 'x') + ALARM), Texts{SHOWN_ALARM}) << "the header crosses the bound";
@@ -96,7 +96,7 @@ TEST(Tl1Damage, ATelnetSubnegotiationWithoutAnEndTakesLittle) {
   EXPECT_EQ(CutStream(open + std::string(600, 'x')).skipped.bytes, 603U);
 }
 
-// What a message becomes if bytes are missing, or what may be between two messages.
+// A message from which bytes are missing, or bytes that may be between two messages.
 class Damager {
  public:
   explicit Damager(MessageMaker& maker) : m_maker(maker) {}
@@ -148,7 +148,7 @@ class Damager {
   MessageMaker& m_maker;
 };
 
-TEST(Tl1Damage, EveryUntouchedMessageIsReadRight) {
+TEST(Tl1Damage, EveryUndamagedMessageIsReadCorrectly) {
   size_t untouched = 0;
   for (unsigned seed = 0; seed < 3000; ++seed) {
     MessageMaker maker(seed);
@@ -186,8 +186,8 @@ TEST(Tl1Damage, EveryUntouchedMessageIsReadRight) {
   EXPECT_GT(untouched, 15000U);
 }
 
-// Each message alone is too small for a limit to matter; how the limit is met does not depend on the cut either.
-TEST(Tl1Damage, EveryCutGivesTheSameMessagesWithinAnyLimit) {
+// No single message exceeds the limit; the result at the limit must not depend on the cut either.
+TEST(Tl1Damage, EveryCutReturnsTheSameMessagesWithinAnyLimit) {
   for (unsigned seed = 0; seed < 1000; ++seed) {
     MessageMaker maker(seed);
     Damager damager(maker);
@@ -231,7 +231,7 @@ std::string Repeated(std::string_view unit, size_t size) {
   return text;
 }
 
-// Time per byte must not depend on how long the text is, on where it is cut, or on what it is made of.
+// Time per byte must not depend on the length, the cut or the content of the text.
 class Tl1Growth : public ::testing::TestWithParam<const char*> {
  protected:
   static void Check(const std::string& before, const std::string& after, size_t pieceSize) {

@@ -69,7 +69,7 @@ TEST(Tl1Framer, HeaderLines) {
   }
 }
 
-TEST(Tl1Framer, LinesThatAreNoHeaders) {
+TEST(Tl1Framer, LinesThatAreNotHeaders) {
   for (const std::string line :
        {"   NORTH1 26-03-04", "   NORTH1 05:06:07", "   NORTH1 26-03 05:06:07", "   NORTH1 26-03-04 05",
         "   NORTH1 26--04 05:06:07", "   NORTH1 26-03-04x 05:06:07", "   NORTH1 26-03-04 05:06:07.",
@@ -283,7 +283,7 @@ TEST(Tl1Framer, InsideQuotesOnlyTheStrictFormCuts) {
   }
 }
 
-TEST(Tl1Framer, AStrayQuoteEndsAtTheLoneTerminatorItPassed) {
+TEST(Tl1Framer, AStrayQuoteEndsAtTheFirstLoneTerminator) {
   const std::string stray = SHOWN_OPEN + " | a | \"b", acknowledgement = "acknowledgement 7 IP";
   Check({{OPEN + "   \"b\r\n;\r\n" + RESPONSE, {stray, SHOWN_RESPONSE}},
          {OPEN + "   /* b\r\n;" + RESPONSE, {SHOWN_OPEN + " | a | /* b", SHOWN_RESPONSE}},

@@ -1,4 +1,4 @@
-// Memory that runs out while a stream is read: nothing leaks, no message is wrong, and what was ready can be taken.
+// Memory exhaustion while a stream is read: nothing leaks, no message is wrong, and ready messages can be retrieved.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -37,13 +37,13 @@ size_t FailEach(Operation operation) {
   return failures;
 }
 
-// Whether what was taken is where all of it begins.
+// Whether the retrieved messages are the first ones of all.
 void CheckBegins(const Texts& taken, const Texts& all) {
   EXPECT_TRUE(taken.size() <= all.size() && std::equal(taken.begin(), taken.end(), all.begin()))
       << ::testing::PrintToString(taken);
 }
 
-TEST(Tl1Injection, MessagesTakenFromABrokenStreamAreRight) {
+TEST(Tl1Injection, MessagesOfABrokenStreamAreCorrect) {
   const Texts whole = Shown(CutStream(STREAM).messages);
   ASSERT_GE(whole.size(), 7U);
   for (const size_t pieceSize : {size_t{50}, STREAM.size()}) {
@@ -81,7 +81,7 @@ TEST(Tl1Injection, NextNeedsNoMemory) {
   EXPECT_EQ(guard.Count(), 0U);
 }
 
-TEST(Tl1Injection, AnswersTakenFromABrokenJoinerAreRight) {
+TEST(Tl1Injection, AnswersOfABrokenJoinerAreCorrect) {
   const Messages messages = CutStream(STREAM).messages;
   Texts whole;
   const auto join = [&](size_t n) {

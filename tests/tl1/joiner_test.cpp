@@ -48,7 +48,7 @@ Texts Joined(const std::vector<Part>& parts, size_t limit = VARNEL_TL1::DEFAULT_
   return shown;
 }
 
-TEST(Tl1Joiner, MakesOneMessageOfTheParts) {
+TEST(Tl1Joiner, JoinsThePartsToOneMessage) {
   EXPECT_EQ(Joined({{"A", "1", "COMPLD", "a\r\n", true},
                     {"A", "1", "COMPLD", "b", true},
                     {"A", "1", "COMPLD", "c\n", false},
@@ -76,14 +76,14 @@ TEST(Tl1Joiner, KeepsAnswersApart) {
                    "0+60 response A 1 COMPLD | a | A"}));
 }
 
-TEST(Tl1Joiner, AnotherCodeIsAnotherAnswer) {
+TEST(Tl1Joiner, AnotherCodeBeginsAnotherAnswer) {
   EXPECT_EQ(Joined({{"A", "1", "COMPLD", "a", true}, {"A", "1", "DENY", "b", false}}),
             (Texts{"0+10 response A 1 COMPLD continues incomplete | a", "10+10 response A 1 DENY | b"}));
   EXPECT_EQ(Joined({{"A", "1", "RTRV", "a", true}, {"A", "1", "RTRV", "b", true}, {"A", "1", "COMPLD", "c", false}}),
             (Texts{"0+30 response A 1 COMPLD | a | b | c"}));
 }
 
-TEST(Tl1Joiner, APartWithoutSidBelongsToTheAnswerThatGrewLast) {
+TEST(Tl1Joiner, APartWithoutSidBelongsToTheLatestAnswer) {
   EXPECT_EQ(Joined({{"A", "1", "COMPLD", "a", true},
                     {"B", "1", "COMPLD", "b", true},
                     {"", "1", "COMPLD", "c", true},
@@ -99,7 +99,7 @@ TEST(Tl1Joiner, APartWithoutSidBelongsToTheAnswerThatGrewLast) {
       << "the answer before is whole";
 }
 
-TEST(Tl1Joiner, WhatIsNotWholeAtTheEndIsIncomplete) {
+TEST(Tl1Joiner, UnfinishedAnswersAreIncompleteAtTheEnd) {
   EXPECT_EQ(
       Joined({{"B", "1", "COMPLD", "a", true}, {"A", "1", "RTRV", "b", true}}),
       (Texts{"0+10 response B 1 COMPLD continues incomplete | a", "10+10 response A 1 RTRV continues incomplete | b"}));
@@ -117,7 +117,7 @@ TEST(Tl1Joiner, OtherTypesPass) {
   EXPECT_FALSE(joiner.Next(taken));
 }
 
-TEST(Tl1Joiner, WhatIsBeyondTheLimitIsIncomplete) {
+TEST(Tl1Joiner, AnswersBeyondTheLimitAreIncomplete) {
   EXPECT_EQ(Joined({{"A", "1", "COMPLD", "a", true},
                     {"A", "2", "COMPLD", "b", true},
                     {"A", "1", "COMPLD", "c", true},

@@ -1,5 +1,5 @@
 // A conversation in which each allocation fails once: nothing leaks, no password is shown, every command has exactly
-// one event, and an element that is not understood any more is noticed.
+// one event, and a lost answer is noticed.
 #include <gtest/gtest.h>
 
 #include <new>
@@ -62,7 +62,7 @@ class Trial {
     }
   }
 
-  // Sends something that has one event at the end, and hears the answer.
+  // Sends a command, which has one event at its end, and receives the answer.
   template <typename Step>
   void Do(Step send, const std::string& answer) {
     m_ends = 0;

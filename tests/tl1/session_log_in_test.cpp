@@ -1,4 +1,4 @@
-// Logging in and out, and what becomes of passwords.
+// Logging in and out, and masking and wiping of passwords.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -37,7 +37,7 @@ TEST_F(SessionTest, ARefusedLogInCanBeTriedAgain) {
   EXPECT_EQ(talk.LogOut(), "CANC-USER::joe:13;") << "the log-in may still have been accepted";
 }
 
-TEST_F(SessionTest, LogOutGivesUpAPendingCommand) {
+TEST_F(SessionTest, LogOutAbandonsAPendingCommand) {
   talk.LogIn("joe", "Secret1");
   EXPECT_EQ(talk.LogOut(), "CANC-USER::joe:11;") << "while logging in";
   EXPECT_EQ(talk.Hear(Answer("10")), Texts{std::string("Message ") + SHOWN_COMPLD});

@@ -1,4 +1,4 @@
-// A session on a scripted clock: every row of the table of its states, and what elements do to it.
+// A session on a scripted clock: every row of its state table, and unusual elements.
 #include <gtest/gtest.h>
 
 #include <set>
@@ -24,7 +24,7 @@ TEST_F(SessionTest, MatchesTheAnswerAndPassesTheRest) {
   EXPECT_EQ(talk.Wait(seconds(1000)), Texts());
 }
 
-TEST_F(SessionTest, TakesDenyAndAcknowledgementWithoutItsCtagAsItsOwn) {
+TEST_F(SessionTest, AcceptsDenyAndAcknowledgementWithoutItsCtag) {
   for (const std::string ctag : {"0", "1", ""}) {
     const std::string mark = ctag.empty() ? "" : " " + ctag;
     const std::string denied = "response NORTH1" + mark + " DENY | IICM";
@@ -41,7 +41,7 @@ TEST_F(SessionTest, TakesDenyAndAcknowledgementWithoutItsCtagAsItsOwn) {
   EXPECT_EQ(talk.Wait(seconds(30)), Texts{"NoAnswer"}) << "a COMPLD with ctag 0 and foreign ones are not taken";
 }
 
-TEST_F(SessionTest, WhatArrivedBeforeTheCommandIsNotItsAnswer) {
+TEST_F(SessionTest, AMessageBeforeTheCommandIsNotItsAnswer) {
   talk.Send("RTRV-HDR");
   talk.session.Receive(Answer("0", "DENY") + Answer("0", "DENY"), talk.now);
   Event event;
@@ -91,7 +91,7 @@ TEST_F(SessionTest, ALateAnswerIsNotTheNextOne) {
             (Texts{std::string("Message ") + SHOWN_COMPLD, "Answer response NORTH1 11 COMPLD | \"x\""}));
 }
 
-TEST_F(SessionTest, EachPartStartsTheClockAgain) {
+TEST_F(SessionTest, EachPartRestartsTheClock) {
   talk.Send("RTRV-HDR");
   for (int i = 0; i < 3; ++i) {
     EXPECT_EQ(talk.Wait(seconds(29)), Texts());
@@ -185,7 +185,7 @@ TEST_F(SessionTest, ANewStreamBeginsAfterACut) {
       std::string("banner\r\n" + std::string(HEADER) + "M  10 COMPLD\r\n   \"half" + before + Answer("10")).size());
 }
 
-TEST(Session, AssignsCtagsInTurn) {
+TEST(Session, AssignsCtagsInSequence) {
   for (const unsigned int first : {0U, 999997U, 999998U, ~0U}) {
     Talk talk(With(first));
     std::set<std::string> ctags;
@@ -248,7 +248,7 @@ TEST_F(HeartbeatTest, IsSentAfterSilence) {
   EXPECT_EQ(talk.Output(), "RTRV-HDR:::10;");
 }
 
-TEST_F(HeartbeatTest, AnyAnswerCountsAndIsNoEvent) {
+TEST_F(HeartbeatTest, AnyAnswerIsAcceptedWithoutAnEvent) {
   for (const std::string& answer :
        {Answer("10"), Answer("11", "DENY"), Answer("0", "DENY"), Answer("13", "COMPLD", "a", '>') + Answer("13"),
         std::string("\r\nPF\r\n<"), "\r\nPF 15\r\n<" + Answer("15")}) {
@@ -293,7 +293,7 @@ TEST_F(HeartbeatTest, AnExplicitCtagMayBeThatOfAHeartbeat) {
   EXPECT_EQ(talk.Hear(Answer("10")), Texts{std::string("Answer ") + SHOWN_COMPLD});
 }
 
-TEST_F(HeartbeatTest, StandsStillWhileTheClockIsStopped) {
+TEST_F(HeartbeatTest, PausesWhileTheClockIsStopped) {
   talk.Wait(seconds(50));
   talk.session.Pause(talk.now);
   EXPECT_FALSE(talk.session.Deadline());
@@ -355,7 +355,7 @@ TEST_F(SessionTest, SendsOutputInPieces) {
   EXPECT_EQ(talk.session.Output(), "");
 }
 
-// What an element sends after each command.
+// The output of an element after each command.
 struct Turn {
   std::string command;
   std::string answer;
@@ -370,7 +370,7 @@ const std::vector<Turn> TURNS = {
     {"RTRV-T1", "\r\nIP 13\r\n<\r\nNG 13\r\n<"},
     {"RTRV-T2", Answer("99") + Answer("14", "RTRV", "a") + "\r\n< " + Answer("14", "COMPLD", "b")}};
 
-// Plays all turns; the answer of each is cut into pieces, or into two at a place.
+// Plays all turns; the answer of each is cut into pieces, or into two at a position.
 Texts Play(size_t pieceSize, size_t cutTurn = std::string::npos, size_t cutAt = 0) {
   Talk talk(With(8));
   Texts all;

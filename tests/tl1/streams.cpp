@@ -98,7 +98,7 @@ MessageMaker::Made MessageMaker::MakeAcknowledgement() {
   return {code + " " + ctag + "\r\n<", "acknowledgement " + ctag + " " + code};
 }
 
-// Quoted, a comment, or neither; the latter holds no character that has a meaning.
+// Quoted, a comment, or neither; the latter contains no special character.
 std::string MessageMaker::Line() {
   constexpr std::string_view IN_QUOTES = "abM;><=,:/*'5 \x95\xE6";
   const size_t kind = Random(4);
@@ -107,7 +107,7 @@ std::string MessageMaker::Line() {
   return "\"" + Words(IN_QUOTES, 20) + "-\\\"" + Words(IN_QUOTES, 20) + "-\\\",M\"";
 }
 
-// An event has a line with an "M", which the strict parser wants.
+// An event has a line with an "M", which the strict parser requires.
 MessageMaker::Made MessageMaker::MakeWithHeader() {
   constexpr const char* RESPONSES[] = {"COMPLD", "DENY", "PRTL", "DELAY"};
   constexpr const char* ALARMS[] = {"*C", "**", "* ", "A ", "AA", "WN", "I "};

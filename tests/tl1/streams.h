@@ -25,17 +25,17 @@ Cut CutStream(std::string_view stream, size_t pieceSize = 0, size_t limit = VARN
 /// The lines of a text, each after a blank and a bar.
 std::string ShownText(std::string_view text);
 
-/// A message in one line: its type and what it has, such as `response A 1 COMPLD continues | "x" | y`.
+/// A message in one line: its type and its fields, such as `response A 1 COMPLD continues | "x" | y`.
 std::string Shown(const VARNEL_TL1::Message& message);
 Texts Shown(const Messages& messages);
 
-/// The same with its place and its header: `12+40 response A 26-03-04 05:06:07 1 COMPLD`.
+/// The same with its position and its header: `12+40 response A 26-03-04 05:06:07 1 COMPLD`.
 Texts ShownWithPlaces(const Messages& messages);
 
-/// The messages of a stream, shown. Checks that they are the same byte by byte.
+/// The messages of a stream as lines. Checks that they are the same byte by byte.
 Texts Read(std::string_view stream);
 
-/// Makes well-formed messages of all types in the strict form.
+/// Creates well-formed messages of all types in the strict form.
 class MessageMaker {
  public:
   explicit MessageMaker(unsigned seed) : m_random(seed) {}

@@ -12,7 +12,7 @@ using VARNEL_TL1::Message;
 using VARNEL_TL1::MessageCopy;
 using VARNEL_TL1::MessageType;
 
-// The fields as the parser has them, of which the alarm code and the atag may have a blank at one end.
+// The fields of the parser; alarm code and atag may have a blank at one end.
 std::string Fields(MessageType type, std::initializer_list<std::string> fields) {
   std::string all = TypeName(type);
   for (std::string field : fields) {
@@ -43,7 +43,7 @@ TEST(Tl1Strict, AgreesWithTheReaderOfStreams) {
   size_t read = 0;
   for (size_t i = 0; i < 50000; ++i) {
     const std::string bytes = maker.Make().bytes;
-    if (bytes.back() == '>' && bytes.find(';') != std::string::npos) continue;  // the text ends there for the parser
+    if (bytes.back() == '>' && bytes.find(';') != std::string::npos) continue;  // the parser's text ends there
     CTL1NEMsgParse parser(bytes);
     ASSERT_TRUE(parser.NEMsgParse()) << bytes;
     const Cut cut = CutStream(bytes);

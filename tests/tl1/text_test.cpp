@@ -63,7 +63,7 @@ TEST(Tl1Text, QuotedTextsBeginAtALineAndEndOne) {
   EXPECT_EQ(Quoted("   \"a\r\n\r\n   \\\"b\r\n   c\"\r\n"), (Texts{"\"a\r\n\r\n   \\\"b\r\n   c\"", "", "", ""}));
 }
 
-TEST(Tl1Text, IsTakenApart) {
+TEST(Tl1Text, IsParsedIntoBlocksAndParameters) {
   EXPECT_EQ(TakenApart("\"SLOT-3:CR,LOS,SA\""), "SLOT-3: [CR] [LOS] [SA] 1");
   EXPECT_EQ(TakenApart("\"SLOT-3:CR,,X=1,SA:Y=2,:Z\""), "SLOT-3: [CR] [] [X=1] [SA] | [Y=2] [] | [Z] 3");
   EXPECT_EQ(TakenApart("\"SLOT-3\""), "SLOT-3: 0");
@@ -74,7 +74,7 @@ TEST(Tl1Text, IsTakenApart) {
   EXPECT_EQ(TakenApart("\"A:=1,B=,C=D=E\""), "A: [=1] [B=] [C=D=E] 1");
 }
 
-TEST(Tl1Text, SeparatorsInsideAQuotedValueDoNotCount) {
+TEST(Tl1Text, SeparatorsInsideAQuotedValueAreOrdinary) {
   EXPECT_EQ(TakenApart(R"("A:\"b, c: d=e\",F=\"g=h, i\":\"j\"")"), "A: [b, c: d=e] [F=g=h, i] | [j] 2");
   EXPECT_EQ(TakenApart(R"("A:\"say \\\"b, c\\\"\",d")"), R"(A: [say \"b, c\"] [d] 1)");
   EXPECT_EQ(TakenApart(R"("A\"B:C\":d")"), R"(A"B:C": [d] 1)");

@@ -82,7 +82,7 @@ class OnlySource {
   std::unique_ptr<ByteSource> m_source;
 };
 
-// Reads until something other than data comes; gives all of the data.
+// Reads until the status is not Data; returns all data.
 std::string ReadAll(ByteSource& source, Status& last) {
   std::string all, bytes;
   while ((last = source.Read(bytes)) == Status::Data)
@@ -120,22 +120,22 @@ TEST_F(ByteSourceTest, ReadsAFileToItsEnd) {
   EXPECT_EQ("", source->Error());
 }
 
-TEST_F(ByteSourceTest, FailsForAFileThatIsNotThere) {
+TEST_F(ByteSourceTest, FailsForAMissingFile) {
   const OnlySource source(File(m_folder.Path("absent")));
   ExpectLastRead(Status::Failed, "No such file or directory", *source);
 }
 
-TEST_F(ByteSourceTest, EndsTheWholeRunThoughBytesKeepComing) {
+TEST_F(ByteSourceTest, EndsTheRunAtItsLimitAlthoughBytesKeepArriving) {
   const OnlySource source(WithTimeout(File("/dev/zero"), 0.05));
   std::string bytes;
   Status status = Status::Data;
   while ((status = source->Read(bytes)) == Status::Data)
     ASSERT_FALSE(bytes.empty());
   EXPECT_EQ(Status::TimedOut, status);
-  EXPECT_EQ("the time is over after 0.05 seconds", source->Error());
+  EXPECT_EQ("time limit reached after 0.05 seconds", source->Error());
 }
 
-TEST_F(ByteSourceTest, DoesNotTakeASlowReaderForSilence) {
+TEST_F(ByteSourceTest, ASlowReaderIsNotIdle) {
   const OnlySource source(WithIdle(File("/dev/zero"), 0.02));
   std::string bytes;
   for (int i = 0; i < 3; ++i) {
@@ -144,15 +144,15 @@ TEST_F(ByteSourceTest, DoesNotTakeASlowReaderForSilence) {
   }
 }
 
-TEST_F(ByteSourceTest, TimesOutWhenNothingComes) {
+TEST_F(ByteSourceTest, TimesOutWithoutInput) {
   const OnlySource source(WithIdle(Growing(m_folder.Write("file", "text")), 0.2));
   std::string bytes;
   ASSERT_EQ(Status::Data, source->Read(bytes));
   EXPECT_EQ("text", bytes);
-  ExpectLastRead(Status::TimedOut, "nothing came for 0.2 seconds", *source);
+  ExpectLastRead(Status::TimedOut, "no input for 0.2 seconds", *source);
 }
 
-TEST_F(ByteSourceTest, StartsTheTimeOfSilenceAgainWithEachByte) {
+TEST_F(ByteSourceTest, RestartsTheIdleTimeWithEachByte) {
   ElementScript script;
   script.bytes = std::string(25, 'x');
   script.pieceSize = 1;
@@ -164,7 +164,7 @@ TEST_F(ByteSourceTest, StartsTheTimeOfSilenceAgainWithEachByte) {
   EXPECT_EQ(Status::End, last) << source->Error();
 }
 
-TEST_F(ByteSourceTest, ComesBackWithoutBytesAtEachTick) {
+TEST_F(ByteSourceTest, ReturnsWithoutBytesAtEachTick) {
   const OnlySource source(WithIdle(Growing(m_folder.Write("file", "")), 0.3), milliseconds(5));
   std::string bytes;
   int ticks = 0;
@@ -176,7 +176,7 @@ TEST_F(ByteSourceTest, ComesBackWithoutBytesAtEachTick) {
   EXPECT_LE(ticks, 60);
 }
 
-TEST_F(ByteSourceTest, WaitsWithoutBurningTime) {
+TEST_F(ByteSourceTest, WaitsWithoutUsingTheProcessor) {
   const OnlySource source(WithTimeout(Growing(m_folder.Write("file", "x")), 0.5));
   Status last = Status::Data;
   const milliseconds before = ProcessorTime();
@@ -185,7 +185,7 @@ TEST_F(ByteSourceTest, WaitsWithoutBurningTime) {
   EXPECT_LT((ProcessorTime() - before).count(), 100);
 }
 
-TEST_F(ByteSourceTest, ReadsAShortenedFileFromItsBeginning) {
+TEST_F(ByteSourceTest, ReadsATruncatedFileFromItsStart) {
   const std::string path = m_folder.Write("file", "long text");
   const OnlySource source(WithIdle(Growing(path), 50));
   std::string bytes;
@@ -196,7 +196,7 @@ TEST_F(ByteSourceTest, ReadsAShortenedFileFromItsBeginning) {
   EXPECT_EQ("new", bytes);
 }
 
-TEST_F(ByteSourceTest, ReadsARenamedFileToItsEndAndThenTheOneInItsPlace) {
+TEST_F(ByteSourceTest, ReadsARenamedFileToItsEndAndThenItsReplacement) {
   const std::string path = m_folder.Write("file", "one");
   const OnlySource source(WithIdle(Growing(path), 50));
   std::string bytes;
@@ -240,7 +240,7 @@ TEST_F(ByteSourceTest, FollowsOneFileOnly) {
     EXPECT_THROW(OnlySource{options}, CLI::ValidationError);
 }
 
-TEST_F(ByteSourceTest, WhatIsFollowedOrConnectedIsLive) {
+TEST_F(ByteSourceTest, FollowedFilesAndConnectionsAreLive) {
   EXPECT_FALSE(File("file").IsLive("file"));
   EXPECT_TRUE(Growing("file").IsLive("file"));
   EXPECT_TRUE(Connection("host:7").IsLive("host:7"));

@@ -53,13 +53,13 @@ TEST(JsonWriterTest, BeginsAnObjectAgainAfterPrinting) {
   EXPECT_EQ("{\"a\":null}\n{\"b\":\"x\",\"c\":[{\"\\\"\":1}]}\n", testing::internal::GetCapturedStdout());
 }
 
-TEST(JsonWriterTest, HarmlessTextStays) {
+TEST(JsonWriterTest, HarmlessTextIsUnchanged) {
   for (const std::string text : {"", "a", "~ !#[]^", "M\u00FCnchen", "\u6771\u4EAC", "\U0001F600", "\u00A0", "\u2029"})
     EXPECT_EQ(InJson(text), Printed(text));
 }
 
-// At each place in and after the blocks of eight bytes that are looked at as a whole.
-TEST(JsonWriterTest, EscapesOrReplacesAtEachPlace) {
+// At each position in and after the blocks of eight bytes that are examined as a whole.
+TEST(JsonWriterTest, EscapesOrReplacesAtEachPosition) {
   for (const Case& special :
        {Case{"\"", "\\\""}, Case{"\\", "\\\\"}, Case{"\n", "\\u000a"}, Case{std::string(1, '\0'), "\\u0000"},
         Case{"\x1F", "\\u001f"}, Case{"\x7F", "\\u007f"}, Case{"\u0080", "\\u0080"}, Case{"\u009F", "\\u009f"},

@@ -19,7 +19,7 @@ namespace {
 
 using VARNEL_COMMON::CPkgFile;
 
-// What the library reads from a file, its failures included.
+// The results of the library for a file, including failures.
 struct FromLibrary {
   explicit FromLibrary(const std::string& path) : description(path) {
     ZEP_FILE_HEAD head;
@@ -132,7 +132,7 @@ TEST_F(PackageFile, ReadsEveryLengthOfATruncatedFile) {
     ExpectSameOf(bytes.substr(0, length));
 }
 
-TEST_F(PackageFile, ReadsEveryFlippedByteOfTheHeads) {
+TEST_F(PackageFile, ReadsEveryFlippedByteOfTheHeaders) {
   const std::string bytes = FileWithAllAreas().Bytes();
   for (size_t i = 0; i < bytes.size(); ++i) {
     std::string damaged = bytes;
@@ -141,7 +141,7 @@ TEST_F(PackageFile, ReadsEveryFlippedByteOfTheHeads) {
   }
 }
 
-TEST_F(PackageFile, JudgesFileTypes) {
+TEST_F(PackageFile, AcceptsAndRefusesFileTypes) {
   for (const unsigned int type : {0U, 2U, 13U, 14U, 15U, 16U, 512U, 513U, 514U, 65535U}) {
     SoftwareFile file;
     file.fileType = static_cast<uint16_t>(type);
@@ -205,7 +205,7 @@ TEST_F(PackageFile, CutsLinesAsTheLibraryDoes) {
   }
 }
 
-TEST_F(PackageFile, FindsMarkersAtEveryPlaceOfALineAndABlock) {
+TEST_F(PackageFile, FindsMarkersAtEveryPositionOfALineAndABlock) {
   const std::string heads = SoftwareFile().Bytes() + '\n';
   for (const std::string& marker :
        std::initializer_list<std::string>{"[COLDPATCH]", "[File Description]\na:b:c:d:5:f:g:h"}) {
@@ -247,7 +247,7 @@ TEST_F(PackageFile, ReadsGeneratedFiles) {
 }
 
 // A file of 4 GiB and 150 bytes has its first 150 bytes as lines: the mark after them is not found.
-TEST_F(PackageFile, TakesTheSizeOfHugeSparseFilesModulo32Bits) {
+TEST_F(PackageFile, ReadsTheSizeOfHugeSparseFilesModulo32Bits) {
   const std::string path = m_folder.Write("huge", WithPayload("\n[COLDPATCH]\n"));
   const uintmax_t size = std::filesystem::file_size(path);
   for (const uintmax_t more : {uintmax_t{0}, size - 3, size - 1, size + 100}) {
@@ -281,7 +281,7 @@ TEST_F(PackageFile, NamesTheLineOfALongColumn) {
             ReadFileLines(scanner).remark);
 }
 
-TEST_F(PackageFile, ReportsWhatCannotBeRead) {
+TEST_F(PackageFile, ReportsUnreadableFiles) {
   const auto error = [](const std::string& path) {
     InputFile input(path);
     FileScanner scanner(input);

@@ -22,7 +22,7 @@ void Append(Texts& texts, const Texts& more) {
   texts.insert(texts.end(), more.begin(), more.end());
 }
 
-// What is left at the end of the stream; may be empty.
+// The rest at the end of the stream; may be empty.
 std::string Rest(ReportCutter& splitter) {
   splitter.Finish();
   const std::optional<Report> rest = splitter.Next();
@@ -57,7 +57,7 @@ void ExpectHoweverCut(const Texts& expected, const std::string& stream, const st
   EXPECT_EQ(expected, BodiesByteByByte(stream, separator));
 }
 
-TEST(Tl1ReportCutter, CutsMessagesAndTakesWhatIsQuotedAsText) {
+TEST(Tl1ReportCutter, CutsMessagesButNotInsideQuotes) {
   const auto cutter = MakeReportCutter("", Language::Tl1);
   const std::string first = "\r\n\n   NE 26-01-15 12:00:00\r\nA  1 REPT EVT\r\n   \"a\r\n;b\"\r\n;";
   cutter->Feed(first + "\r\n\n   NE 26-01-15 12:00:01\r\nA  2 REPT EVT\r\n   \"c" + std::string(1, '\0') + "d");
@@ -70,7 +70,7 @@ TEST(Tl1ReportCutter, CutsMessagesAndTakesWhatIsQuotedAsText) {
   EXPECT_FALSE(cutter->TooLong());
 }
 
-TEST(Tl1ReportCutter, GivesUpOnAReportBeyondTheLimit) {
+TEST(Tl1ReportCutter, StopsAtAReportBeyondTheLimit) {
   const auto cutter = MakeReportCutter("", Language::Tl1);
   cutter->Feed("\r\n\n   NE 26-01-15 12:00:00\r\nA  1 REPT EVT\r\n" + std::string(ReportCutter::MAX_LENGTH, 'x'));
   EXPECT_FALSE(cutter->Next());
@@ -87,7 +87,7 @@ TEST(ReportCutter, SeparatorCutsTl1Too) {
 
 }  // namespace
 
-TEST(ReportSplitter, CutsAtLinesHoweverTheBytesArrive) {
+TEST(ReportSplitter, CutsAtLinesForAnyCutOfTheStream) {
   const std::string stream =
       "\r\n\n a\r\nb;\r\n;\r\nc\n\n \t\r\nd\n > \n<\n+++ e\n\n;\n>\n---    END\nf\n+++ g\n\n+++ h\n---END\n--- "
       "ENDED\ni";
@@ -96,11 +96,11 @@ TEST(ReportSplitter, CutsAtLinesHoweverTheBytesArrive) {
   ExpectHoweverCut(expected, stream, "");
 }
 
-TEST(ReportSplitter, CutsBehindASeparatorHoweverTheBytesArrive) {
+TEST(ReportSplitter, CutsAfterASeparatorForAnyCutOfTheStream) {
   ExpectHoweverCut({"a;\n\n", "b=", "", "c="}, "a;\n\n==!b===!==!c=", "==!");
 }
 
-TEST(ReportSplitter, KeepsTheEndingLineBehindTheBody) {
+TEST(ReportSplitter, KeepsTheEndingLineAfterTheBody) {
   ReportSplitter splitter("");
   splitter.Feed("text\n  ;\r\nrest");
   const std::optional<Report> report = splitter.Next();
@@ -110,13 +110,13 @@ TEST(ReportSplitter, KeepsTheEndingLineBehindTheBody) {
   EXPECT_EQ("rest", Rest(splitter));
 }
 
-TEST(ReportSplitter, MakesBlanksOfNulBytes) {
+TEST(ReportSplitter, ReplacesNulBytesByBlanks) {
   ReportSplitter splitter("");
   splitter.Feed(std::string("a\0b\0\n\0\n", 7));
   EXPECT_EQ(Texts{"a b \n"}, Bodies(splitter));
 }
 
-TEST(ReportSplitter, TakesReportsUpToTheLimit) {
+TEST(ReportSplitter, AcceptsReportsUpToTheLimit) {
   ReportSplitter splitter("|");
   splitter.Feed(std::string(ReportSplitter::MAX_LENGTH - 1, 'x') + '|');
   EXPECT_TRUE(splitter.Next());
@@ -131,7 +131,7 @@ TEST(ReportSplitter, CutsNothingAfterAReportBeyondTheLimit) {
   EXPECT_FALSE(splitter.Next());
 }
 
-TEST(ReportSplitter, TellsTooLongBeforeTheEndComes) {
+TEST(ReportSplitter, ReportsTooLongBeforeTheEndArrives) {
   ReportSplitter splitter("");
   splitter.Feed(std::string(ReportSplitter::MAX_LENGTH, 'x'));
   EXPECT_FALSE(splitter.Next());

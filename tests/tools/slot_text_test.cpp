@@ -67,14 +67,14 @@ TEST(SlotText, TextMayFollowASlot) {
                {"SLOT-3 failed", 3}});
 }
 
-TEST(SlotText, RefusesWhatTheLibraryTakesForZero) {
+TEST(SlotText, RefusesTextsThatTheLibraryReadsAsZero) {
   ExpectError("does not begin with a shelf or slot number",
               {"abc", "-5", "-", "+3", "a-1f", "SLOT-", "SLOT-x", "SLOT--5", "slot-3-5", "\xFF\x80"});
   ExpectError("has no slot number after 3-", {"3-", "3-x", "3--5", "3- 5", "SLOT-3-A", "SLOT-3-"});
-  ExpectError("has text after the slot number that no slot text has",
+  ExpectError("has invalid text after the slot number",
               {"3 5", "3 - 5", "3-5x", "7a", "0b1", "1e3", "SLOT-0x5", "3.5"});
   ExpectError("is empty", {"", " \t\r\n"});
-  ExpectError("holds a NUL", {std::string_view("3\0005", 3), std::string_view("\0", 1)});
+  ExpectError("contains a NUL", {std::string_view("3\0005", 3), std::string_view("\0", 1)});
 }
 
 TEST(SlotText, RefusesMalformedAndLargeHexadecimalWords) {
@@ -82,18 +82,18 @@ TEST(SlotText, RefusesMalformedAndLargeHexadecimalWords) {
   ExpectError("is above 0xffff", {"0x10000", "0x00010000", "0xffffffff", "0x123456789012345678901234567890"});
 }
 
-TEST(SlotText, RefusesWhatDoesNotFit) {
+TEST(SlotText, RefusesShelvesAndSlotsThatDoNotFit) {
   ExpectError("shelf 256 is above 255", {"256-5", "SLOT-256-5"});
   ExpectError("shelf 99999999999999999999 is above 255", {"99999999999999999999-1"});
   ExpectError("slot 256 does not fit", {"255-256"});
   ExpectError("slot 65536 does not fit", {"0-65536", "SLOT-65536"});
-  ExpectError("is too large for the DC form, where shelves end at 255",
+  ExpectError("is too large for the DC form (the largest shelf is 255)",
               {"25600", "65535", "65536", "70000", "12345678901", "99999999999999999999"});
 }
 
 TEST(SlotText, ShelvesThatWrapInTheLibraryDoNotFit) {
   ASSERT_EQ(0x0305u, VARNEL_COMMON::convertSlotDC("1677721905"));
-  ExpectError("is too large for the DC form, where shelves end at 255", {"1677721905"});
+  ExpectError("is too large for the DC form (the largest shelf is 255)", {"1677721905"});
 }
 
 TEST(SlotText, SlotAbove255CarriesWithANote) {
@@ -103,15 +103,15 @@ TEST(SlotText, SlotAbove255CarriesWithANote) {
 }
 
 TEST(SlotText, DcFormNamesThePlainReading) {
-  EXPECT_EQ(Notes{"read plainly it is slot 305: 1-49, the word 0x0131"}, ReadSlotText("305").notes);
+  EXPECT_EQ(Notes{"as a plain number it is slot 305: 1-49, the word 0x0131"}, ReadSlotText("305").notes);
 }
 
 TEST(SlotText, DcFormNamesTheSlotOfThreeDigits) {
-  EXPECT_EQ((Notes{"read plainly it is slot 10100: 39-116, the word 0x2774",
-                   "it is also how old generations write 10-100, the word 0x0a64"}),
+  EXPECT_EQ((Notes{"as a plain number it is slot 10100: 39-116, the word 0x2774",
+                   "old generations also write it for 10-100, the word 0x0a64"}),
             ReadSlotText("10100").notes);
-  EXPECT_EQ(Notes{"it is also how old generations write 255-100, the word 0xff64"}, ReadSlotText("255100").notes);
-  EXPECT_EQ(Notes{"read plainly it is slot 2256: 8-208, the word 0x08d0"}, ReadSlotText("2256").notes);
+  EXPECT_EQ(Notes{"old generations also write it for 255-100, the word 0xff64"}, ReadSlotText("255100").notes);
+  EXPECT_EQ(Notes{"as a plain number it is slot 2256: 8-208, the word 0x08d0"}, ReadSlotText("2256").notes);
 }
 
 TEST(SlotText, UnambiguousTextsHaveNoNotes) {
@@ -119,10 +119,10 @@ TEST(SlotText, UnambiguousTextsHaveNoNotes) {
     EXPECT_EQ(Notes{}, ReadSlotText(text).notes) << text;
 }
 
-TEST(SlotText, TellsWhereTheLibraryTakesTheSlotForTheShelf) {
+TEST(SlotText, NotesThatTheLibraryReadsTheSlotAsTheShelf) {
   const SlotReading reading = ReadSlotText("SLOT-5:ABC-DEF");
   EXPECT_EQ(5, reading.word);
-  EXPECT_EQ(Notes{"a - follows later, so the library reads it as shelf 5, slot 0"}, reading.notes);
+  EXPECT_EQ(Notes{"the text contains a later -, therefore the library reads it as shelf 5, slot 0"}, reading.notes);
 }
 
 TEST(SlotText, OnlyAPlainNumberHasAnNeSlotNumber) {

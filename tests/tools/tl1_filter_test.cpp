@@ -39,7 +39,7 @@ TEST(MatchesPatternTest, StarsAndQuestionMarks) {
   EXPECT_FALSE(MatchesPattern("?", ""));
 }
 
-TEST(Tl1FilterTest, AStarInACodeIsThatOfAnAlarm) {
+TEST(Tl1FilterTest, AStarInACodeIsAnAlarmCode) {
   EXPECT_TRUE(CodePasses("*", "*"));
   EXPECT_FALSE(CodePasses("*", "**"));
   EXPECT_FALSE(CodePasses("*", "A"));
@@ -62,10 +62,10 @@ TEST(Tl1FilterTest, EveryListMustHaveAPatternForTheMessage) {
       Filter({"--type", "resp*,auto*", "--sid", "x,ne-*", "--verb", "* ALM *", "--severity", "CR,MJ"}).Passes(message));
   EXPECT_FALSE(Filter({"--type", "autonomous", "--sid", "NE-WEST"}).Passes(message));
   EXPECT_FALSE(Filter({"--severity", "CR"}).Passes(message));
-  EXPECT_FALSE(Filter({"--ctag", "*"}).Passes(message));  // which it does not have
+  EXPECT_FALSE(Filter({"--ctag", "*"}).Passes(message));  // the message has no ctag
 }
 
-TEST(Tl1FilterTest, RefusesTypesThatDoNotExistAndEmptyItems) {
+TEST(Tl1FilterTest, RefusesUnknownTypesAndEmptyItems) {
   EXPECT_THROW(Filter({"--type", "alarm"}), CLI::ValidationError);
   EXPECT_THROW(Filter({"--sid", ""}), CLI::ValidationError);
 }

@@ -18,7 +18,7 @@ TEST(BigEndian, EveryPairOfBytes) {
   }
 }
 
-TEST(BigEndian, EveryByteValueAtEachPlaceOf32Bits) {
+TEST(BigEndian, EveryByteValueAtEachPositionOf32Bits) {
   for (unsigned int value = 0; value <= 0xFF; ++value) {
     const auto byte = static_cast<unsigned char>(value);
     const unsigned char bytes[] = {0, 0, 0, byte, 0, 0, 0};
@@ -29,7 +29,7 @@ TEST(BigEndian, EveryByteValueAtEachPlaceOf32Bits) {
   }
 }
 
-TEST(BigEndian, BytesStandInTheirOrder) {
+TEST(BigEndian, MostSignificantByteComesFirst) {
   EXPECT_EQ(LoadBig16("\x12\x34"), 0x1234U);
   EXPECT_EQ(LoadBig32("\x12\x34\x56\x78"), 0x12345678U);
   EXPECT_EQ(LoadBig32("\xFF\xFE\xFD\xFC"), 0xFFFEFDFCU);
@@ -44,7 +44,7 @@ TEST(BigEndian, NoAlignmentIsNeeded) {
   }
 }
 
-TEST(BigEndian, NumbersAreTurnedInPlace) {
+TEST(BigEndian, NumbersAreConvertedInPlace) {
   uint16_t number16;
   uint32_t number32;
   std::memcpy(&number16, "\xAB\xCD", sizeof number16);
@@ -55,7 +55,7 @@ TEST(BigEndian, NumbersAreTurnedInPlace) {
   EXPECT_EQ(number32, 0x89ABCDEFU);
 }
 
-TEST(BigEndian, TurningTwiceRestoresTheBytes) {
+TEST(BigEndian, ConvertingTwiceRestoresTheBytes) {
   uint16_t number16;
   uint32_t number32;
   std::memcpy(&number16, "\xAB\xCD", sizeof number16);

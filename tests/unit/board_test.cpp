@@ -54,7 +54,7 @@ TEST(SccBoard, ContainedNamesMatchAnywhere) {
   }
 }
 
-TEST(SccBoard, WholeNamesMatchNoLongerOrShorterOnes) {
+TEST(SccBoard, WholeNamesDoNotMatchLongerOrShorterOnes) {
   for (const std::string& name : WHOLE) {
     for (const std::string& board : {"x" + name, name + "x", name + " ", " " + name, "61x" + name, name + "*"})
       EXPECT_FALSE(IsSccBdName(board)) << board;
@@ -115,7 +115,7 @@ TEST(KorvaneElement, NamesOfTheFamily) {
     EXPECT_FALSE(IsKorvaneNE(50000, name)) << name;
 }
 
-TEST(KorvaneElement, NoneIsOfTheSecondGeneration) {
+TEST(KorvaneElement, SecondGenerationIsNeverKorvane) {
   for (const int generation : {INT_MIN, -1, 0, 50799, 50800, 52099}) {
     EXPECT_TRUE(IsKorvaneNE(generation, "kva4210")) << generation;
     EXPECT_FALSE(IsKorvaneNE(generation, "other")) << generation;

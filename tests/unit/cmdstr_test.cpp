@@ -86,7 +86,7 @@ TEST_F(CmdStr, PiecesAreMergedInOrder) {
   EXPECT_EQ(text.GetMsgLen(), 4U);
 }
 
-TEST_F(CmdStr, PiecesGoBehindTheTextThatWasSet) {
+TEST_F(CmdStr, PiecesAreAppendedToTheSetText) {
   text.SetMsg("X");
   text.AddMsg("YZ");
   EXPECT_STREQ(text.GetMsg(), "XYZ");
@@ -116,7 +116,7 @@ TEST_F(CmdStr, AddMsgOfTheOwnText) {
   EXPECT_STREQ(text.GetMsg(), "abcbcabcbc");
 }
 
-TEST_F(CmdStr, AddMsgKeepsWhatFits) {
+TEST_F(CmdStr, AddMsgCutsAtTheMaximum) {
   Set(MAXIMUM - 10);
   Add(20);
   EXPECT_EQ(text.GetMsgLen(), MAXIMUM);
@@ -167,7 +167,7 @@ TEST_F(CmdStr, EmptyMsgEmptiesSetAndPendingTexts) {
   EXPECT_EQ(text.GetMsgLen(), 0U);
 }
 
-TEST_F(CmdStr, SerialNumberGoesBehindTheSemicolon) {
+TEST_F(CmdStr, SerialNumberFollowsTheSemicolon) {
   text.SetMsg("A;\r\n");
   EXPECT_EQ(text.AddSnMML(4660), 1);
   EXPECT_EQ(std::string(text.GetMsg(), 4), std::string("A;\0\x34", 4));
@@ -192,13 +192,13 @@ TEST_F(CmdStr, SerialNumberNeedsTheLastSemicolonBeforeALineEnd) {
   }
 }
 
-TEST_F(CmdStr, EarlierSemicolonsDoNotHinderTheSerialNumber) {
+TEST_F(CmdStr, EarlierSemicolonsDoNotPreventTheSerialNumber) {
   text.SetMsg("A;B;\r\n");
   EXPECT_EQ(text.AddSnMML(7), 1);
   EXPECT_EQ(std::string(text.GetMsg(), 6), std::string("A;B;\0\7", 6));
 }
 
-TEST_F(CmdStr, AppendingBehindASerialNumberOverwritesIt) {
+TEST_F(CmdStr, AppendingOverwritesASerialNumber) {
   text.SetMsg("A;\r\n");
   text.AddSnMML(1);
   text.AddMsg("B");
@@ -206,7 +206,7 @@ TEST_F(CmdStr, AppendingBehindASerialNumberOverwritesIt) {
   EXPECT_EQ(text.GetMsgLen(), 5U);
 }
 
-TEST_F(CmdStr, CopyTakesTheMergedText) {
+TEST_F(CmdStr, CopyHasTheMergedText) {
   text.SetMsg("A");
   text.AddMsg("B");
   CCmdStr copy(text);
@@ -255,7 +255,7 @@ std::string MergeWithFailure(CCmdStr& text, RecordingHost& host, size_t copy) {
   return {text.GetMsg(), text.GetMsgLen()};
 }
 
-TEST_F(CmdStr, EachFailingCopyOfAMergeIsReportedAndCostsOnePiece) {
+TEST_F(CmdStr, EachFailingCopyOfAMergeIsReportedAndLosesOnePiece) {
   const std::string results[] = {std::string("\0\0\0defg", 7), std::string("abc\0\0fg", 7),
                                  std::string("abcde\0\0", 7)};
   for (size_t copy = 1; copy <= 3; ++copy) {
@@ -270,7 +270,7 @@ TEST_F(CmdStr, EachFailingCopyOfAMergeIsReportedAndCostsOnePiece) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(CmdStr, NegativeResultOfAFailingCopyIsPassedThrough) {
+TEST_F(CmdStr, NegativeResultOfAFailingCopyIsReported) {
   host.boundedCopyResult = -1;
   MergeWithFailure(text, host, 2);
   EXPECT_EQ(host.lines, Lines{Error("ErrorCode:0xffffffff, GetMsg:memcpy_s failed", "cmdstr", "GetMsg")});
@@ -288,7 +288,7 @@ TEST_F(CmdStr, FailingCopiesOfSetMsgAndAddMsgAreNotReported) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(CmdStr, WhatAFailingCopyLeftIsTheText) {
+TEST_F(CmdStr, BytesLeftByAFailingCopyAreTheText) {
   host.failingCopiesCopy = true;
   host.boundedCopies.FailAt(1);
   text.SetMsg("hello");
@@ -330,7 +330,7 @@ TEST_F(CmdStr, FreedTextIsWiped) {
   EXPECT_EQ(watch.Found(), 0U);
 }
 
-TEST_F(CmdStr, FreedTextBehindASerialNumberIsWiped) {
+TEST_F(CmdStr, FreedTextAfterASerialNumberIsWiped) {
   const FreedTextWatch watch("SEKRIT");
   {
     CCmdStr command;
@@ -340,7 +340,7 @@ TEST_F(CmdStr, FreedTextBehindASerialNumberIsWiped) {
   EXPECT_EQ(watch.Found(), 0U);
 }
 
-TEST_F(CmdStr, OnlyTheTextThatAMergeReplacesIsFreedAsItIs) {
+TEST_F(CmdStr, OnlyTheTextThatAMergeReplacesIsFreedUnwiped) {
   CCmdStr command;
   command.SetMsg("PWD=SEKRIT1;");
   command.AddMsg("PWD=SEKRIT2;");
@@ -377,7 +377,7 @@ TEST_F(CmdStr, PieceWithoutABlockIsSkipped) {
   EXPECT_EQ(text.GetMsgLen(), 0U);
 }
 
-// A text of 4 GiB and some bytes that takes hardly any memory: the same megabyte again and again.
+// A text of 4 GiB and some bytes that needs little memory: the same megabyte is mapped repeatedly.
 class HugeText {
  public:
   explicit HugeText(size_t length) : m_size((length / MEGABYTE + 1) * MEGABYTE) {

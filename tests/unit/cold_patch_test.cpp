@@ -49,7 +49,7 @@ TEST_F(ColdPatch, MarkerAnywhereOnALine) {
   EXPECT_EQ(host.filtered, std::vector<std::string>{});
 }
 
-TEST_F(ColdPatch, OtherTextsAreNoMarker) {
+TEST_F(ColdPatch, OtherTextsAreNotTheMarker) {
   const std::string refused[] = {
       "",
       "\n",
@@ -76,7 +76,7 @@ TEST_F(ColdPatch, NulEndsALine) {
   EXPECT_FALSE(IsColdPatch(std::string("\0", 1) + MARKER));
 }
 
-TEST_F(ColdPatch, MarkerCountsWithinTheFirst1023Bytes) {
+TEST_F(ColdPatch, MarkerMustBeInTheFirst1023Bytes) {
   for (size_t end = 1020; end <= 1040; ++end) {
     const std::string bytes = "first\n" + std::string(end - MARKER.size(), 'x') + MARKER + " rest of the line\nlast";
     EXPECT_EQ(IsColdPatch(bytes), end <= 1023) << end;
@@ -84,7 +84,7 @@ TEST_F(ColdPatch, MarkerCountsWithinTheFirst1023Bytes) {
   EXPECT_FALSE(IsColdPatch(std::string(5000, 'x') + MARKER));
 }
 
-TEST_F(ColdPatch, LineBehindALongOneCounts) {
+TEST_F(ColdPatch, LineAfterALongOneIsSearched) {
   EXPECT_TRUE(IsColdPatch(std::string(5000, 'x') + "\n" + MARKER));
 }
 
@@ -95,7 +95,7 @@ TEST_F(ColdPatch, MarkerNearTheEndOfALargeFile) {
   EXPECT_TRUE(isColdPatch(path));
 }
 
-TEST_F(ColdPatch, FilesThatCannotBeLoadedAreNone) {
+TEST_F(ColdPatch, FilesThatCannotBeLoadedAreNotColdPatches) {
   const std::string absent = folder.Path("absent");
   EXPECT_FALSE(isColdPatch(absent));
   EXPECT_FALSE(isColdPatch(folder.Path()));
@@ -103,13 +103,13 @@ TEST_F(ColdPatch, FilesThatCannotBeLoadedAreNone) {
   EXPECT_EQ(host.lines, (Lines{NotFound(absent), NotFound(folder.Path()), NotFound("")}));
 }
 
-TEST_F(ColdPatch, UnreadableFileIsNone) {
+TEST_F(ColdPatch, UnreadableFileIsNotAColdPatch) {
   const std::string path = folder.Write("locked.txt", MARKER);
   fs::permissions(path, fs::perms::none);
   EXPECT_TRUE(HoldsUnprivileged([&] { return !isColdPatch(path) && host.lines == Lines{NotFound(path)}; }));
 }
 
-TEST_F(ColdPatch, FailingFileCallsAreNoFindings) {
+TEST_F(ColdPatch, FailingFileCallsReturnFalse) {
   const std::string path = folder.Write("patch.txt", MARKER);
   host.stats.FailAt(1);
   EXPECT_FALSE(isColdPatch(path));
@@ -147,7 +147,7 @@ TEST_F(ColdPatch, SizesAndOpensThePathAsUtf8) {
   EXPECT_EQ(host.encodings, (std::vector<std::string>{"UTF-8", "UTF-8"}));
 }
 
-TEST_F(ColdPatch, LeavesNothingBehind) {
+TEST_F(ColdPatch, LeaksNothing) {
   const std::string paths[] = {folder.Write("yes.txt", MARKER), folder.Write("no.txt", "x"), folder.Path("absent")};
   host.Reset();
   const size_t descriptors = OpenDescriptors();

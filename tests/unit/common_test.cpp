@@ -22,13 +22,13 @@ TEST_F(Log, ModuleConstants) {
   EXPECT_EQ(VARNEL_COMMON::EMPTY_TEXT, "");
 }
 
-TEST_F(Log, WarningIsOneLevel3LineThroughTheStringOverload) {
+TEST_F(Log, WarningIsOneLineOfLevel3ByTheStringOverload) {
   LogWarning({"cmdstr", "SetMsg", 17}, StrCat("SetMsg: nDataLen beyond max, nDataLen:", 10485760U));
   EXPECT_EQ(host.lines, Lines{Warning("SetMsg: nDataLen beyond max, nDataLen:10485760", "cmdstr", "SetMsg")});
   EXPECT_EQ(host.lines.at(0).line, 17);
 }
 
-TEST_F(Log, ErrorIsOneLevel5LineThroughThePointerOverload) {
+TEST_F(Log, ErrorIsOneLineOfLevel5ByThePointerOverload) {
   LogError({"cmdstr", "GetMsg", 23}, 0x3B001400, StrCat("GetMsg:m_nBufLen < offset,m_nBufLen:", 12U, ",offset:", 20U));
   EXPECT_EQ(host.lines,
             Lines{Error("ErrorCode:0x3b001400, GetMsg:m_nBufLen < offset,m_nBufLen:12,offset:20", "cmdstr", "GetMsg")});
@@ -70,7 +70,7 @@ TEST_F(Log, NulEndsAnErrorButNotAWarning) {
   EXPECT_EQ(host.lines, (Lines{Warning(text, "str", "f"), Error("ErrorCode:0x7, a", "str", "f")}));
 }
 
-TEST_F(Log, NumbersDoNotFollowTheGlobalLocale) {
+TEST_F(Log, NumbersDoNotDependOnTheGlobalLocale) {
   const GroupingLocale locale;
   LogWarning({"str", "f", 1}, StrCat("n:", 10485760U));
   LogError({"str", "f", 1}, 0x3B001400, StrCat("n:", 4294967295U));

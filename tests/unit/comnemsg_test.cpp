@@ -75,7 +75,7 @@ TEST(ComNEHead, BothConversionsAreTheSameAndRestore) {
   ExpectHead(back, 0x10);
 }
 
-TEST(ComNEHead, ReceivedBytesBecomeFields) {
+TEST(ComNEHead, ReceivedBytesAreReadAsFields) {
   CComNEHead head;
   std::memcpy(static_cast<void*>(&head), "\xFF\xFE\xFD\xFC\x00\x00\x00\x01\x80\x00\xFF\xFE\x7F\xFF\xFF\xFF", 16);
   head.ToHostOrder();
@@ -96,7 +96,7 @@ TEST(ComNEHead, AssignmentCopiesEveryField) {
   ExpectHead(target, 0x10);
 }
 
-TEST(ComNEHead, CopiesAreTakenFromObjectsThatMayChange) {
+TEST(ComNEHead, CopiesNeedNonConstSources) {
   static_assert(std::is_assignable_v<CComNEHead&, CComNEHead&> &&
                 !std::is_assignable_v<CComNEHead&, const CComNEHead&>);
   static_assert(std::is_assignable_v<CComNEMsg&, CComNEMsg&> && !std::is_assignable_v<CComNEMsg&, const CComNEMsg&>);
@@ -136,7 +136,7 @@ class ComNEMsg : public RecordingTest {
     message.m_pMsg = nullptr;
   }
 
-  // Leaves memory for a block of this size that is not zero.
+  // Leaves free memory of this size that is not zero.
   static void DirtyHeap(size_t size) {
     const std::unique_ptr<char[]> block(new char[size]);
     std::memset(block.get(), 'x', size);
@@ -161,7 +161,7 @@ TEST_F(ComNEMsg, ConstructorTakesTheSizeOfTheBuffer) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(ComNEMsg, HeadComesFirstInMemory) {
+TEST_F(ComNEMsg, HeaderIsFirstInMemory) {
   CComNEMsg message(0);
   EXPECT_EQ(static_cast<void*>(static_cast<CComNEHead*>(&message)), static_cast<void*>(&message));
   EXPECT_EQ(reinterpret_cast<char*>(&message.m_pMsg) - reinterpret_cast<char*>(&message), 16);
@@ -193,7 +193,7 @@ TEST_F(ComNEMsg, SetMsgLeavesTheOtherFields) {
   ExpectHead(message, 3);
 }
 
-TEST_F(ComNEMsg, SetMsgGrowsWhereTheNulHasNoPlace) {
+TEST_F(ComNEMsg, SetMsgGrowsIfTheNulDoesNotFit) {
   const struct {
     unsigned int buffer;
     size_t body;
@@ -224,7 +224,7 @@ TEST_F(ComNEMsg, SetMsgOfOneByteTooManyCuts) {
   EXPECT_EQ(host.lines.size(), 1U);
 }
 
-TEST_F(ComNEMsg, SetMsgKeepsABufferThatHoldsTheLongestBody) {
+TEST_F(ComNEMsg, SetMsgKeepsABufferForTheLongestBody) {
   CComNEMsg message(0);
   Set(message, Pattern(LONGEST));
   const char* buffer = message.m_pMsg;
@@ -233,7 +233,7 @@ TEST_F(ComNEMsg, SetMsgKeepsABufferThatHoldsTheLongestBody) {
   ExpectBody(message, Pattern(LONGEST), 66558);
 }
 
-TEST_F(ComNEMsg, HugeLengthsReadNoMoreThanTheLongestBody) {
+TEST_F(ComNEMsg, HugeLengthsReadOnlyTheLongestBody) {
   const std::unique_ptr<char[]> source(new char[LONGEST]);
   std::memcpy(source.get(), Pattern(LONGEST).data(), LONGEST);
   for (const unsigned int claimed : {HUGE_LENGTH, HUGE_LENGTH - 1, 0x80000000U, LONGEST + 1}) {
@@ -262,7 +262,7 @@ TEST_F(ComNEMsg, SetMsgWithoutABufferIsReported) {
   EXPECT_EQ(host.boundedCopies.Calls(), 1U) << "no copy without a buffer";
 }
 
-TEST_F(ComNEMsg, SetMsgWithoutABufferMakesOneWhereItGrows) {
+TEST_F(ComNEMsg, SetMsgWithoutABufferAllocatesOneIfItGrows) {
   CComNEMsg message(0);
   DropBuffer(message);
   Set(message, Pattern(2000));
@@ -270,7 +270,7 @@ TEST_F(ComNEMsg, SetMsgWithoutABufferMakesOneWhereItGrows) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(ComNEMsg, SetMsgWhoseCopyFailsKeepsTheBytesAndClaimsTheLength) {
+TEST_F(ComNEMsg, SetMsgWhoseCopyFailsKeepsTheBytesAndSetsTheLength) {
   CComNEMsg message(0);
   Set(message, "old bytes");
   host.boundedCopies.FailAt(1);
@@ -280,7 +280,7 @@ TEST_F(ComNEMsg, SetMsgWhoseCopyFailsKeepsTheBytesAndClaimsTheLength) {
   EXPECT_EQ(host.filtered, std::vector<std::string>{"SetMsg:memcpy_s failed"});
 }
 
-TEST_F(ComNEMsg, SetMsgWhoseCopyFailsShowsNoOldMemoryInANewBuffer) {
+TEST_F(ComNEMsg, SetMsgWhoseCopyFailsLeavesZerosInANewBuffer) {
   CComNEMsg message(0);
   host.boundedCopies.FailAt(1);
   host.boundedCopyResult = -1;
@@ -290,7 +290,7 @@ TEST_F(ComNEMsg, SetMsgWhoseCopyFailsShowsNoOldMemoryInANewBuffer) {
   EXPECT_EQ(host.lines, Lines{Error("ErrorCode:0xffffffff, SetMsg:memcpy_s failed", "comnemsg", "SetMsg")});
 }
 
-TEST_F(ComNEMsg, WhatAFailingCopyLeftIsTheBody) {
+TEST_F(ComNEMsg, BytesLeftByAFailingCopyAreTheBody) {
   CComNEMsg message(4);
   host.failingCopiesCopy = true;
   for (size_t copy = 1; copy <= 2; ++copy) {
@@ -333,7 +333,7 @@ TEST_F(ComNEMsg, SetBufLenKeepsTheWholeOldBuffer) {
   EXPECT_EQ(message.usMsgLen, 0);
 }
 
-TEST_F(ComNEMsg, SetBufLenOfTheSizeItselfMakesPlaceForTheNul) {
+TEST_F(ComNEMsg, SetBufLenOfTheSizeItselfAddsSpaceForTheNul) {
   CComNEMsg message(100);
   Set(message, "abc");
   message.SetBufLen(100);
@@ -400,7 +400,7 @@ TEST_F(ComNEMsg, AddMsgOfNothingChangesNothing) {
   EXPECT_EQ(host.boundedCopies.Calls(), 1U);
 }
 
-TEST_F(ComNEMsg, AddMsgGrowsWhereTheNulHasNoPlace) {
+TEST_F(ComNEMsg, AddMsgGrowsIfTheNulDoesNotFit) {
   const struct {
     size_t body, added;
     unsigned int after;
@@ -459,7 +459,7 @@ TEST_F(ComNEMsg, AddMsgWhoseCopyFailsWhileGrowingAppendsNothing) {
   EXPECT_LE(LiveAllocations(), live);
 }
 
-TEST_F(ComNEMsg, AddMsgWhoseCopyOfTheDataFailsClaimsTheLength) {
+TEST_F(ComNEMsg, AddMsgWhoseCopyOfTheDataFailsSetsTheLength) {
   CComNEMsg message(0);
   Set(message, "abcdefgh");
   Set(message, "ab");
@@ -469,7 +469,7 @@ TEST_F(ComNEMsg, AddMsgWhoseCopyOfTheDataFailsClaimsTheLength) {
   EXPECT_EQ(host.lines, CopyFailed("AddMsg.memcpy_s failed", "AddMsg"));
 }
 
-TEST_F(ComNEMsg, AddMsgWhoseCopyOfTheDataFailsAfterGrowingClaimsTheLength) {
+TEST_F(ComNEMsg, AddMsgWhoseCopyOfTheDataFailsAfterGrowingSetsTheLength) {
   CComNEMsg message(0);
   Set(message, Pattern(1000));
   DirtyHeap(2124);
@@ -510,7 +510,7 @@ TEST_F(ComNEMsg, EmptyMsgWithoutABufferClearsTheLength) {
   EXPECT_EQ(message.usMsgLen, 0);
 }
 
-TEST_F(ComNEMsg, CopyHasABufferOfItsOwn) {
+TEST_F(ComNEMsg, CopyHasASeparateBuffer) {
   CComNEMsg source(5000);
   FillHead(source);
   Set(source, "abc");
@@ -530,7 +530,7 @@ TEST_F(ComNEMsg, CopyOfALongBodyGrows) {
   }
 }
 
-TEST_F(ComNEMsg, CopyWhoseBoundedCopyFailsClaimsTheLength) {
+TEST_F(ComNEMsg, CopyWhoseBoundedCopyFailsSetsTheLength) {
   CComNEMsg source(0);
   FillHead(source);
   Set(source, Pattern(2000));
@@ -541,7 +541,7 @@ TEST_F(ComNEMsg, CopyWhoseBoundedCopyFailsClaimsTheLength) {
   EXPECT_EQ(host.lines, CopyFailed("SetMsg:memcpy_s failed", "SetMsg"));
 }
 
-TEST_F(ComNEMsg, AssignmentUsesTheBufferThatIsThere) {
+TEST_F(ComNEMsg, AssignmentUsesTheExistingBuffer) {
   CComNEMsg source(0), target(3000);
   FillHead(source);
   Set(source, Pattern(2000));
@@ -575,7 +575,7 @@ TEST_F(ComNEMsg, AssignmentToItselfDoesNothing) {
   EXPECT_EQ(host.boundedCopies.Calls(), 1U);
 }
 
-TEST_F(ComNEMsg, AssignmentFromOneWithoutABufferCopiesTheHead) {
+TEST_F(ComNEMsg, AssignmentFromOneWithoutABufferCopiesTheHeader) {
   CComNEMsg source(0), target(0);
   DropBuffer(source);
   FillHead(source);
@@ -624,7 +624,7 @@ TEST_F(ComNEMsg, DataInTheOwnBody) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(ComNEMsg, DataThatReachesFromTheBodyIntoTheRestOfTheBuffer) {
+TEST_F(ComNEMsg, DataThatExtendsBeyondTheBodyInTheBuffer) {
   CComNEMsg message(0);
   Set(message, Pattern(600));
   Set(message, "abc");
@@ -640,7 +640,7 @@ TEST_F(ComNEMsg, DataInTheOwnBufferThatTheNewBodyOutgrows) {
   ExpectBody(message, Pattern(100), 1124);
 }
 
-TEST_F(ComNEMsg, DataInTheOwnHead) {
+TEST_F(ComNEMsg, DataInTheOwnHeader) {
   CComNEMsg message(0);
   FillHead(message);
   message.usMsgLen = 0;

@@ -38,7 +38,7 @@ constexpr unsigned int FIRST_TL1_NE = 0x1000000;
 // Result of a handler, done, total.
 using Counts = std::tuple<bool, unsigned int, unsigned int>;
 
-// Numbers that no report of these tests holds.
+// Numbers that no report of these tests contains.
 constexpr unsigned int OLD_DONE = 77;
 constexpr unsigned int OLD_TOTAL = 88;
 constexpr Counts UNRECOGNISED{false, OLD_DONE, OLD_TOTAL};
@@ -48,7 +48,7 @@ struct CountsCase {
   Counts expected;
 };
 
-// Events log nothing, whatever they are given.
+// Events log nothing for any input.
 class Event : public RecordingTest {
  protected:
   void TearDown() override { EXPECT_EQ(host.lines, Lines{}); }
@@ -152,7 +152,7 @@ bool Claims(const std::string& key, const std::string& report) {
   return event.IsMyEvt(ExactText(report));
 }
 
-TEST_F(Event, NullReportIsNobodys) {
+TEST_F(Event, NullReportIsNotClaimed) {
   CEvtMsg event;
   EXPECT_FALSE(event.IsMyEvt(nullptr));
   event.m_strEvtKey = "*";
@@ -175,7 +175,7 @@ TEST_F(Event, PatternClaimsWhatItMatches) {
   EXPECT_FALSE(Claims("VENT*5", "EVENT PROGRESS 5")) << "a pattern is matched with the whole report";
 }
 
-TEST_F(Event, LiteralKeyClaimsReportsThatHoldIt) {
+TEST_F(Event, LiteralKeyClaimsReportsThatContainIt) {
   EXPECT_TRUE(Claims("PROGRESS", "EVENT PROGRESS 5"));
   EXPECT_TRUE(Claims("PROGRESS", "PROGRESS"));
   EXPECT_FALSE(Claims("PROGRESS", "EVENT PROGRES"));
@@ -183,7 +183,7 @@ TEST_F(Event, LiteralKeyClaimsReportsThatHoldIt) {
   EXPECT_FALSE(Claims("PROGRESS", ""));
 }
 
-TEST_F(Event, KeyIsFoundAsItStandsWhereItsPatternDoesNotMatch) {
+TEST_F(Event, KeyIsFoundLiterallyIfItsPatternDoesNotMatch) {
   EXPECT_TRUE(Claims("a*b", "--a*b--"));
   EXPECT_FALSE(Claims("a*b", "--a+b--"));
   EXPECT_TRUE(Claims("*C 5", "\r\n*C 5 REPT ALM"));
@@ -201,7 +201,7 @@ TEST_F(Event, KeysOfBytesAbove7F) {
   EXPECT_FALSE(Claims("\xE1", "\xC1"));
 }
 
-TEST_F(Event, OneReportOfferedToTenThousandEvents) {
+TEST_F(Event, OneReportPassedToTenThousandEvents) {
   std::vector<std::unique_ptr<CEvtMsg>> events;
   for (int i = 0; i < 10000; ++i) {
     events.push_back(std::make_unique<CVNPackGuageEvt>());
@@ -282,7 +282,7 @@ TEST_F(Event, ReportGoesThroughTheBaseToItsNumbers) {
   EXPECT_EQ(event.GetGuage(), 25U);
 }
 
-// The text after the field head; the two numbers in the order of the text.
+// The text after the column header; the two numbers in the order of the text.
 const CountsCase TWO_NUMBERS[] = {
     {" 3 12 x", {true, 3, 12}},
     {"3 12;", {true, 3, 12}},
@@ -401,7 +401,7 @@ TEST_F(Event, CompletedShapes) {
     EXPECT_EQ(ReadMml(report), expected) << report;
 }
 
-TEST_F(Event, CopyProgressGoesBeforeCompleted) {
+TEST_F(Event, CopyProgressIsTriedBeforeCompleted) {
   const CountsCase cases[] = {
       {"EVT_SFTM_CPYFILE_PROGRESS DONE_NUM TOTAL_NUM 3 4 status=completed done=5 total=6", {true, 3, 4}},
       {"status=completed done=5 total=6 EVT_SFTM_CPYFILE_PROGRESS DONE_NUM TOTAL_NUM 3 4 x", {true, 3, 4}},
@@ -448,7 +448,7 @@ TEST_F(Event, EachTl1Shape) {
   }
 }
 
-TEST_F(Event, MissingTl1TotalCountsWhatWasThereBefore) {
+TEST_F(Event, MissingTl1TotalKeepsTheOldTotal) {
   CVNPackGuageEvt event;
   EXPECT_FALSE(event.HandleTL1LReport("FILES_DONE=3,FILES_TOTAL="));
   EXPECT_EQ(event.m_dwDoneNum, 3U);
@@ -505,7 +505,7 @@ TEST_F(Event, ScriptProgressShapes) {
     EXPECT_EQ(ReadScript(report), expected) << report;
 }
 
-TEST_F(Event, ScriptProgressThatEndsWithinTheFieldHead) {
+TEST_F(Event, ScriptProgressThatEndsWithinTheColumnHeader) {
   for (size_t length = 5; length <= 15; ++length) {
     const std::string report = "EVENT CAM RUN PROGRESS " + std::string("TOTAL 3 4 5 6 7 8").substr(0, length);
     EXPECT_EQ(ReadScript(report), UNRECOGNISED) << length;
@@ -589,7 +589,7 @@ struct EndCase {
   End expected;
 };
 
-TEST_F(Event, SuccessGivesResultAndCode) {
+TEST_F(Event, SuccessSetsResultAndCode) {
   const auto success = [](const std::string& result, unsigned int code) {
     return End{true, result, code, "old item", "old text "};
   };
@@ -621,7 +621,7 @@ TEST_F(Event, SuccessGivesResultAndCode) {
     EXPECT_EQ(ReadEnd("EVENT CAM RUN END RSP" + tail), expected) << tail;
 }
 
-TEST_F(Event, FailureGivesResultCodeItemAndText) {
+TEST_F(Event, FailureSetsResultCodeItemAndText) {
   const EndCase cases[] = {
       {" FAIL 12 CMD7 slot", {true, "FAIL", 12, "CMD7", "old text slot "}},
       {"FAIL 12 CMD7 bad slot number", {true, "FAIL", 12, "CMD7", "old text bad slot number "}},
@@ -650,7 +650,7 @@ TEST_F(Event, OtherEndReportsChangeNothing) {
   }
 }
 
-TEST_F(Event, PiecesOfEndReportsAreWordsOfAnyKind) {
+TEST_F(Event, FieldsOfEndReportsAreAnyWords) {
   EXPECT_EQ(ReadEnd("EVENTCAMRUNENDRSPSUCCESS"), (End{true, "SUCCESS", 77, "old item", "old text "}));
   EXPECT_EQ(ReadEnd("RSP SUCCESS 4 EVENT CAM RUN END"), (End{true, "SUCCESS", 4, "old item", "old text "}));
 }
@@ -682,7 +682,7 @@ void ExpectBaseMembers(CEvtMsg& event) {
   EXPECT_EQ(event.m_cmd.GetMsgLen(), 16U);
 }
 
-// A copy through the base class, which must be of the object's own class. It outlives the object.
+// A copy through the base class. It must have the class of the object, and outlives it.
 template <typename Class>
 std::unique_ptr<Class> DuplicateOf(std::unique_ptr<Class> event) {
   SetBaseMembers(*event);
@@ -729,7 +729,7 @@ TEST_F(Event, DuplicateOfAnEnd) {
   EXPECT_EQ(copy->m_dwExtra, 6U);
 }
 
-TEST_F(Event, DuplicateTakesTheCommandUpToItsFirstNul) {
+TEST_F(Event, DuplicateCopiesTheCommandUpToItsFirstNul) {
   CEvtMsg event;
   event.m_cmd.SetMsg("A;\r\n");
   event.m_cmd.AddSnMML(7);
@@ -814,7 +814,7 @@ class HugeReports : public Event {
  protected:
   static constexpr size_t SMALL = 131072;
 
-  // Offers a report of megabytes, made of a repeated unit, to every handler.
+  // Passes a report of megabytes, made of a repeated unit, to every handler.
   void ExpectLinear(const std::string& start, const std::string& unit, const std::string& end) {
     const auto prepare = [&](size_t size) { return start + Repeated(unit, size / unit.size()) + end; };
     EXPECT_LT(Growth(SMALL, prepare, OfferToAll), LINEAR_GROWTH) << start << unit << end;
@@ -832,14 +832,14 @@ class HugeReports : public Event {
   }
 };
 
-TEST_F(HugeReports, OfNearlyRecognisedShapes) {
+TEST_F(HugeReports, AlmostRecognisedShapes) {
   ExpectLinear("", "EVT_SFTM_CPYFILE_PROGRESS DONE_NUM TOTAL_NU", "");
   ExpectLinear("", "status=completed done=", "");
   ExpectLinear("", "FILES_DONE=1,SLOTSDONE=1,", "");
   ExpectLinear("", "EVENT CAM RUN ", "");
 }
 
-TEST_F(HugeReports, OfNumbersAndBlanks) {
+TEST_F(HugeReports, NumbersAndBlanks) {
   ExpectLinear("EVT_SFTM_CPYFILE_PROGRESS DONE_NUM TOTAL_NUM", " ", "5 6 x");
   ExpectLinear("EVT_SFTM_CPYFILE_PROGRESS DONE_NUM TOTAL_NUM", "9", " 6 x");
   ExpectLinear("status=completed done=1 total=", "0", "5");
@@ -847,7 +847,7 @@ TEST_F(HugeReports, OfNumbersAndBlanks) {
   ExpectLinear("EVENT CAM RUN PROGRESS TOTAL_COMMANDS=", "\r\n", "5 6 x");
 }
 
-TEST_F(HugeReports, OfWords) {
+TEST_F(HugeReports, Words) {
   ExpectLinear("EVENT CAM RUN END RSP SUCCESS 5 ", "and more words ", "");
   ExpectLinear("EVENT CAM RUN END RSP FAIL 5 ", "and more words ", "");
   ExpectLinear("EVENT CAM RUN END RSP ", " \r\n", "FAIL 5 item text");
@@ -864,7 +864,7 @@ TEST_F(HugeReports, AreReadToTheirEnd) {
             (End{true, "FAIL", 5, "item", "old text " + word + ' '}));
 }
 
-TEST_F(Event, NumbersDoNotFollowTheLocaleOfTheProgram) {
+TEST_F(Event, NumbersDoNotDependOnTheLocaleOfTheProgram) {
   ASSERT_NE(std::setlocale(LC_ALL, "C.utf8"), nullptr);
   const GroupingLocale locale;
   unsigned int read = 0;

@@ -17,12 +17,12 @@ namespace VARNEL_TEST {
 constexpr unsigned int CANNOT_OPEN = 0x3BA00013;
 constexpr unsigned int INVALID_HEAD = 0x3BA00B02;
 
-// What the outputs hold before a call.
+// The outputs before a call.
 constexpr char OLD_LINK[] = "old link";
 constexpr char OLD_VERSION[] = "old version";
 constexpr unsigned int OLD_NUMBER = 0xAAAAAAAA;
 
-/// All that readZEPFileHead() gives, except the head.
+/// All outputs of readZEPFileHead() except the header.
 struct Outcome {
   unsigned int result = 0;
   std::string link = OLD_LINK;
@@ -53,14 +53,14 @@ inline LogLine OpenFailed(const std::string& path, int error) {
                  "publicdata", "readZEPFileHead");
 }
 
-/// Reads heads of files that it writes into a folder of its own.
+/// Reads the headers of files that it writes to a temporary folder.
 class HeadReading : public RecordingTest {
  protected:
   HeadReading() { std::memset(&head, 0xEE, sizeof head); }
 
   Outcome ReadPath(const std::string& path) {
     Outcome outcome;
-    errno = 0;  // shows in the report of a file that simply ends
+    errno = 0;  // appears in the log line of a file that ends too early
     outcome.result = VARNEL_COMMON::readZEPFileHead(path, head, outcome.link, outcome.version, outcome.extension,
                                                     outcome.payloadOffset);
     return outcome;

@@ -1,5 +1,5 @@
-// Every exported operation under every failure of what it rests on: memory, bounded functions, files, log service and
-// filter. Nothing may leak, and the object must be as promised.
+// Every exported operation with every injected failure: memory, bounded functions, files, log service and filter.
+// Nothing may leak, and the object must be in its documented state.
 #include <unistd.h>
 
 #include <algorithm>
@@ -43,7 +43,7 @@ class Injection : public RecordingTest {
     size_t held;  ///< allocations of the state itself
   };
 
-  // Runs a trial with a failure armed, and once more without it.
+  // Runs a trial with an injected failure, and again without it.
   Outcome Run(const Operation& operation, size_t failingAllocation, const Arm& arm) {
     Outcome outcome{};
     const Trial trial = operation.prepare();
@@ -111,7 +111,7 @@ std::set<std::string> ExportedOperations() {
   return names;
 }
 
-// The names that only the first set holds, one on each line.
+// The names that only the first set contains, one on each line.
 std::string Difference(const std::set<std::string>& names, const std::set<std::string>& others) {
   std::string difference;
   for (const std::string& name : names) {
@@ -120,7 +120,7 @@ std::string Difference(const std::set<std::string>& names, const std::set<std::s
   return difference;
 }
 
-TEST_F(Injection, TheTableHoldsEveryExportedOperation) {
+TEST_F(Injection, TheTableContainsEveryExportedOperation) {
   std::set<std::string> names;
   for (const Operation& operation : operations)
     names.insert(operation.name);
@@ -190,7 +190,7 @@ TEST_F(Injection, LogServiceOrFilterThrows) {
   }
 }
 
-// Bytes after which reading fails: each one of the heads and texts, some of the rest.
+// Positions after which reading fails: each byte of the headers and texts, some of the rest.
 std::vector<long> ReadableBytes(size_t size) {
   std::vector<long> bytes;
   for (size_t n = 0; n <= size; n += n < 200 || (n > 3000 && n < 3400) ? 1 : 97)
@@ -221,7 +221,7 @@ TEST_F(Injection, EachFileCallFails) {
   EXPECT_GT(injected, 5000U);
 }
 
-// A file that somebody else changes while it is read.
+// A file that is changed while it is read.
 class ChangingFile : public Injection {
  protected:
   void Restore() const { folder.Write("software", original); }
@@ -251,7 +251,7 @@ class ChangingFile : public Injection {
   };
 };
 
-TEST_F(ChangingFile, AtEachMomentInEachWay) {
+TEST_F(ChangingFile, HasADocumentedResultForEachChangeAtEachMoment) {
   for (const Operation& operation : operations) {
     RunWithoutLeak(operation, 0, [](RecordingHost& armed) { armed.aroundOpening = [](size_t) {}; });
     const size_t moments = 2 * calls.opens;
@@ -271,8 +271,8 @@ TEST_F(ChangingFile, AtEachMomentInEachWay) {
   EXPECT_GT(injected, 500U);
 }
 
-// Between size and read, which are one open apart.
-TEST_F(ChangingFile, LinesAreThoseThatWereThere) {
+// Between the size and the read, which are separated by one open.
+TEST_F(ChangingFile, LinesAreThoseBeforeTheChange) {
   const std::string file = folder.Write("lines", "one\ntwo\nthree\n");
   const auto lines = [&](const std::function<void()>& change) {
     host.aroundOpening = [&](size_t moment) {

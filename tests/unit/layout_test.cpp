@@ -1,5 +1,5 @@
-// What programs that are already built rely on: offsets and types of members, sizes of classes, the order of virtual
-// operations, result types. For the heads of software files see zep_head_layout_test.cpp.
+// The binary interface of programs that are already built: offsets and types of members, sizes of classes, the order of
+// virtual operations, result types. For the headers of software files see zep_head_layout_test.cpp.
 #include <gtest/gtest.h>
 
 #include <cstddef>
@@ -38,7 +38,7 @@ Sizes Offsets(const Class& object, Types Class::*... members) {
   return {static_cast<size_t>(reinterpret_cast<const char*>(&(object.*members)) - start)...};
 }
 
-TEST(Layout, MessageHeadIsSixteenBytesWithoutGaps) {
+TEST(Layout, MessageHeaderIsSixteenBytesWithoutGaps) {
   using Head = CComNEHead;
   const Head head;
   EXPECT_EQ(sizeof(Head), 16U);
@@ -46,7 +46,7 @@ TEST(Layout, MessageHeadIsSixteenBytesWithoutGaps) {
   EXPECT_EQ(Offsets<uint16_t>(head, &Head::usHeadShort, &Head::usMsgLen), (Sizes{8, 10}));
 }
 
-TEST(Layout, MessageIsItsHeadThenBufferAndSize) {
+TEST(Layout, MessageIsItsHeaderThenBufferAndSize) {
   CComNEMsg message(0);
   const auto* head = static_cast<const CComNEHead*>(&message);
   EXPECT_EQ(static_cast<const void*>(head), static_cast<const void*>(&message));
@@ -222,7 +222,7 @@ static_assert(AllReturn<CComNEMsg&>(&CComNEMsg::operator=));
 static_assert(AllReturn<Vnifstream&>(&Vnifstream::operator=));
 
 #ifdef __x86_64__
-// A pointer to a virtual operation holds the offset of its slot in the table, plus one.
+// A pointer to a virtual operation contains the offset of its slot in the table, plus one.
 template <typename Member>
 size_t SlotOf(Member member) {
   ptrdiff_t encoded = 0;
@@ -230,7 +230,7 @@ size_t SlotOf(Member member) {
   return static_cast<size_t>(encoded - 1) / POINTER;
 }
 
-// Its operation takes the first slot after those of the base class.
+// Its operation has the first slot after those of the base class.
 template <typename Base>
 struct Extended : Base {
   using Base::Base;
@@ -252,7 +252,7 @@ TEST(Layout, EventOperationsFollowTheDestructorInOrder) {
   EXPECT_EQ(EventSlots<CVNScriptFileEndEvt>(), slots);
 }
 
-TEST(Layout, PackageHasNoVirtualOperationButItsDestructor) {
+TEST(Layout, PackageHasOnlyAVirtualDestructor) {
   EXPECT_EQ(SlotOf(&Extended<CPkgFile>::Added), 2U);
 }
 #endif

@@ -13,7 +13,7 @@ namespace {
 
 using namespace VARNEL_COMMON;
 
-TEST(LocaleOfTheProcess, SlotsBoardsAndStampsDoNotFollowIt) {
+TEST(LocaleOfTheProcess, SlotsBoardsAndStampsDoNotDependOnIt) {
   const TurkishLocale locale;
   if (!locale.IsSet()) GTEST_SKIP() << "no localedef here";
   ASSERT_NE(std::isalpha(0xE1), 0) << "the C library does follow it";

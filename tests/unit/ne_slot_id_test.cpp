@@ -20,7 +20,7 @@ class NeSlotId : public RecordingTest {
   }
 };
 
-TEST_F(NeSlotId, ThreeDigitsGiveTheirCharacterCodes) {
+TEST_F(NeSlotId, ThreeDigitsBecomeTheirCharacterCodes) {
   const struct {
     unsigned short number;
     unsigned int id;
@@ -30,12 +30,12 @@ TEST_F(NeSlotId, ThreeDigitsGiveTheirCharacterCodes) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(NeSlotId, OtherNumbersStayAsTheyAre) {
+TEST_F(NeSlotId, OtherNumbersAreUnchanged) {
   for (const unsigned int number : {0U, 7U, 10U, 99U, 1000U, 9999U, 10000U, 65535U})
     EXPECT_EQ(GetNESlotID(static_cast<unsigned short>(number)), number);
 }
 
-TEST_F(NeSlotId, FormatThatFailsIsReportedAndGivesTheNumber) {
+TEST_F(NeSlotId, FailingFormatIsReportedAndReturnsTheNumber) {
   host.formats.FailAt(1);
   EXPECT_EQ(GetNESlotID(305), 305U);
   EXPECT_EQ(host.lines, Lines{Error("ErrorCode:0xffffffff, GetNESlotID.snprintf_s failed, SlotId305", "publicdata",
@@ -60,7 +60,7 @@ TEST_F(NeSlotId, SlotWhoseCopyFailsIsTheShelfAgain) {
   EXPECT_EQ(host.lines.at(0).line, 550);
 }
 
-TEST_F(NeSlotId, ReportsDoNotFollowTheGlobalLocale) {
+TEST_F(NeSlotId, LogLinesDoNotDependOnTheGlobalLocale) {
   const GroupingLocale locale;
   host.formats.FailAt(1);
   EXPECT_EQ(GetNESlotID(65535), 65535U);

@@ -17,7 +17,7 @@ using namespace VARNEL_COMMON;
 
 constexpr unsigned int TL1_NE = 0x1000000;
 
-// What recognises nothing must cost no memory: most reports are offered to most objects in vain.
+// Calls that recognise nothing must not allocate: most reports are passed to objects that ignore them.
 class NoAllocation : public RecordingTest {};
 
 template <typename Run>
@@ -52,7 +52,7 @@ void ExpectNoAllocation(unsigned int element) {
   }
 }
 
-TEST_F(NoAllocation, GuardCountsWhatIsAllocated) {
+TEST_F(NoAllocation, GuardCountsAllocations) {
   std::string text;
   EXPECT_EQ(AllocationsOf([&] { text.assign(100, 'x'); }), 1U);
 }
@@ -66,7 +66,7 @@ TEST_F(NoAllocation, ReportsThatNoShapeMatches) {
   ExpectNoAllocation<CVNScriptFileEndEvt>(TL1_NE);
 }
 
-TEST_F(NoAllocation, ReportsThatAreSomebodyElses) {
+TEST_F(NoAllocation, ReportsOfOtherEvents) {
   CEvtMsg event;
   for (const char* key : {"key", "*ke*y", "a key that is too long to be held in place",
                           "*a pattern*that is too long to be held in place*"}) {

@@ -14,7 +14,7 @@ namespace {
 
 using namespace VARNEL_COMMON;
 
-// Longer than what a std::string holds without an allocation.
+// Longer than the text that a std::string stores without an allocation.
 const std::string LONG(300, 'w');
 constexpr unsigned int MML_ELEMENT = 7;
 constexpr unsigned int TL1_ELEMENT = 0x1000001;
@@ -99,7 +99,7 @@ State Show(const Outputs& outputs) {
   return state;
 }
 
-// What an object becomes in a trial; by value where it can be copied.
+// The state of an object in a trial; by value if it can be copied.
 template <typename Object>
 using Make = std::function<std::unique_ptr<Object>()>;
 
@@ -221,7 +221,7 @@ Make<Event> MakeEvent(unsigned int element) {
   };
 }
 
-// What all events can do. Each report is one that its class recognises.
+// The operations of all events. Each class recognises its report.
 template <typename Event>
 void AddEvent(Table& table, const std::string& name, const std::vector<std::string>& mmlReports) {
   for (const std::string& report : mmlReports) {

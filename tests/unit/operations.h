@@ -7,7 +7,7 @@
 
 namespace VARNEL_TEST {
 
-/// What an object or the outputs of a function hold, part by part.
+/// The state of an object or the outputs of a function, part by part.
 using State = std::vector<std::string>;
 
 /// An object or the outputs of a function, ready for one operation.
@@ -16,7 +16,7 @@ struct Trial {
   std::function<State()> state;
 };
 
-/// What is left of an operation that ends in an exception.
+/// The state after an operation that throws.
 enum class Promise {
   Whole,     ///< all as before or all as after
   EachPart,  ///< each part as before or as after
@@ -24,7 +24,7 @@ enum class Promise {
   Entries,   ///< entries read so far stay: parts as after, and some at the end may be missing
 };
 
-/// An operation on the library's interface. Each prepare() gives the same trial.
+/// An operation on the library's interface. Each prepare() returns the same trial.
 struct Operation {
   std::string name;  ///< as in the list of exported names, without arguments
   std::function<Trial()> prepare;
@@ -33,7 +33,7 @@ struct Operation {
 
 /// Every exported operation, most of them more than once.
 ///
-/// @param folder  where files may lie that operations read; they are written here.
+/// @param folder  the files that operations read are written to it.
 std::vector<Operation> EveryOperation(const std::string& folder);
 
 }  // namespace VARNEL_TEST

@@ -28,7 +28,7 @@ const std::string SECTION = "[File Description]\n";
 
 class PackageFile : public RecordingTest {
  protected:
-  // Parses a description text; afterwards `package` holds what it gave.
+  // Parses a description text into `package`.
   unsigned int Parse(const std::string& text) { return package.ParsePkgSoftInfo(folder.Write("package.txt", text)); }
   unsigned int ParseSection(const std::string& lines) { return Parse(SECTION + lines); }
 
@@ -134,7 +134,7 @@ TEST_F(PackageFile, LinesWithoutExactly8ColumnsAreSkipped) {
   }
 }
 
-TEST_F(PackageFile, LongColumnsOfOtherLinesAreNoFault) {
+TEST_F(PackageFile, LongColumnsOfOtherLinesAreIgnored) {
   const std::string wide(300, 'x');
   EXPECT_EQ(EntriesOf(wide + ":b:c:d:5:f:g\n" + wide + ":b:c:d:5:f:g:h:i\n#" + wide + ":::::::\na:b:::1:::\n"),
             (Entries{{"a", "b", 1}}));
@@ -175,7 +175,7 @@ TEST_F(PackageFile, SectionEndsAtALineThatBeginsWithABracket) {
   }
 }
 
-TEST_F(PackageFile, OtherLinesEndNoSection) {
+TEST_F(PackageFile, OtherLinesDoNotEndTheSection) {
   for (const char* line : {" [Other]", "\t[Other]", "x[Other]", " [end]", "END", "END]", " [ END ]", "]"}) {
     EXPECT_EQ(EntriesOf("a:b:::1:::\n" + std::string(line) + "\nc:d:::2:::\n"), (Entries{{"a", "b", 1}, {"c", "d", 2}}))
         << line;
@@ -187,7 +187,7 @@ TEST_F(PackageFile, SectionEndsWithTheFile) {
   EXPECT_EQ(EntriesOf("a:b:::1:::\nc:d:::2:::"), (Entries{{"a", "b", 1}, {"c", "d", 2}}));
 }
 
-TEST_F(PackageFile, SectionNameMayStandInsideALine) {
+TEST_F(PackageFile, SectionNameMayBeInsideALine) {
   for (const char* line :
        {"[File Description]", "x [File Description] y", "[[File Description]]", "#[File Description]\r",
         "[Package][File Description]", "a:b:c:d:5:f:g:[File Description]"}) {
@@ -217,12 +217,12 @@ TEST_F(PackageFile, WithoutSectionNameNothingIsFound) {
   }
 }
 
-TEST_F(PackageFile, SectionNameBehindANulIsNotSeen) {
+TEST_F(PackageFile, SectionNameAfterANulIsIgnored) {
   EXPECT_EQ(Parse(std::string("x\0", 2) + SECTION + "a:b:::1:::\n"), INVALID_DESCRIPTION);
   EXPECT_EQ(host.lines, Lines{SectionMissing(path)});
 }
 
-TEST_F(PackageFile, SectionNameCountsWithinTheFirst1023Bytes) {
+TEST_F(PackageFile, SectionNameMustBeInTheFirst1023Bytes) {
   for (size_t end = 1020; end <= 1026; ++end) {
     package.ClearSoftInfo();
     const unsigned int result = Parse(std::string(end - 18, 'x') + SECTION + "a:b:::1:::\n");
@@ -241,13 +241,13 @@ TEST_F(PackageFile, EntryLinesAreCutAt1023Bytes) {
   const std::string seven = four + ":5:" + std::string(250, 'f') + ":";
   ASSERT_EQ(seven.size(), 1008U);
   const Entries entry{{"a", std::string(250, 'b'), 5}};
-  // The cut takes the surplus of a last column of any length.
+  // The cut removes the surplus of a last column of any length.
   EXPECT_EQ(EntriesOf(seven + "g:" + std::string(300, 'h') + "\n"), entry);
   EXPECT_EQ(host.lines, Lines{});
-  // The last separator is the 1023rd byte, and one byte after it.
+  // The last separator is byte 1023 or byte 1024.
   EXPECT_EQ(EntriesOf(seven + std::string(14, 'g') + ":h\n"), entry);
   EXPECT_EQ(EntriesOf(seven + std::string(15, 'g') + ":h\n"), Entries{});
-  // A ninth column that nobody sees.
+  // A ninth column after the cut.
   EXPECT_EQ(EntriesOf(seven + "g:" + std::string(14, 'h') + ":i\n"), entry);
 }
 
@@ -279,7 +279,7 @@ TEST_F(PackageFile, ColumnsOf256BytesFailTheParse) {
   }
 }
 
-TEST_F(PackageFile, InnerBlanksCountInTheLengthOfAColumn) {
+TEST_F(PackageFile, InnerBlanksAreColumnBytes) {
   EXPECT_EQ(ParseSection(LineWithColumn(3, "a" + std::string(254, ' ') + "b")), INVALID_DESCRIPTION);
 }
 
@@ -351,7 +351,7 @@ TEST_F(PackageFile, ClearSoftInfoAndTheDestructorReleaseTheEntries) {
   EXPECT_EQ(LiveAllocations(), before);
 }
 
-TEST_F(PackageFile, NullElementsAreTaken) {
+TEST_F(PackageFile, NullElementsAreAccepted) {
   ParseSection("a:b:::1:::\n");
   package.m_lstSoftInfo.push_back(nullptr);
   package.ClearSoftInfo();
@@ -531,7 +531,7 @@ class WholePackage : public PackageFile {
       Warning("readZEPFileHead(): ACE_OS::fread failed! errno: 0", "publicdata", "readZEPFileHead");
 };
 
-TEST_F(WholePackage, GivesVersionAndEntries) {
+TEST_F(WholePackage, ReadsVersionAndEntries) {
   EXPECT_EQ(ParseFile(File()), 0U);
   EXPECT_EQ(package.m_strVersion, "2.10");
   EXPECT_EQ(EntriesIn(package), entries);
@@ -553,7 +553,7 @@ TEST_F(WholePackage, RefusedTypesAreParsedWithTheirVersion) {
   EXPECT_EQ(EntriesIn(package), entries);
 }
 
-TEST_F(WholePackage, DamagedHeadsAreParsedWithoutVersion) {
+TEST_F(WholePackage, DamagedHeadersAreParsedWithoutVersion) {
   for (const size_t damaged : {0U, 4U, 20U, 64U, 68U, 90U}) {
     std::string bytes = File().Bytes();
     bytes[damaged] = static_cast<char>(bytes[damaged] ^ 0x11);
@@ -566,7 +566,7 @@ TEST_F(WholePackage, DamagedHeadsAreParsedWithoutVersion) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(WholePackage, HeadsAreNotNeeded) {
+TEST_F(WholePackage, HeadersAreNotNeeded) {
   Parse(SECTION + "a:b:::1:::\n");
   package.ClearSoftInfo();
   errno = 0;
@@ -576,7 +576,7 @@ TEST_F(WholePackage, HeadsAreNotNeeded) {
   EXPECT_EQ(host.lines, Lines{shortRead});
 }
 
-TEST_F(WholePackage, VersionIsEmptyWhereTheFileHasNone) {
+TEST_F(WholePackage, VersionIsEmptyIfTheFileHasNone) {
   package.m_strVersion = "old";
   SoftwareFile file = File();
   file.version.clear();
@@ -584,7 +584,7 @@ TEST_F(WholePackage, VersionIsEmptyWhereTheFileHasNone) {
   EXPECT_EQ(package.m_strVersion, "");
 }
 
-TEST_F(WholePackage, VersionOfTheHeadsStaysWhenTheSectionFails) {
+TEST_F(WholePackage, VersionStaysWhenTheSectionFails) {
   SoftwareFile file = File();
   file.payload = "no section";
   EXPECT_EQ(ParseFile(file), INVALID_DESCRIPTION);
@@ -611,7 +611,7 @@ TEST_F(WholePackage, AbsentFileIsReportedByBothReaders) {
                                SectionMissing(path)}));
 }
 
-TEST_F(WholePackage, ChangedPathIsFollowed) {
+TEST_F(WholePackage, ChangedPathMemberIsUsed) {
   ParseFile(File());
   package.m_strFilePath = folder.Write("other.txt", SECTION + "c:d:::2:::\n");
   package.ClearSoftInfo();

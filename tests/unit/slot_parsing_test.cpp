@@ -22,7 +22,7 @@ struct Row {
   unsigned short shelf, slot;
 };
 
-// Of each text, which a parser takes, the outputs.
+// The outputs for each text, which is accepted.
 template <typename Parser, size_t COUNT>
 void ExpectParsed(Parser parse, const Row (&rows)[COUNT]) {
   for (const Row& row : rows) {
@@ -66,7 +66,7 @@ TEST(SlotParsing, Tl1SlotsWithoutAShelf) {
                                 {"SLOT-+7", KEPT_SHELF, 7}});
 }
 
-TEST(SlotParsing, Tl1SlotThatIsMissingLeavesBoth) {
+TEST(SlotParsing, MissingTl1SlotLeavesBothOutputs) {
   ExpectParsed(ParseTL1SlotID, {{"SLOT-", KEPT_SHELF, KEPT_SLOT},
                                 {"FAC-1-SLOT-", KEPT_SHELF, KEPT_SLOT},
                                 {"SLOT- \t\r\n", KEPT_SHELF, KEPT_SLOT}});
@@ -113,7 +113,7 @@ TEST(SlotParsing, ShelfAndSlotMayBeTheSameVariable) {
   EXPECT_EQ(both, 5);
 }
 
-TEST(SlotParsing, ResultsDoNotFollowTheGlobalLocale) {
+TEST(SlotParsing, ResultsDoNotDependOnTheGlobalLocale) {
   const GroupingLocale locale;
   ExpectParsed(ParseTL1SlotID, {{"SLOT-1.234", KEPT_SHELF, 1}, {"SLOT-1.234-5", 1, 234}});
   ExpectParsed(ParseMMLSlotID, {{"1.234", KEPT_SHELF, 1}, {"1234-5", 1234, 5}});

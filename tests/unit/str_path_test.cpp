@@ -29,7 +29,7 @@ using VARNEL_COMMON::VNRemoveFile;
 
 constexpr size_t LONGEST = 4096;
 
-// Another working folder for the test; the one before comes back at the end.
+// Another working folder for the test; the old one is restored at the end.
 class WorkingFolder {
  public:
   explicit WorkingFolder(const std::string& path) : m_before(fs::current_path()) { fs::current_path(path); }
@@ -43,7 +43,7 @@ class WorkingFolder {
 
 class StrPath : public RecordingTest {
  protected:
-  // A folder of the test's own and its path.
+  // A temporary folder and its path.
   std::string MakeFolder(const std::string& name) const {
     fs::create_directories(folder.Path(name));
     return folder.Path(name);
@@ -100,14 +100,14 @@ TEST_F(StrPath, SplitsAtTheLastSeparator) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(StrPath, BareNameIsPlacedInTheRootFolder) {
+TEST_F(StrPath, BareNameGetsTheRootFolder) {
   std::string filePath = "old", fileName = "old";
   SplitFilePathAndFileName("a.bin", filePath, fileName);
   EXPECT_EQ(filePath, "/");
   EXPECT_EQ(fileName, "a.bin");
 }
 
-TEST_F(StrPath, EmptyPathSplitsIntoNothing) {
+TEST_F(StrPath, EmptyPathSplitsIntoEmptyTexts) {
   std::string filePath = "old", fileName = "old";
   SplitFilePathAndFileName("", filePath, fileName);
   EXPECT_EQ(filePath, "");
@@ -217,7 +217,7 @@ TEST_F(StrPath, AbsolutePathStaysItself) {
   EXPECT_EQ(host.filtered, std::vector<std::string>{});
 }
 
-TEST_F(StrPath, RelativePathIsTakenFromTheWorkingFolder) {
+TEST_F(StrPath, RelativePathIsResolvedInTheWorkingFolder) {
   const std::string path = folder.Write("a.bin", "x");
   MakeFolder("inner");
   {
@@ -242,7 +242,7 @@ TEST_F(StrPath, DotsAndRepeatedSeparatorsAreResolved) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(StrPath, SymbolicLinkGivesItsTarget) {
+TEST_F(StrPath, SymbolicLinkIsResolvedToItsTarget) {
   const std::string path = MakeFolder("inner") + "/a.bin";
   folder.Write("inner/a.bin", "x");
   EXPECT_EQ(ToAbsPath(MakeLink("inner/a.bin", "to file")), path);
@@ -259,7 +259,7 @@ TEST_F(StrPath, NamesNeedNotBeUtf8) {
   EXPECT_EQ(host.lines, Lines{Refusal("realpath failed. file:" + folder.Path("\xFF") + ". ")});
 }
 
-TEST_F(StrPath, BackslashIsNoSeparatorWhenResolving) {
+TEST_F(StrPath, BackslashIsNotASeparatorWhenResolving) {
   const std::string path = folder.Write("a\\b", "x");
   EXPECT_EQ(ToAbsPath(path), path);
 }
@@ -271,13 +271,13 @@ TEST_F(StrPath, MissingFileIsReported) {
   EXPECT_EQ(host.filtered, std::vector<std::string>{"realpath failed. file:" + path + ". "});
 }
 
-TEST_F(StrPath, ReportsShowThePathAsItWasGiven) {
+TEST_F(StrPath, LogLinesShowThePathAsPassed) {
   const WorkingFolder working(folder.Path());
   EXPECT_EQ(ToAbsPath(" x/..\\./y "), "");
   EXPECT_EQ(host.lines, Lines{Refusal("realpath failed. file: x/..\\./y . ")});
 }
 
-TEST_F(StrPath, ReportsAreFiltered) {
+TEST_F(StrPath, LogLinesAreFiltered) {
   EXPECT_EQ(ToAbsPath("/missing/SECRET"), "");
   EXPECT_EQ(host.filtered, std::vector<std::string>{"realpath failed. file:/missing/SECRET. "});
   EXPECT_EQ(host.lines, Lines{Refusal("realpath failed. file:/missing/######. ")});
@@ -307,7 +307,7 @@ TEST_F(StrPath, LinkLoopIsReported) {
   EXPECT_EQ(host.lines, Lines{Refusal("realpath failed. file:" + path + ". ")});
 }
 
-TEST_F(StrPath, WorkingFolderThatIsGoneIsReported) {
+TEST_F(StrPath, RemovedWorkingFolderIsReported) {
   const std::string gone = MakeFolder("gone");
   const WorkingFolder working(gone);
   fs::remove(gone);
@@ -385,7 +385,7 @@ TEST_F(StrPath, LinkToAPathWithTwoDotsInARowIsRefused) {
       << "the report shows the resolved path";
 }
 
-// Makes folders one in another and goes into each, so that the path of the last may be longer than a call would take.
+// Creates nested folders and enters each: the path of the last may exceed the limit of system calls.
 void DescendInto(const std::string& name, int levels) {
   for (int i = 0; i < levels; ++i) {
     ASSERT_EQ(mkdir(name.c_str(), 0777), 0);
@@ -400,7 +400,7 @@ TEST_F(StrPath, PathThatResolvesToAnOverlongOneIsReported) {
   EXPECT_EQ(host.lines, Lines{Refusal("realpath failed. file:.. ")});
 }
 
-TEST_F(StrPath, LongestResolvedPathIsGivenWhole) {
+TEST_F(StrPath, LongestResolvedPathIsReturnedWhole) {
   const WorkingFolder working(folder.Path());
   ASSERT_NO_FATAL_FAILURE(DescendInto(std::string(250, 'x'), 15));
   const size_t left = LONGEST - 1 - folder.Path().size() - size_t{15} * 251 - 1;
@@ -424,7 +424,7 @@ TEST_F(StrPath, RemovesAFileWhoseNameIsNotUtf8) {
   EXPECT_FALSE(Exists(path));
 }
 
-TEST_F(StrPath, RemovingAFileTakesNoFolder) {
+TEST_F(StrPath, RemovingAFileRefusesAFolder) {
   EXPECT_EQ(VNRemoveFile(MakeFolder("empty")), EISDIR);
   EXPECT_TRUE(Exists(folder.Path("empty")));
 }
@@ -464,7 +464,7 @@ TEST_F(StrPath, RemovesAFolderByRelativePath) {
   EXPECT_FALSE(Exists(folder.Path("tree")));
 }
 
-TEST_F(StrPath, RemovingAFolderTakesNoFile) {
+TEST_F(StrPath, RemovingAFolderRefusesAFile) {
   const std::string path = folder.Write("a.bin", "x");
   EXPECT_EQ(VNRemoveDir(path), ENOTDIR);
   EXPECT_TRUE(Exists(path));
@@ -484,7 +484,7 @@ TEST_F(StrPath, RemovingATreeFollowsNoLinks) {
   EXPECT_EQ(ReadWhole(folder.Path("outside/kept.bin")), "x");
 }
 
-TEST_F(StrPath, RemovingAFolderTakesNoLinkToOne) {
+TEST_F(StrPath, RemovingAFolderRefusesALinkToOne) {
   folder.Write("kept.bin", "x");
   MakeFolder("target");
   folder.Write("target/kept.bin", "x");

@@ -40,7 +40,7 @@ using Fields = std::vector<std::string>;
 
 constexpr size_t LARGE = 5000000;
 
-// No string function logs, whatever it is given.
+// No string function logs, for any input.
 class Str : public RecordingTest {
  protected:
   void TearDown() override { EXPECT_EQ(host.lines, Lines{}); }
@@ -96,7 +96,7 @@ std::string Times(size_t count, const std::string& piece) {
   return text;
 }
 
-TEST_F(Str, WhiteSpaceAndCaseOfEveryByteAreThoseOfTheCLocale) {
+TEST_F(Str, WhiteSpaceAndCaseOfEveryByteFollowTheCLocale) {
   for (int byte = 0; byte < 256; ++byte) {
     const char c = static_cast<char>(byte);
     EXPECT_EQ(VARNEL_UTIL::IsBlank(c), std::isspace(byte) != 0) << byte;
@@ -231,7 +231,7 @@ TEST_F(Str, CaselessMatchNeverGoesBackToAStarAtTheEndOfThePattern) {
   EXPECT_EQ(strmcmpnocase("abcbc", "a*bc"), 0);
 }
 
-TEST_F(Str, CaselessMatchNeedsTextForWhatIsLeftOfThePattern) {
+TEST_F(Str, CaselessMatchNeedsTextForTheRestOfThePattern) {
   EXPECT_EQ(strmcmpnocase("abc", "abc?"), 0);
   EXPECT_EQ(strmcmpnocase("a", "a*?"), 0);
   EXPECT_EQ(strmcmpnocase("a", "a*"), 1);
@@ -245,14 +245,14 @@ TEST_F(Str, CaselessMatchOfAnEmptyTextOrPattern) {
   EXPECT_EQ(strmcmpnocase("abc", ""), 0);
 }
 
-TEST_F(Str, CaselessMatchOfNullIsNone) {
+TEST_F(Str, CaselessMatchOfNullFails) {
   EXPECT_EQ(strmcmpnocase(nullptr, "x"), 0);
   EXPECT_EQ(strmcmpnocase("x", nullptr), 0);
   EXPECT_EQ(strmcmpnocase(nullptr, nullptr), 0);
   EXPECT_EQ(strmcmpnocase(nullptr, "*"), 0);
 }
 
-TEST_F(Str, CaselessMatchAfterAMismatchBehindAQuestionMarkGoesOnFromTheLastStar) {
+TEST_F(Str, CaselessMatchContinuesFromTheLastStarAfterAMismatchAfterAQuestionMark) {
   EXPECT_EQ(strmcmpnocase("xa1cxa2b", "x*a?b"), 1) << "back to the star";
   EXPECT_EQ(strmcmpnocase("xa1cxa2b", "xa?b"), 0) << "back to the start, where the mismatching c is no x";
   EXPECT_EQ(strmcmpnocase("a1cya2b", "a?cy*?b"), 1) << "a question mark next to a star consumes nothing";
@@ -282,7 +282,7 @@ TEST_F(Str, CaselessMatchOfALargeText) {
   EXPECT_EQ(strmcmpnocase((text + "b").c_str(), "*ab"), 1);
 }
 
-// An array as callers make it, with room after its end.
+// An array as callers allocate it, with space after its end.
 void** NewArray(size_t elements) {
   auto** array = static_cast<void**>(std::calloc(elements + 2, sizeof(void*)));
   for (size_t i = 0; i < elements; ++i)
@@ -324,7 +324,7 @@ TEST_F(Str, ReplaceWithoutAnOccurrenceChangesNothing) {
   EXPECT_EQ(Replaced("", "a", "b"), "");
 }
 
-TEST_F(Str, ReplaceAlsoReplacesWhatReplacingBringsAbout) {
+TEST_F(Str, ReplaceAlsoReplacesOccurrencesThatItCreates) {
   EXPECT_EQ(Replaced("aaaa", "aa", "a"), "a");
   EXPECT_EQ(Replaced("aabb", "ab", ""), "");
   EXPECT_EQ(Replaced("xaabbabx", "ab", ""), "xx");
@@ -333,7 +333,7 @@ TEST_F(Str, ReplaceAlsoReplacesWhatReplacingBringsAbout) {
   EXPECT_EQ(Replaced("aab", "ab", "bba"), "bbbbaa");
 }
 
-TEST_F(Str, ReplaceTakesTheFirstOfTwoOverlappingOccurrences) {
+TEST_F(Str, ReplacesTheFirstOfTwoOverlappingOccurrences) {
   EXPECT_EQ(Replaced("ababa", "aba", "X"), "Xba");
   EXPECT_EQ(Replaced("aaa", "aa", "b"), "ba");
   EXPECT_EQ(Replaced("aabaa", "aa", "ab"), "abbab");
@@ -347,7 +347,7 @@ TEST_F(Str, ReplaceThatWouldNeverEndChangesNothing) {
   EXPECT_EQ(Replaced("a\nb", "\n", "\r\n"), "a\nb");
 }
 
-TEST_F(Str, ReplaceTakesNulsAndHighBytesAsTheyAre) {
+TEST_F(Str, ReplaceTreatsNulsAndHighBytesAsOrdinary) {
   EXPECT_EQ(Replaced("a\0\0b"s, "\0"s, "\xE1"),
             "a\xE1\xE1"
             "b");
@@ -406,7 +406,7 @@ TEST_F(Str, CleaningKeepsOuterBlanksAndTabs) {
   EXPECT_EQ(replaceEnterWithBlank("\xA0\xA0\x85"), "\xA0\xA0\x85");
 }
 
-TEST_F(Str, CleaningNothingGivesNothing) {
+TEST_F(Str, CleaningNullOrEmptyReturnsEmpty) {
   EXPECT_EQ(replaceEnterWithBlank(nullptr), "");
   EXPECT_EQ(replaceEnterWithBlank(""), "");
 }
@@ -445,7 +445,7 @@ TEST_F(Str, AttributeValueEndsAtACommaAQuoteOrTheEnd) {
   }
 }
 
-TEST_F(Str, AttributeValueIsEmptyWhenTheEndLiesInsideTheName) {
+TEST_F(Str, AttributeValueIsEmptyWhenTheEndIsInsideTheName) {
   const AttributeCase cases[] = {
       {"A,B=7", "A,B=", ""}, {"A,B=7,C", "A,B=", ""}, {"A,B=", "A,B=", ""}, {"A\"B=7", "A\"B=", ""}, {",", ",", ""},
   };
@@ -527,7 +527,7 @@ TEST_F(Str, SplitKeepsEmptyFields) {
   EXPECT_EQ(Split("  ", ','), Fields{""});
 }
 
-TEST_F(Str, SplitAtWhiteSpaceSwallowsRuns) {
+TEST_F(Str, SplitAtWhiteSpaceSeparatesOncePerRun) {
   EXPECT_EQ(Split("a   b", ' '), (Fields{"a", "b"}));
   EXPECT_EQ(Split("  a b ", ' '), (Fields{"a", "b", ""}));
   EXPECT_EQ(Split("a\n\n b\n", '\n'), (Fields{"a", "b", ""}));
@@ -651,7 +651,7 @@ TEST_F(Str, ConvertsTheFirstCharacterThatIsNotBlank) {
   EXPECT_EQ(Converted("\x01", '?'), '\x01');
 }
 
-TEST_F(Str, ConvertingNothingLeavesTheValue) {
+TEST_F(Str, ConvertingAnEmptyTextLeavesTheValue) {
   for (const char* text : {static_cast<const char*>(nullptr), "", " ", " \t\n\v\f\r"}) {
     EXPECT_EQ(Converted(text, 77U), 77U);
     EXPECT_EQ(Converted<unsigned short>(text, 77), 77);
@@ -664,7 +664,7 @@ TEST_F(Str, ConvertsALargeText) {
   EXPECT_EQ(Converted(std::string(LARGE, '9').c_str(), 77U), MAX_INT);
 }
 
-TEST_F(Str, ReaderStopsBehindEachValue) {
+TEST_F(Str, ReaderStopsAfterEachValue) {
   StreamReader reader("12 x-3");
   unsigned int number = 77;
   char letter = '?';
@@ -679,7 +679,7 @@ TEST_F(Str, ReaderStopsBehindEachValue) {
   EXPECT_FALSE(reader.Failed());
 }
 
-TEST_F(Str, ReaderReadsNothingMoreAfterAFailure) {
+TEST_F(Str, ReaderReadsNothingAfterAFailure) {
   StreamReader reader("x 12");
   unsigned int number = 77;
   char letter = '?';
@@ -694,7 +694,7 @@ TEST_F(Str, ReaderReadsNothingMoreAfterAFailure) {
   EXPECT_EQ(letter, '?');
 }
 
-TEST_F(Str, ReaderFailsBehindTheEnd) {
+TEST_F(Str, ReaderFailsAtTheEnd) {
   StreamReader reader("12");
   unsigned int number = 77;
   reader.Read(number);
@@ -705,7 +705,7 @@ TEST_F(Str, ReaderFailsBehindTheEnd) {
   EXPECT_EQ(number, 12U);
 }
 
-TEST_F(Str, ReaderTakesANulAsAnOrdinaryCharacter) {
+TEST_F(Str, ReaderTreatsANulAsOrdinary) {
   const std::string text = "1\0\0002"s;
   StreamReader reader(text);
   unsigned int number = 77;
@@ -719,7 +719,7 @@ TEST_F(Str, ReaderTakesANulAsAnOrdinaryCharacter) {
   EXPECT_TRUE(reader.Failed());
 }
 
-// Takes A0 for a blank and E1 for the small letter of C1, as the ISO 8859 locales do.
+// A0 is a blank, and E1 the lower case of C1, as in the ISO 8859 locales.
 class ForeignCharacters : public std::ctype<char> {
  public:
   ForeignCharacters() : std::ctype<char>(Table()) {}
@@ -757,7 +757,7 @@ void ExpectResultsOfTheCLocale() {
   EXPECT_EQ(strmcmpnocase("\xE1", "\xC1"), 0);
 }
 
-TEST_F(Str, ResultsDoNotFollowTheGlobalStreamLocale) {
+TEST_F(Str, ResultsDoNotDependOnTheGlobalStreamLocale) {
   const std::locale foreign(std::locale(std::locale::classic(), new Grouping), new ForeignCharacters);
   const std::locale before = std::locale::global(foreign);
   unsigned int read = 0;
@@ -770,10 +770,10 @@ TEST_F(Str, ResultsDoNotFollowTheGlobalStreamLocale) {
   std::locale::global(before);
 }
 
-TEST_F(Str, ResultsDoNotFollowTheLocaleOfTheProcess) {
+TEST_F(Str, ResultsDoNotDependOnTheLocaleOfTheProcess) {
   const TurkishLocale locale;
   if (!locale.IsSet()) GTEST_SKIP() << "no localedef here";
-  // The compiler knows toupper() of the "C" locale only, so it must not know the letters.
+  // The compiler evaluates toupper() for the "C" locale, so it must not know the letters.
   const volatile int i = 'i', letter = 0xE1;
   EXPECT_EQ(std::toupper(i), 0xDD) << "the C library does follow it";
   EXPECT_EQ(std::toupper(letter), 0xC1);
@@ -870,7 +870,7 @@ TEST_F(Str, AllocationFailureWhileCleaningLeaksNothing) {
 TEST_F(Str, AllocationFailureWhileMatchingALongLiteralLeaksNothing) {
   const size_t live = LiveAllocations();
   {
-    // The literal nearly occurs everywhere in the text, so that the search goes over to its automaton.
+    // The literal almost occurs everywhere in the text, therefore the search switches to its automaton.
     const std::string text(1000, 'a'), pattern = "*" + std::string(50, 'A') + "B" + std::string(50, 'A');
     EXPECT_EQ(FailEachAllocation([&] { strmcmpnocase(text.c_str(), pattern.c_str()); }, [] {}), 1U);
   }
@@ -951,7 +951,7 @@ TEST_F(Str, ReplacingInCascadesByALongTextIsLinear) {
   EXPECT_LT(ReplaceGrowth(lettersAndEnd, "ab", "b" + std::string(100, 'c'), MANY_HITS / 2), LINEAR_GROWTH);
 }
 
-TEST_F(Str, ReplacingALongTextThatNearlyOccursIsLinear) {
+TEST_F(Str, ReplacingALongTextThatAlmostOccursIsLinear) {
   const auto replace = [](const std::string& text) { Replaced(text, text.substr(text.size() / 2) + "b", "ab"); };
   EXPECT_LT(Growth(
                 SIZE, [](size_t size) { return std::string(size, 'a'); }, replace),
@@ -971,7 +971,7 @@ double MatchGrowth(Prepare prepare, size_t size = SIZE) {
   return Growth(size, prepare, [](const Pair& pair) { strmcmpnocase(pair.text.c_str(), pair.pattern.c_str()); });
 }
 
-TEST_F(Str, CaselessMatchOfALiteralThatNearlyOccursIsLinear) {
+TEST_F(Str, CaselessMatchOfALiteralThatAlmostOccursIsLinear) {
   const auto prepare = [](size_t size) { return Pair{std::string(size, 'a'), "*" + std::string(size / 2, 'a') + "b"}; };
   EXPECT_LT(MatchGrowth(prepare), LINEAR_GROWTH);
 }
@@ -991,7 +991,7 @@ TEST_F(Str, CaselessMatchWithManyStarsIsLinear) {
             LINEAR_GROWTH);
 }
 
-TEST_F(Str, CaselessMatchThatStartsAgainBehindQuestionMarksIsLinear) {
+TEST_F(Str, CaselessMatchThatRestartsAfterQuestionMarksIsLinear) {
   for (const char* tail : {"?a?b", "a?b", "aaaa?b", "a?????b"}) {
     const auto prepare = [&](size_t size) {
       return Pair{std::string(size, 'a'), "*" + std::string(size / 10, '?') + tail};
@@ -1024,7 +1024,7 @@ TEST_F(Str, MatchOfManyPiecesByTheHostIsLinear) {
   EXPECT_LT(Growth(MANY_HITS, manyPieces, MatchByTheHost), LINEAR_GROWTH);
 }
 
-TEST_F(Str, SearchForAnAttributeThatNearlyOccursIsLinear) {
+TEST_F(Str, SearchForAnAttributeThatAlmostOccursIsLinear) {
   const auto search = [](const Pair& pair) {
     std::string value;
     GetTL1AttrbuteString(pair.text.c_str(), pair.pattern, value);

@@ -1,4 +1,4 @@
-// Behaviours that surprise callers, where the tests of the modules do not show them.
+// Behaviours in docs/pitfalls.md that the tests of the modules do not cover.
 
 #include <gtest/gtest.h>
 
@@ -22,15 +22,15 @@ namespace {
 
 using namespace VARNEL_COMMON;
 
-class Surprise : public RecordingTest {};
+class Pitfall : public RecordingTest {};
 
-TEST_F(Surprise, CommandsAreNotAssignedFromConstantsAndTemporaries) {
+TEST_F(Pitfall, CommandsCannotBeAssignedFromConstantsAndTemporaries) {
   static_assert(std::is_assignable_v<CCmdStr&, CCmdStr&>);
   static_assert(!std::is_assignable_v<CCmdStr&, const CCmdStr&> && !std::is_assignable_v<CCmdStr&, CCmdStr>);
   static_assert(std::is_constructible_v<CCmdStr, const CCmdStr&>);
 }
 
-TEST_F(Surprise, WhateverReadsAnExtendedCommandMovesItsText) {
+TEST_F(Pitfall, EveryReaderOfAnExtendedCommandMovesItsText) {
   CCmdStr command;
   command.SetMsg("A");
   const char* before = command.GetMsg();
@@ -55,7 +55,7 @@ TEST_F(Surprise, WhateverReadsAnExtendedCommandMovesItsText) {
   EXPECT_EQ(event.m_cmd.GetMsg() == before, false);
 }
 
-TEST_F(Surprise, BufferOfTheSizeOfABodyIsTooSmallForIt) {
+TEST_F(Pitfall, BufferOfTheSizeOfABodyIsTooSmallForIt) {
   const std::string body(2000, 'x');
   CComNEMsg message(0);
   message.SetBufLen(2000);
@@ -66,7 +66,7 @@ TEST_F(Surprise, BufferOfTheSizeOfABodyIsTooSmallForIt) {
   EXPECT_EQ(message.m_nMsgBufSize, 3024U);
 }
 
-TEST_F(Surprise, NetOrderTurnsTheLengthOfAMessageToo) {
+TEST_F(Pitfall, NetOrderConvertsTheLengthOfAMessageToo) {
   CComNEMsg message(0);
   message.SetMsg("bodies", 5);
   CComNEHead head = message;
@@ -80,7 +80,7 @@ TEST_F(Surprise, NetOrderTurnsTheLengthOfAMessageToo) {
   EXPECT_EQ(message.usMsgLen, 5);
 }
 
-TEST_F(Surprise, MessagesAreFreedAsTheyAre) {
+TEST_F(Pitfall, MessagesAreFreedUnwiped) {
   const FreedTextWatch watch("SEKRIT");
   {
     CComNEMsg message(16);
@@ -91,11 +91,11 @@ TEST_F(Surprise, MessagesAreFreedAsTheyAre) {
   EXPECT_EQ(watch.Found(), 2U);
 }
 
-TEST_F(Surprise, MessagesAreNotCopiedFromTemporaries) {
+TEST_F(Pitfall, MessagesCannotBeCopiedFromTemporaries) {
   static_assert(!std::is_constructible_v<CComNEMsg, CComNEMsg> && !std::is_assignable_v<CComNEMsg&, CComNEMsg>);
 }
 
-TEST_F(Surprise, ReplacingInTwoStepsTakesATextThatHoldsTheOldOne) {
+TEST_F(Pitfall, ReplacingByATextThatContainsTheOldOneNeedsTwoSteps) {
   std::string text = "one\ntwo";
   ReplaceString(text, "\n", "\r\n");
   EXPECT_EQ(text, "one\ntwo");
@@ -104,7 +104,7 @@ TEST_F(Surprise, ReplacingInTwoStepsTakesATextThatHoldsTheOldOne) {
   EXPECT_EQ(text, "one\r\ntwo");
 }
 
-TEST_F(Surprise, QuotedAttributesLoseOrKeepTheirQuotes) {
+TEST_F(Pitfall, QuotedAttributesLoseOrKeepTheirQuotes) {
   std::string value;
   EXPECT_TRUE(GetTL1AttrbuteString("NAME=\"x\"", "NAME=", value));
   EXPECT_EQ(value, "");
@@ -116,19 +116,19 @@ TEST_F(Surprise, QuotedAttributesLoseOrKeepTheirQuotes) {
   EXPECT_EQ(value, "2");
 }
 
-TEST_F(Surprise, DigitBecomesTheCodeOfItsCharacter) {
+TEST_F(Pitfall, DigitIsReadAsACharacter) {
   char digit = '\0';
   ConvertFromString("7", digit);
   EXPECT_EQ(int{digit}, 55);
 }
 
-TEST_F(Surprise, CheckedPathsLeadAnywhere) {
+TEST_F(Pitfall, VerifiedPathsMayPointAnywhere) {
   EXPECT_TRUE(VerifyFilePathAndName("/etc/passwd"));
   EXPECT_FALSE(VerifyFilePathAndName("file..txt"));
   EXPECT_EQ(ToAbsPath("/tmp/../etc"), ToAbsPath("/etc"));
 }
 
-TEST_F(Surprise, KeyClaimsReportsThatGoOnBehindIt) {
+TEST_F(Pitfall, KeyClaimsReportsThatContinueAfterIt) {
   CEvtMsg event;
   event.m_strEvtKey = "EVT 1";
   EXPECT_TRUE(event.IsMyEvt("EVT 12 DONE"));
@@ -137,14 +137,14 @@ TEST_F(Surprise, KeyClaimsReportsThatGoOnBehindIt) {
   EXPECT_TRUE(event.IsMyEvt("EVT 1 DONE"));
 }
 
-TEST_F(Surprise, ElementThatWasNotSetSpeaksMml) {
+TEST_F(Pitfall, DefaultElementSpeaksMml) {
   CVNPackGuageEvt event;
   EXPECT_FALSE(event.HandleReport("FILES_DONE=3,FILES_TOTAL=12,"));
   event.m_dwNEID = 0x1000000;
   EXPECT_TRUE(event.HandleReport("FILES_DONE=3,FILES_TOTAL=12,"));
 }
 
-TEST_F(Surprise, PromptsAndEventsHaveOneType) {
+TEST_F(Pitfall, PromptsAndEventsHaveOneType) {
   CTL1NEMsgParse prompt("\r\n>");
   CTL1NEMsgParse event("\r\n\n   NE1 24-01-02 10:11:12\r\nA  5 REPT ALM\r\n   \"M\"\r\n;");
   ASSERT_TRUE(prompt.NEMsgParse());
@@ -156,34 +156,34 @@ TEST_F(Surprise, PromptsAndEventsHaveOneType) {
   EXPECT_EQ(event.GetCtage(), "");
 }
 
-TEST_F(Surprise, FileWithoutASizeHasNoLines) {
+TEST_F(Pitfall, FileWithoutASizeHasNoLines) {
   Vnifstream file("/proc/self/status");
   char line[256];
   EXPECT_FALSE(file.GetLine(line, sizeof line));
 }
 
-TEST_F(Surprise, ChecksumDoesNotSeeExchangedBytes) {
+TEST_F(Pitfall, ChecksumDoesNotDetectExchangedBytes) {
   EXPECT_EQ(GetUCCheckSum("abcd", 4), GetUCCheckSum("dcba", 4));
 }
 
-TEST_F(Surprise, HexadecimalSlotsReadBackAsOthers) {
+TEST_F(Pitfall, HexadecimalSlotsAreReadAsOtherSlots) {
   EXPECT_EQ(WSlotIDi2Hexstr(0x0010), "10");
   EXPECT_EQ(WSlotIDstr2i("10"), 10);
 }
 
-TEST_F(Surprise, SlotsAboveAByteGoAstray) {
+TEST_F(Pitfall, SlotsAbove255BecomeOtherSlots) {
   EXPECT_EQ(WSlotIDi2str(WSlotIDstr2i("3-300")), "4-44");
   EXPECT_EQ(WSlotIDi2str(WSlotIDstr2i("256-1")), "1");
   EXPECT_EQ(WSlotIDi2str(WSlotIDstr2i("-5")), "251-0");
   EXPECT_EQ(convertSlotDC("30000"), 300U << 8);
 }
 
-TEST_F(Surprise, NeSlotIdsAreNotMadeFromWords) {
+TEST_F(Pitfall, NeSlotIdsAreNotComputedFromWords) {
   EXPECT_EQ(GetNESlotID(305), unsigned{'3'} << 5 | '0');
   EXPECT_EQ(GetNESlotID(0x0305), unsigned{'7'} << 5 | '7') << "773";
 }
 
-TEST_F(Surprise, SlotThatIsCutAtTheColonIsReadPlainly) {
+TEST_F(Pitfall, SlotCutAtTheColonIsReadCorrectly) {
   unsigned short shelf = 0;
   unsigned short slot = 0;
   EXPECT_TRUE(ParseTL1SlotID("SLOT-5:ABC-DEF", shelf, slot));
@@ -194,7 +194,7 @@ TEST_F(Surprise, SlotThatIsCutAtTheColonIsReadPlainly) {
   EXPECT_EQ(slot, 5);
 }
 
-TEST_F(Surprise, SomeBoardNamesCountAnywhere) {
+TEST_F(Pitfall, SomeBoardNamesMatchAnywhere) {
   EXPECT_TRUE(IsSccBdName("x-SCC-9"));
   EXPECT_TRUE(IsSccBdName("vcu"));
   EXPECT_FALSE(IsSccBdName("vcu9"));

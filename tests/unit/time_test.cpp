@@ -110,7 +110,7 @@ TEST(TimeStamp, YearsOfOtherThanFourDigits) {
                         {-67768040609740800, "-2147481748-01-01 00:00:00"}});
 }
 
-TEST(TimeStamp, EveryStampIsThatOfAStream) {
+TEST(TimeStamp, EveryStampAgreesWithAStream) {
   RandomTexts random(51);
   for (const char* zone : {"UTC0", CENTRAL_EUROPE, NEWFOUNDLAND, NEPAL}) {
     const TestTimeZone set(zone);
@@ -122,8 +122,8 @@ TEST(TimeStamp, EveryStampIsThatOfAStream) {
   }
 }
 
-// The breakdown fails, and what it left is shown: the remainder of the day, in a month and on a day that are unset.
-TEST(TimeStamp, BreakdownThatFailsIsShownAllTheSame) {
+// The breakdown fails, and the fields that it left are shown: the time of the day, with unset month and day.
+TEST(TimeStamp, FailingBreakdownIsFormattedNevertheless) {
   const TestTimeZone set("UTC0");
   for (const long seconds : {LONG_MAX, LONG_MIN}) {
     errno = 0;
@@ -140,7 +140,7 @@ TEST(TimeStampDeathTest, YearBeyondIntEndsTheProcess) {
   EXPECT_EXIT(MakeTimeFormated(END_OF_YEARS + 1), testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST(TimeStamp, CurrentDateAndTimeAreThoseOfTheClock) {
+TEST(TimeStamp, CurrentDateAndTimeComeFromTheClock) {
   const TestTimeZone set(CENTRAL_EUROPE);
   const TestClock clock(1794744309, timeval{});
   EXPECT_EQ(GetCurDateFormated(), "20261115");
@@ -157,7 +157,7 @@ TEST(TimeStamp, CurrentDateIsLocal) {
   EXPECT_EQ(GetCurDateFormated(), "20270101");
 }
 
-TEST(TimeStamp, EveryDateIsThatOfAStream) {
+TEST(TimeStamp, EveryDateAgreesWithAStream) {
   RandomTexts random(52);
   const TestTimeZone set(CENTRAL_EUROPE);
   for (int i = 0; i < 20000; ++i) {
@@ -168,7 +168,7 @@ TEST(TimeStamp, EveryDateIsThatOfAStream) {
   }
 }
 
-TEST(TimeStamp, TextsDoNotFollowTheGlobalLocale) {
+TEST(TimeStamp, TextsDoNotDependOnTheGlobalLocale) {
   const TestTimeZone set("UTC0");
   const TestClock clock(1794744309, timeval{});
   const GroupingLocale locale;
@@ -176,7 +176,7 @@ TEST(TimeStamp, TextsDoNotFollowTheGlobalLocale) {
   EXPECT_EQ(GetCurTimeFormated(), "2026-11-15 12:05:09");
 }
 
-TEST(CurrentSeconds, SecondsOfOneClockAndFractionOfTheOther) {
+TEST(CurrentSeconds, SecondsAndFractionComeFromTwoClocks) {
   const struct {
     timeval timeOfDay;
     double result;
@@ -189,7 +189,7 @@ TEST(CurrentSeconds, SecondsOfOneClockAndFractionOfTheOther) {
   }
 }
 
-TEST(CurrentSeconds, ClockThatFailsGivesNoFraction) {
+TEST(CurrentSeconds, FailingClockReturnsNoFraction) {
   const TestClock clock(1794744309);
   EXPECT_EQ(GetCurTimeMilSec(), 1794744309.0);
 }
@@ -204,7 +204,7 @@ TEST(CurrentSeconds, IntegerPartIsTheTimeAtTheStart) {
   }
 }
 
-TEST(TimerReach, MultipleOfThePeriodBehindLast) {
+TEST(TimerReach, MultipleOfThePeriodAfterLast) {
   const struct {
     unsigned int last, now, period;
     bool isReached;
@@ -232,7 +232,7 @@ TEST(TimerReach, MultipleOfThePeriodBehindLast) {
         << row.last << ' ' << row.now << ' ' << row.period;
 }
 
-TEST(TimerReach, EverySmallCounterIsThatOfTheMultiples) {
+TEST(TimerReach, EverySmallCounterAgreesWithTheMultiples) {
   for (unsigned int period = 1; period < 12; ++period) {
     for (unsigned int last = 0; last < 40; ++last) {
       bool isReached = false;

@@ -25,7 +25,7 @@ constexpr char RESPONSE[] = "\r\n\n   NE1 24-01-02 10:11:12\r\nM  7 COMPLD\r\n  
 constexpr char AUTONOMOUS[] = "\r\n\n   NE1 24-01-02 10:11:12\r\n*C 5 REPT ALM EQPT\r\n   \"SLOT-1:MJ,M\"\r\n;";
 constexpr char HEADER[] = "\r\n\n   NE1 24-01-02 10:11:12\r\n";
 
-// The reports that the steps make.
+// The log lines of the steps.
 const LogLine EMPTY_MESSAGE = Warning("CTL1NEMsgParse::NEMsgParse(): NEMsg is empty;", "tl1nemsgparse", "NEMsgParse");
 const LogLine SID_FAILED = Warning("CTL1NEMsgParse::ParseSID(): ParseSID failed;", "tl1nemsgparse", "NEMsgParse");
 const LogLine DATE_FAILED = Warning("CTL1NEMsgParse::ParseDate(): ParseDate failed;", "tl1nemsgparse", "NEMsgParse");
@@ -61,7 +61,7 @@ Outcome Parsed(const std::string& message) {
   return {result, PartsOf(parser)};
 }
 
-// Parts of a message of which nothing was recognised yet.
+// Parts of a message before anything is recognised.
 Tl1Parts Unparsed(const std::string& message) {
   Tl1Parts parts;
   parts.message = message;
@@ -123,7 +123,7 @@ class Tl1Parser : public RecordingTest {
   }
 };
 
-TEST_F(Tl1Parser, NewObjectHoldsTheMessageUnparsed) {
+TEST_F(Tl1Parser, NewObjectKeepsTheMessageUnparsed) {
   const CTL1NEMsgParse parser(RESPONSE);
   EXPECT_EQ(PartsOf(parser), Unparsed(RESPONSE));
   EXPECT_EQ(parser.GetNEMsgType(), -1);
@@ -147,7 +147,7 @@ TEST_F(Tl1Parser, InitAllPrivateEmptiesEverything) {
   EXPECT_EQ(PartsOf(parser), Tl1Parts());
 }
 
-TEST_F(Tl1Parser, GettersGiveFieldsByType) {
+TEST_F(Tl1Parser, GettersReturnFieldsByType) {
   CTL1NEMsgParse parser("");
   parser.m_strSID = "sid";
   parser.m_strTextBlock = "block";
@@ -180,7 +180,7 @@ TEST_F(Tl1Parser, EmptyMessageIsReported) {
   EXPECT_EQ(host.filtered, std::vector<std::string>{EMPTY_MESSAGE.text});
 }
 
-TEST_F(Tl1Parser, TextWithoutAnyMarkerIsRefusedInSilence) {
+TEST_F(Tl1Parser, TextWithoutAnyMarkerIsRefusedSilently) {
   for (const char* message :
        {"x", ";", ">", "<", "\r\n", "\r\n;", "\r<", "\n<", "IP 12 <",
         "\r\n\n  NE1 24-01-02 10:11:12\r\nM  7 COMPLD\r\n;", "\n\n   NE1 24-01-02 10:11:12\r\nM  7 COMPLD\r\n;",
@@ -223,7 +223,7 @@ TEST_F(Tl1Parser, KindsAreTriedInOrder) {
   EXPECT_EQ(Parsed("\r\n>\r\n<"), EMPTIED) << "no prompt once it is no acknowledgement";
 }
 
-TEST_F(Tl1Parser, AcknowledgementGivesCodeAndCtag) {
+TEST_F(Tl1Parser, AcknowledgementHasCodeAndCtag) {
   struct Case {
     std::string code, ctag;
   };
@@ -238,7 +238,7 @@ TEST_F(Tl1Parser, AcknowledgementGivesCodeAndCtag) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(Tl1Parser, OtherAcknowledgementsEmptyTheObjectInSilence) {
+TEST_F(Tl1Parser, OtherAcknowledgementsEmptyTheObjectSilently) {
   for (const std::string& message :
        {"\r\n<"s, "IP\r\n<"s, " 12\r\n<"s, "IP \r\n<"s, "IP 12\r\n< "s, "IP 12\r\n<;"s, "IP 12\r\n<\0"s,
         "IP 12\r\n<\r\n<"s, "\r\n<IP 12"s, "\r\n< IP 12"s, "IP\r\n< 12"s}) {
@@ -266,7 +266,7 @@ TEST_F(Tl1Parser, HeaderLineIsCutAtBlanks) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(Tl1Parser, WhatStandsBeforeTheHeaderIsTheEcho) {
+TEST_F(Tl1Parser, TextBeforeTheHeaderIsTheEcho) {
   for (const std::string& echo : {"RTRV-NE:::7;"s, "\r\n\n  "s, "\r\n"s, "IP 7\r\n<"s, "M"s, " "s, "\0"s, "\xFF"s}) {
     Tl1Parts response = Response(echo + RESPONSE, "7", "COMPLD", "\n   \"a\"\r\n");
     response.echo = echo;
@@ -292,7 +292,7 @@ TEST_F(Tl1Parser, FailingTimeEmptiesDateAndSidAndIsReportedAsTheDate) {
     ExpectHeaderRefused(tail, DATE_FAILED);
 }
 
-TEST_F(Tl1Parser, HeaderWithoutALineEndOrAnMBehindItIsRefusedInSilence) {
+TEST_F(Tl1Parser, HeaderWithoutALineEndOrAnMAfterItIsRefusedSilently) {
   for (const char* tail :
        {"\r", "\r ", "\rM  7 COMPLD", "\r\n", "\r\n;", "\r\nm  7 DENY\r\n;", "\r\nA 5 REPT EVT\r\n   \"x\"\r\n;"}) {
     const std::string message = std::string("echo\r\n\n   NE1 24-01-02 10:11:12") + tail;
@@ -304,7 +304,7 @@ TEST_F(Tl1Parser, HeaderWithoutALineEndOrAnMBehindItIsRefusedInSilence) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(Tl1Parser, ResponseGivesItsParts) {
+TEST_F(Tl1Parser, ResponseFields) {
   EXPECT_EQ(Parsed(RESPONSE), Accepted(Response(RESPONSE, "7", "COMPLD", "\n   \"a\"\r\n")));
   EXPECT_EQ(host.lines, Lines{});
 }
@@ -338,14 +338,14 @@ TEST_F(Tl1Parser, ResponseParts) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(Tl1Parser, TwoCharactersBehindTheMAreNotLookedAt) {
+TEST_F(Tl1Parser, TwoCharactersAfterTheMAreIgnored) {
   for (const char* start : {"M  ", "MXX", "M\r\n", "M;>"}) {
     const std::string message = std::string(HEADER).append(start).append("7 COMPLD\r\n>;");
     EXPECT_EQ(Parsed(message), Accepted(Response(message, "7", "COMPLD", "\n>"))) << start;
   }
 }
 
-TEST_F(Tl1Parser, SemicolonInFrontOfTheBlockLeavesItEmpty) {
+TEST_F(Tl1Parser, SemicolonBeforeTheBlockLeavesItEmpty) {
   const std::string message = ";"s + HEADER + "M  7 COMPLD\r\n   a\r\n>";
   Tl1Parts expected = Response(message, "7", "COMPLD", "");
   expected.echo = ";";
@@ -390,7 +390,7 @@ TEST_F(Tl1Parser, ResponseWithoutTerminatorKeepsItsFields) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(Tl1Parser, AutonomousMessageGivesItsParts) {
+TEST_F(Tl1Parser, AutonomousFields) {
   EXPECT_EQ(Parsed(AUTONOMOUS),
             Accepted(Autonomous(AUTONOMOUS, "*C", "5", "REPT ALM EQPT", "\n   \"SLOT-1:MJ,M\"\r\n")));
   EXPECT_EQ(host.lines, Lines{});
@@ -421,14 +421,14 @@ TEST_F(Tl1Parser, AutonomousParts) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(Tl1Parser, AtagTakesASecondBlankAlong) {
+TEST_F(Tl1Parser, AtagIncludesASecondBlank) {
   const std::string two = HEADER + "A  5 REPT M\r\n   x;"s;
   EXPECT_EQ(Parsed(two), Accepted(Autonomous(two, "A", " 5", "REPT M", "\n   x")));
   const std::string three = HEADER + "A   5 REPT M\r\n   x;"s;
   EXPECT_EQ(Parsed(three), Accepted(Autonomous(three, "A", " ", "5 REPT M", "\n   x")));
 }
 
-TEST_F(Tl1Parser, VerbWithoutATextBlockRunsToTheTerminator) {
+TEST_F(Tl1Parser, VerbWithoutATextBlockExtendsToTheTerminator) {
   const std::pair<std::string, std::string> cases[] = {
       {"REPT M;", "REPT M"}, {"REPT M>", "REPT M"}, {"REPT M\r\n;", "REPT M\r\n"},
       {"REPT;M>", "REPT;M"}, {"M>;", "M>"},         {"M\r\n  ;", "M\r\n  "}};
@@ -443,7 +443,7 @@ TEST_F(Tl1Parser, SemicolonWithinTheVerbLeavesTheBlockEmpty) {
   EXPECT_EQ(Parsed(message), Accepted(Autonomous(message, "A", "5", ";M", "")));
 }
 
-TEST_F(Tl1Parser, OtherAutonomousMessagesEmptyTheObjectInSilence) {
+TEST_F(Tl1Parser, OtherAutonomousMessagesEmptyTheObjectSilently) {
   for (const char* line : {"AM", "AM;", "AM ", "AM 5", "AM 5;", "A\tM;", " 5 REPT M\r\n   x\r\n;", "  M  ;", "AM 5 ",
                            "AM 5 ;", "AM 5 >", "AM 5 \r\n   x\r\n;", "AM 5 REPT", "AM 5 REPT\r\n  x", "AM 5 REPT; "}) {
     EXPECT_EQ(Parsed("echo"s + HEADER + line), EMPTIED) << line;
@@ -459,7 +459,7 @@ TEST_F(Tl1Parser, AutonomousMessageWithoutTerminatorKeepsItsFields) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(Tl1Parser, ParsingAgainGivesTheSame) {
+TEST_F(Tl1Parser, ParsingAgainReturnsTheSame) {
   for (const char* message : {RESPONSE, AUTONOMOUS, "IP 12\r\n<", "\r\n>"}) {
     CTL1NEMsgParse parser(message);
     EXPECT_TRUE(parser.NEMsgParse());
@@ -469,7 +469,7 @@ TEST_F(Tl1Parser, ParsingAgainGivesTheSame) {
   }
 }
 
-TEST_F(Tl1Parser, ParsingAnotherMessageOnTopResetsNothing) {
+TEST_F(Tl1Parser, ParsingAnotherMessageResetsNothing) {
   CTL1NEMsgParse parser(AUTONOMOUS);
   ASSERT_TRUE(parser.NEMsgParse());
   parser.m_strNEMsg = RESPONSE;
@@ -498,7 +498,7 @@ TEST_F(Tl1Parser, ParsingAnotherMessageOnTopResetsNothing) {
   EXPECT_EQ(parser.GetSID(), "");
 }
 
-TEST_F(Tl1Parser, FailuresOnTopKeepWhatTheyDoNotEmpty) {
+TEST_F(Tl1Parser, FailuresOfASecondParseKeepTheOtherFields) {
   CTL1NEMsgParse parser(RESPONSE);
   ASSERT_TRUE(parser.NEMsgParse());
   Tl1Parts expected = PartsOf(parser);
@@ -570,7 +570,7 @@ TEST_F(Tl1Parser, UnrecognisedMessagesAreReportedAsSuch) {
   }
 }
 
-TEST_F(Tl1Parser, CompletenessOfAnEmptyMessageLeavesTheObjectAsItWas) {
+TEST_F(Tl1Parser, EndFlagOfAnEmptyMessageLeavesTheObject) {
   CTL1NEMsgParse parser(RESPONSE);
   ASSERT_TRUE(parser.NEMsgParse());
   EXPECT_FALSE(parser.ParseMsgEndFlg(""));
@@ -579,7 +579,7 @@ TEST_F(Tl1Parser, CompletenessOfAnEmptyMessageLeavesTheObjectAsItWas) {
   EXPECT_EQ(host.filtered, std::vector<std::string>{END_EMPTY.text});
 }
 
-TEST_F(Tl1Parser, CompletenessStartsOver) {
+TEST_F(Tl1Parser, EndFlagResetsTheObject) {
   CTL1NEMsgParse parser(AUTONOMOUS);
   ASSERT_TRUE(parser.NEMsgParse());
   EXPECT_TRUE(parser.ParseMsgEndFlg(RESPONSE));
@@ -592,7 +592,7 @@ TEST_F(Tl1Parser, CompletenessStartsOver) {
   EXPECT_EQ(PartsOf(parser), Tl1Parts());
 }
 
-TEST_F(Tl1Parser, CompletenessOfTheOwnMembers) {
+TEST_F(Tl1Parser, EndFlagOfTheOwnMembers) {
   CTL1NEMsgParse parser(RESPONSE);
   EXPECT_TRUE(parser.ParseMsgEndFlg(parser.m_strNEMsg));
   EXPECT_EQ(PartsOf(parser), Response(RESPONSE, "7", "COMPLD", "\n   \"a\"\r\n"));
@@ -631,7 +631,7 @@ const std::string LONG_MESSAGES[] = {
     "",
 };
 
-// An object whose members all hold something.
+// An object without empty members.
 CTL1NEMsgParse UsedParser(const std::string& message) {
   CTL1NEMsgParse parser(AUTONOMOUS);
   EXPECT_TRUE(parser.NEMsgParse());

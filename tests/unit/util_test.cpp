@@ -24,17 +24,17 @@ TEST(Find, FindsFromAPositionOn) {
   EXPECT_EQ(FindLinear("abc", "bc", 3), NPOS);
 }
 
-TEST(Find, EmptyPieceIsFoundAtOnce) {
+TEST(Find, EmptyPieceIsFoundAtTheStart) {
   EXPECT_EQ(FindLinear("", ""), 0U);
   EXPECT_EQ(FindLinear("abc", "", 3), 3U);
 }
 
-TEST(Find, PieceLongerThanTheTextIsNot) {
+TEST(Find, PieceLongerThanTheTextIsNotFound) {
   EXPECT_EQ(FindLinear("", "a"), NPOS);
   EXPECT_EQ(FindLinear("ab", "abc"), NPOS);
 }
 
-TEST(Find, TakesNulAndHighBytesAsTheyAre) {
+TEST(Find, TreatsNulAndHighBytesAsOrdinary) {
   EXPECT_EQ(FindLinear("a\0b\0b"s, "\0b"s, 2), 3U);
   EXPECT_EQ(FindLinear("\x80\xFF\x7F\xFE", "\xFF\x7F"), 1U);
 }
@@ -80,7 +80,7 @@ TEST(FindInString, FindsPiecesOfAnyLength) {
   }
 }
 
-TEST(FindInString, IsLinearWhereThePieceNearlyOccursEverywhere) {
+TEST(FindInString, IsLinearIfThePieceAlmostOccursEverywhere) {
   const auto text = [](size_t size) { return std::string(size, 'z'); };
   const auto search = [](const std::string& all) {
     ASSERT_EQ(FindInString(all.c_str(), (std::string(all.size() / 2, 'z') + "a").c_str()), nullptr);
@@ -88,7 +88,7 @@ TEST(FindInString, IsLinearWhereThePieceNearlyOccursEverywhere) {
   EXPECT_LT(Growth(20000, text, search), LINEAR_GROWTH);
 }
 
-TEST(FindInString, IsLinearWherePairsRepeat) {
+TEST(FindInString, IsLinearIfPairsRepeat) {
   const auto text = [](size_t size) {
     std::string all;
     while (all.size() < size)
@@ -101,7 +101,7 @@ TEST(FindInString, IsLinearWherePairsRepeat) {
   EXPECT_LT(Growth(20000, text, search), LINEAR_GROWTH);
 }
 
-TEST(Find, IsLinearWhereThePieceNearlyOccursEverywhere) {
+TEST(Find, IsLinearIfThePieceAlmostOccursEverywhere) {
   const auto text = [](size_t size) { return std::string(size, 'z'); };
   const auto search = [](const std::string& all) {
     const std::string half(all.size() / 2, 'z');
@@ -138,7 +138,7 @@ TEST(FindNoCase, AgreesWithThePlainSearchForLiteralsOfAnyLength) {
   }
 }
 
-TEST(FindNoCase, IsLinearWhereTheLiteralNearlyOccursEverywhere) {
+TEST(FindNoCase, IsLinearIfTheLiteralAlmostOccursEverywhere) {
   const auto text = [](size_t size) { return std::string(size, 'Z'); };
   const auto search = [](const std::string& all) {
     ASSERT_EQ(FindNoCase(all, std::string(all.size() / 2, 'z') + "a", 0), NPOS);

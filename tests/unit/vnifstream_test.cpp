@@ -34,7 +34,7 @@ using Texts = std::vector<std::string>;
 
 const LogLine COPY_FAILED = Error("ErrorCode:0x22, Vnifstream::GetLine.memcpy_s failed", "publicdata", "GetLine");
 
-/// All lines that are left.
+/// All remaining lines.
 Texts Rest(Vnifstream& file, unsigned int size = 1024) {
   std::vector<char> line(size);
   Texts lines;
@@ -107,7 +107,7 @@ TEST_F(LineReader, EndStaysTheEnd) {
   }
 }
 
-TEST_F(LineReader, EmptyLineIsALoneNul) {
+TEST_F(LineReader, EmptyLineIsEmptyText) {
   Vnifstream file(Write("\n"));
   char line[] = "kept";
   ASSERT_TRUE(file.GetLine(line, sizeof line));
@@ -133,7 +133,7 @@ TEST_F(LineReader, LongLinesAreCutAndTheirRestSkipped) {
   EXPECT_EQ(LinesOf(bytes, 6), (Texts{"abcde", "abc", "abcd", "ab", "uvwxy"}));
 }
 
-TEST_F(LineReader, NothingIsWrittenBehindTheLimit) {
+TEST_F(LineReader, NothingIsWrittenBeyondTheLimit) {
   Vnifstream file(Write("abcdef\nabc\n"));
   for (int i = 0; i < 2; ++i) {
     char line[] = "xxxxxxx";
@@ -142,7 +142,7 @@ TEST_F(LineReader, NothingIsWrittenBehindTheLimit) {
   }
 }
 
-TEST_F(LineReader, LinesAroundTheCustomaryLimit) {
+TEST_F(LineReader, LinesAroundTheUsualLimit) {
   for (const size_t length : {1022U, 1023U, 1024U, 1025U}) {
     const std::string line(length, 'x');
     EXPECT_EQ(LinesOf(line + "\nnext"), (Texts{line.substr(0, 1023), "next"}));
@@ -207,7 +207,7 @@ TEST_F(LineReader, WithoutABufferThePositionStays) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(LineReader, FilesThatCannotBeLoadedGiveNoLines) {
+TEST_F(LineReader, FilesThatCannotBeLoadedHaveNoLines) {
   for (const std::string& path : {folder.Path("absent"), folder.Path("absent/file"), std::string()}) {
     Vnifstream file(path);
     ExpectNothingLoaded(file);
@@ -221,7 +221,7 @@ TEST_F(LineReader, EmptyPathNeedsNoFileCall) {
   EXPECT_EQ(host.encodings, Texts{});
 }
 
-TEST_F(LineReader, UnreadableFileGivesNoLines) {
+TEST_F(LineReader, UnreadableFileHasNoLines) {
   const std::string path = Write("abc");
   fs::permissions(path, fs::perms::none);
   EXPECT_TRUE(HoldsUnprivileged([&] {
@@ -230,7 +230,7 @@ TEST_F(LineReader, UnreadableFileGivesNoLines) {
   }));
 }
 
-TEST_F(LineReader, FailingFileCallsGiveNoLines) {
+TEST_F(LineReader, FailingFileCallsLeaveNoLines) {
   const std::string path = Write("abc");
   const size_t descriptors = OpenDescriptors();
   host.stats.FailAt(1);
@@ -317,7 +317,7 @@ TEST_F(LineReader, FailingCopyStopsAtTheLineFeed) {
 
     Texts all{"one", "two", "three"};
     EXPECT_EQ(before, Texts(all.begin(), all.begin() + static_cast<long>(failing - 1)));
-    // The line feed before the next line is still there and reads as an empty line.
+    // The line feed before the next line remains and is read as an empty line.
     Texts after(all.begin() + static_cast<long>(failing), all.end());
     if (failing < all.size()) after.insert(after.begin(), "");
     EXPECT_EQ(Rest(file), after);
@@ -408,7 +408,7 @@ TEST_F(LineReader, FailingToLoadAgainLeavesTheReader) {
   EXPECT_EQ(Rest(file), Texts{"two"});
 }
 
-TEST_F(LineReader, ReadsWhatTheFileHeldWhenItWasLoaded) {
+TEST_F(LineReader, ReadsTheContentAtTheTimeOfLoading) {
   Vnifstream file(Write("one\ntwo"));
   Write("changed");
   EXPECT_EQ(Rest(file), (Texts{"one", "two"}));
@@ -470,7 +470,7 @@ TEST_F(LineReader, LargeFileIsReadToItsEnd) {
   EXPECT_EQ(Rest(file), (Texts{"mark", "last"}));
 }
 
-TEST_F(LineReader, FilesBeyond4GibibytesGiveTheirFirstBytesOnly) {
+TEST_F(LineReader, FilesBeyond4GibibytesAreReadInPart) {
   constexpr uintmax_t GIB_4 = uintmax_t{1} << 32;
   const std::string path = Write("one\ntwo\nthree");
   for (const auto& [size, lines] :
@@ -505,7 +505,7 @@ TEST_F(LineReader, ManyLinesTakeLinearTime) {
 TEST_F(LineReader, OneHugeLineTakesLinearTime) {
   const auto write = [&](size_t size) { return folder.Write(std::to_string(size), std::string(size, 'x')); };
   const auto read = [](const std::string& path) { EXPECT_EQ(CountLines(path, 1024), 1U); };
-  // Small enough that the larger file stays in the cache, whose edge would look like growth.
+  // Small enough to keep the larger file in the cache: exceeding the cache would look like growth.
   EXPECT_LT(Growth(1U << 14, write, read), LINEAR_GROWTH);
 }
 

@@ -74,7 +74,7 @@ TEST_F(ZepFileType, AcceptedTypes) {
   }
 }
 
-TEST_F(ZepFileType, RefusedTypesAreGivenAllTheSame) {
+TEST_F(ZepFileType, RefusedTypesAreReturnedNevertheless) {
   for (const unsigned int type : {14U, 16U, 256U, 512U, 514U, 65535U}) {
     SoftwareFile file;
     file.fileType = static_cast<uint16_t>(type);
@@ -86,7 +86,7 @@ TEST_F(ZepFileType, RefusedTypesAreGivenAllTheSame) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(ZepFileType, EveryTypeIsJudged) {
+TEST_F(ZepFileType, EveryTypeIsAcceptedOrRefused) {
   RetypedFile file(folder);
   for (unsigned int type = 0; type < TYPES; ++type) {
     file.SetType(type);
@@ -108,7 +108,7 @@ TEST_F(ZepFileType, EveryTypePassesTheCheckWithoutFilter) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(ZepFileType, CheckWithoutFilterGivesAllOutputs) {
+TEST_F(ZepFileType, CheckWithoutFilterSetsAllOutputs) {
   EXPECT_EQ(CheckAnyType(Write(FullFile())), 0U);
   EXPECT_EQ(extension, 0xBEEFU);
   EXPECT_EQ(payloadOffset, 206U);
@@ -130,7 +130,7 @@ TEST_F(ZepFileType, FailureLeavesTheType) {
   EXPECT_EQ(anyType, 4711U);
 }
 
-TEST_F(ZepFileType, FailureGivesWhatWasRead) {
+TEST_F(ZepFileType, FailureKeepsTheOutputsReadBefore) {
   SoftwareFile file = FullFile();
   file.versionLength = 65534;
   EXPECT_EQ(CheckAnyType(Write(file)), INVALID_HEAD);

@@ -63,7 +63,7 @@ TEST_F(DamagedZepHead, EveryPrefixFailsWhereItEnds) {
   }
 }
 
-TEST_F(DamagedZepHead, ReadErrorBehindEveryByteIsReported) {
+TEST_F(DamagedZepHead, ReadErrorAfterEveryByteIsReported) {
   const std::string bytes = full.Bytes();
   const std::string path = folder.Write("broken.bin", bytes);
   const size_t descriptors = OpenDescriptors();
@@ -76,7 +76,7 @@ TEST_F(DamagedZepHead, ReadErrorBehindEveryByteIsReported) {
   }
 }
 
-// The reading end of a pipe that holds some bytes: a file that can be read, but has no positions.
+// The reading end of a pipe with some bytes: a file that can be read but cannot seek.
 class Unseekable {
  public:
   explicit Unseekable(const std::string& bytes) {
@@ -93,7 +93,7 @@ class Unseekable {
   std::array<int, 2> m_ends{-1, -1};
 };
 
-TEST_F(DamagedZepHead, StreamThatCannotSeekIsReadOnFromWhereItIs) {
+TEST_F(DamagedZepHead, StreamThatCannotSeekIsReadFromItsPosition) {
   std::string bytes = full.Bytes();
   bytes.erase(link - full.skipped.size(), full.skipped.size());
   bytes.erase(64, fileHead - 64);
@@ -101,7 +101,7 @@ TEST_F(DamagedZepHead, StreamThatCannotSeekIsReadOnFromWhereItIs) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(DamagedZepHead, FileThatSimplyEndsReportsTheErrorOfBefore) {
+TEST_F(DamagedZepHead, EndOfTheFileReportsTheCallersErrno) {
   const std::string path = folder.Write("short.bin", "QXDD");
   host.aroundOpening = [](size_t) { errno = ENOSPC; };
   EXPECT_EQ(ReadPath(path), Outcome{INVALID_HEAD});
@@ -116,13 +116,13 @@ TEST_F(DamagedZepHead, SuccessKeepsErrno) {
   EXPECT_EQ(errno, 77);
 }
 
-TEST_F(DamagedZepHead, FileHeadCutShortIsGivenAsRead) {
+TEST_F(DamagedZepHead, FileHeaderCutShortIsReturnedAsRead) {
   const std::string bytes = full.Bytes().substr(0, fileHead + 10);
   EXPECT_EQ(ReadBytes(bytes), Outcome{INVALID_HEAD});
   EXPECT_EQ(std::string(reinterpret_cast<const char*>(&head), 10), bytes.substr(fileHead, 10));
 }
 
-TEST_F(DamagedZepHead, DamagedDirectoryHeadLeavesTheFileHeadAlone) {
+TEST_F(DamagedZepHead, DamagedDirectoryHeaderLeavesTheOutputUnchanged) {
   std::string bytes = full.Bytes();
   bytes[0] = 'x';
   EXPECT_EQ(ReadBytes(bytes), Outcome{INVALID_HEAD});
@@ -130,7 +130,7 @@ TEST_F(DamagedZepHead, DamagedDirectoryHeadLeavesTheFileHeadAlone) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(DamagedZepHead, RefusedFileHeadIsGivenConverted) {
+TEST_F(DamagedZepHead, RefusedFileHeaderIsReturnedConverted) {
   std::string bytes = full.Bytes();
   PutBig32(bytes, fileHead, 0x51584647);
   EXPECT_EQ(ReadBytes(bytes), Outcome{INVALID_HEAD});
@@ -138,7 +138,7 @@ TEST_F(DamagedZepHead, RefusedFileHeadIsGivenConverted) {
   EXPECT_EQ(head.usFileType, 2U);
 }
 
-TEST_F(DamagedZepHead, EachByteOfEachMagicWordCounts) {
+TEST_F(DamagedZepHead, EachByteOfEachMagicWordIsChecked) {
   for (const size_t start : {size_t{0}, fileHead}) {
     for (size_t i = start; i < start + 4; ++i) {
       for (const int change : {0x01, 0x20, 0x80}) {
@@ -151,7 +151,7 @@ TEST_F(DamagedZepHead, EachByteOfEachMagicWordCounts) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(DamagedZepHead, MagicWordsAreNotExchanged) {
+TEST_F(DamagedZepHead, ExchangedMagicWordsAreRefused) {
   std::string bytes = full.Bytes();
   bytes.replace(0, 4, "QXFF");
   EXPECT_EQ(ReadBytes(bytes), Outcome{INVALID_HEAD});
@@ -171,7 +171,7 @@ TEST_F(DamagedZepHead, SumOffByOne) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(DamagedZepHead, EachByteOfEachSumCounts) {
+TEST_F(DamagedZepHead, EachByteOfEachSumIsChecked) {
   for (const size_t start : {size_t{0}, fileHead}) {
     for (size_t i = start + 4; i < start + 8; ++i) {
       std::string bytes = full.Bytes();
@@ -202,7 +202,7 @@ TEST_F(DamagedZepHead, SumsLeaveOutBytes60To63) {
   }
 }
 
-TEST_F(DamagedZepHead, SumsTakeBytesAsUnsigned) {
+TEST_F(DamagedZepHead, SumsAddUnsignedBytes) {
   std::string bytes = full.Bytes();
   for (size_t i = 38; i < 60; ++i)
     bytes[i] = '\xFF';
@@ -210,7 +210,7 @@ TEST_F(DamagedZepHead, SumsTakeBytesAsUnsigned) {
   EXPECT_EQ(ReadBytes(bytes), valid);
 }
 
-TEST_F(DamagedZepHead, AbsentFile) {
+TEST_F(DamagedZepHead, MissingFile) {
   const std::string path = folder.Path("absent.bin");
   EXPECT_EQ(ReadPath(path), Outcome{CANNOT_OPEN});
   EXPECT_TRUE(HeadIsUntouched());

@@ -53,7 +53,7 @@ const Fields& FileFields() {
     offsetof(Head, name), sizeof(Head::name), std::is_integral_v<decltype(Head::name)> \
   }
 
-TEST(ZepHead, DirectoryHeadIsLaidOutAsInTheFile) {
+TEST(ZepHead, DirectoryHeaderHasTheLayoutOfTheFile) {
   using Head = ZEP_DIR_HEAD;
   EXPECT_EQ(sizeof(Head), HEAD_SIZE);
   EXPECT_EQ((Fields{FIELD(Head, ulMagic), FIELD(Head, ulCheckSum), FIELD(Head, usValue08), FIELD(Head, usValue10),
@@ -63,7 +63,7 @@ TEST(ZepHead, DirectoryHeadIsLaidOutAsInTheFile) {
             DirFields());
 }
 
-TEST(ZepHead, FileHeadIsLaidOutAsInTheFile) {
+TEST(ZepHead, FileHeaderHasTheLayoutOfTheFile) {
   using Head = ZEP_FILE_HEAD;
   EXPECT_EQ(sizeof(Head), HEAD_SIZE);
   EXPECT_EQ((Fields{FIELD(Head, ulMagic), FIELD(Head, ulCheckSum), FIELD(Head, usValue08), FIELD(Head, usValue10),
@@ -83,14 +83,14 @@ void ExpectPlainData() {
   EXPECT_FALSE(std::is_polymorphic_v<Head>);
 }
 
-TEST(ZepHead, HeadsArePlainData) {
+TEST(ZepHead, HeadersArePlainData) {
   ExpectPlainData<ZEP_DIR_HEAD>();
   ExpectPlainData<ZEP_FILE_HEAD>();
 }
 
 using Bytes = std::vector<unsigned char>;
 
-// The bytes 0, 1, 2 … 63: each says where it came from.
+// The bytes 0, 1, 2 … 63: each is equal to its offset.
 Bytes NumberedBytes() {
   Bytes bytes(HEAD_SIZE);
   std::iota(bytes.begin(), bytes.end(), static_cast<unsigned char>(0));
@@ -126,13 +126,13 @@ void ExpectConverted(const Bytes& converted, const Field& field) {
   }
 }
 
-TEST(ZepHead, ToHostOrderConvertsTheNumbersOfTheDirectoryHead) {
+TEST(ZepHead, ToHostOrderConvertsTheNumbersOfTheDirectoryHeader) {
   const Bytes converted = Converted<ZEP_DIR_HEAD>(NumberedBytes());
   for (const Field& field : DirFields())
     ExpectConverted(converted, field);
 }
 
-TEST(ZepHead, ToHostOrderConvertsTheNumbersOfTheFileHead) {
+TEST(ZepHead, ToHostOrderConvertsTheNumbersOfTheFileHeader) {
   const Bytes converted = Converted<ZEP_FILE_HEAD>(NumberedBytes());
   for (const Field& field : FileFields())
     ExpectConverted(converted, field);
@@ -149,7 +149,7 @@ TEST(CheckSum, AddsBytes) {
   EXPECT_EQ(GetUCCheckSum("abc", 1), 97U);
 }
 
-TEST(CheckSum, OfNothingIsZero) {
+TEST(CheckSum, OfNoBytesIsZero) {
   EXPECT_EQ(GetUCCheckSum("abc", 0), 0U);
   EXPECT_EQ(GetUCCheckSum("abc", -1), 0U);
   EXPECT_EQ(GetUCCheckSum("abc", INT_MIN), 0U);
@@ -162,7 +162,7 @@ TEST(CheckSum, BytesAreUnsigned) {
   EXPECT_EQ(GetUCCheckSum("\x80\xFF", 2), 383U);
 }
 
-TEST(CheckSum, NulDoesNotEndTheArea) {
+TEST(CheckSum, NulIsOrdinary) {
   EXPECT_EQ(GetUCCheckSum("\0\1\0\2", 4), 3U);
 }
 

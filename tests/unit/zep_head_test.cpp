@@ -27,7 +27,7 @@ class ZepHeadReading : public HeadReading {
   }
 };
 
-TEST_F(ZepHeadReading, GivesAllOutputs) {
+TEST_F(ZepHeadReading, SetsAllOutputs) {
   EXPECT_EQ(Read(FullFile()), (Outcome{0, "main.bin", "5.31", 0xBEEF, 26 + 128 + 12 + 16 + 13 + 11}));
   EXPECT_EQ(host.lines, Lines{});
   EXPECT_EQ(host.filtered, std::vector<std::string>{});
@@ -38,7 +38,7 @@ TEST_F(ZepHeadReading, OpensThePathOnceAsUtf8) {
   EXPECT_EQ(host.encodings, std::vector<std::string>{"UTF-8"});
 }
 
-TEST_F(ZepHeadReading, GivesTheWholeHeadInTheOrderOfTheMachine) {
+TEST_F(ZepHeadReading, ReturnsTheWholeHeaderInTheOrderOfTheMachine) {
   SoftwareFile file;
   std::string bytes = file.Bytes();
   const size_t start = file.FileHeadOffset();
@@ -66,7 +66,7 @@ TEST_F(ZepHeadReading, GivesTheWholeHeadInTheOrderOfTheMachine) {
   EXPECT_EQ(head.ulValue60, 0x3C3D3E3FU);
 }
 
-TEST_F(ZepHeadReading, EachGapLengthMovesTheFileHead) {
+TEST_F(ZepHeadReading, EachGapLengthMovesTheFileHeader) {
   for (size_t i = 0; i < 4; ++i) {
     for (const unsigned int gap : {1U, 255U, 256U, 65535U}) {
       SoftwareFile file;
@@ -95,7 +95,7 @@ TEST_F(ZepHeadReading, LongestAreas) {
                                  128 + 65535 + 1023 + 65534 + 65535}));
 }
 
-TEST_F(ZepHeadReading, FourthAreaAndPayloadNeedNotBeThere) {
+TEST_F(ZepHeadReading, FourthAreaAndPayloadMayBeMissing) {
   SoftwareFile file;
   file.tailLength = 65535;
   const auto texts = static_cast<unsigned int>(file.link.size() + file.version.size());
@@ -113,7 +113,7 @@ TEST_F(ZepHeadReading, OnlyType2HasAnExtensionWord) {
   }
 }
 
-TEST_F(ZepHeadReading, ExtensionWordStandsBeforeTheSkippedAreaButNotInThePayloadOffset) {
+TEST_F(ZepHeadReading, ExtensionWordIsBeforeTheSkippedAreaButNotInThePayloadOffset) {
   SoftwareFile plain;
   plain.skipped = "abc";
   SoftwareFile extended = plain;
@@ -138,7 +138,7 @@ TEST_F(ZepHeadReading, ExtensionWordCutShortIsZero) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(ZepHeadReading, LinkTargetIsWhatFollowsTheFirstMarker) {
+TEST_F(ZepHeadReading, LinkTargetFollowsTheFirstMarker) {
   const std::pair<std::string, std::string> accepted[] = {
       {"abc -> def", "def"},
       {"-> def", "def"},
@@ -181,7 +181,7 @@ TEST_F(ZepHeadReading, LinkWithoutMarkerIsRefusedSilently) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(ZepHeadReading, LinkDoesNotReachIntoTheVersion) {
+TEST_F(ZepHeadReading, LinkDoesNotExtendIntoTheVersion) {
   SoftwareFile file;
   file.link = "abc ->";
   file.version = " def";
@@ -236,7 +236,7 @@ TEST_F(ZepHeadReading, VersionEndsAtItsFirstCapitalT) {
   }
 }
 
-TEST_F(ZepHeadReading, VersionDoesNotReachIntoTheFourthArea) {
+TEST_F(ZepHeadReading, VersionDoesNotExtendIntoTheFourthArea) {
   SoftwareFile file;
   file.version = "2";
   file.tail = ".10";
@@ -300,7 +300,7 @@ TEST_F(ZepHeadReading, OutputsMayBeThePathItself) {
   EXPECT_EQ(path, "5.31");
 }
 
-TEST_F(ZepHeadReading, OneTextAndOneNumberForTwoOutputsHoldTheLaterValue) {
+TEST_F(ZepHeadReading, OneVariableForTwoOutputsKeepsTheLaterValue) {
   const std::string path = folder.Write("a.bin", FullFile().Bytes());
   unsigned int number = 0;
   std::string text;

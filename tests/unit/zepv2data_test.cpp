@@ -106,7 +106,7 @@ TEST_F(WordSlot, EveryWordIsReadBackFromItsText) {
   }
 }
 
-TEST_F(WordSlot, ShelfIsADashAnywhere) {
+TEST_F(WordSlot, DashAnywhereMeansAShelf) {
   for (const char* text : {"3-5", "-", "3-", "-5", "abc -"})
     EXPECT_TRUE(IsExistShelfID(text)) << text;
   for (const char* text : {"305", "",
@@ -276,7 +276,7 @@ TEST_F(DcSlot, ReadingTexts) {
   EXPECT_EQ(host.lines, Lines{});
 }
 
-TEST_F(DcSlot, NulEndsWhatIsReadButNotTheLength) {
+TEST_F(DcSlot, NulEndsTheReadTextButNotTheLength) {
   EXPECT_EQ(convertSlotDC(std::string("305\0-7", 6)), (305U << 8) - 7) << "the dash is not seen, the slot is";
   EXPECT_EQ(convertSlotDC(std::string("150\0-7", 6)), 150U) << "what follows does not make it larger";
   EXPECT_EQ(convertSlotDC(std::string("305\0", 4)), 0x1E05U) << "the slot is cut";
@@ -295,7 +295,7 @@ TEST_F(DcSlot, EveryWordWithATwoDigitSlotIsReadBack) {
   }
 }
 
-TEST_F(DcSlot, FormatThatFailsIsReportedAndRepeatsTheShelf) {
+TEST_F(DcSlot, FailingFormatIsReportedAndRepeatsTheShelf) {
   host.formats.FailAt(1);
   EXPECT_EQ(convertSlot2strDC(50000, 0x0305), "33");
   host.formats.FailAt(1);
@@ -361,7 +361,7 @@ TEST_F(SlotDeathTest, SumOfTheLowestShelfAndANegativeSlotEndsTheProcess) {
   EXPECT_EXIT(convertSlotDC(std::string("8388608\0-1", 10)), testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST(CheckedMathDeathTest, SumsWithinTheRangeAreGiven) {
+TEST(CheckedMathDeathTest, SumsWithinTheRangeAreReturned) {
   using VARNEL_UTIL::CheckedAdd;
   EXPECT_EQ(CheckedAdd(INT_MAX - 1, 1), INT_MAX);
   EXPECT_EQ(CheckedAdd(INT_MIN + 1, -1), INT_MIN);
@@ -377,7 +377,7 @@ TEST(CheckedMathDeathTest, OverflowEndsTheProcess) {
   EXPECT_EXIT(CheckedAdd(INT_MIN, INT_MIN), testing::KilledBySignal(SIGABRT), "");
 }
 
-TEST_F(DcSlot, ResultsDoNotFollowTheGlobalLocale) {
+TEST_F(DcSlot, ResultsDoNotDependOnTheGlobalLocale) {
   const GroupingLocale locale;
   std::ostringstream grouped;
   grouped << 1234;

@@ -47,7 +47,7 @@ inline std::string_view WithoutBlankEnd(std::string_view line) {
   return line;
 }
 
-/// The first CR or LF from `begin` on; the size of the text if there is none. Lines are short: looking for both in
+/// The first CR or LF from `begin` on; the size of the text if there is none. Lines are short: a search for both in
 /// blocks of 16 bytes takes half the time of two calls of memchr().
 inline size_t FindLineEnd(std::string_view text, size_t begin) {
 #ifdef __SSE2__
@@ -72,8 +72,8 @@ inline size_t AfterLineEnd(std::string_view text, size_t lineEnd) {
   return next < text.size() && text[next] == '\n' ? next + 1 : next;
 }
 
-/// How many backslashes are directly before `pos`. In East Asian encodings a backslash can be the second byte of a
-/// character, which does not count:
+/// The number of backslashes directly before `pos`. In East Asian encodings a backslash can be the second byte of a
+/// character; such a byte does not count:
 ///
 ///     \"  ->  1      \\"  ->  2      95 \"  ->  0      E6 9D B1 \"  ->  1, as such bytes are a character of UTF-8
 size_t BackslashesBefore(std::string_view text, size_t pos);

@@ -44,7 +44,7 @@ const char* BlockFault(size_t number, std::string_view block) {
   return nullptr;
 }
 
-// Cuts a command off before its ";".
+// Cuts a command before its ";".
 const char* Check(std::string_view& text) {
   if (text.size() > Command::MAX_LENGTH) return TOO_LONG;
   if (AnyOf(text, IsUnsendable)) return "control character or byte 255";
@@ -105,7 +105,7 @@ bool HasPassword(std::string_view verb) {
 
 Command& Command::operator=(const Command& other) {
   if (this != &other && other.Text().empty()) m_text.EmptyMsg();
-  m_text = other.m_text;  // which leaves it as it is if the other one is empty
+  m_text = other.m_text;  // unchanged if the other one is empty
   return *this;
 }
 

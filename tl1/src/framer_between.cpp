@@ -29,7 +29,7 @@ FramerMachine::Step FramerMachine::StepBetween() {
   return tooLong ? SkipLongLine(line) : SkipLine(line, promptLength);
 }
 
-// What shows in a whole line, and in what follows it.
+// Kinds that are recognised by a whole line and the bytes after it.
 std::optional<FramerMachine::Step> FramerMachine::JudgeLine(const Line& line) {
   if (const auto step = JudgeHeader(line)) return step;
   if (const auto step = JudgeAcknowledgement(line)) return step;
@@ -53,7 +53,7 @@ std::optional<FramerMachine::Step> FramerMachine::JudgePrompt(const Line& line) 
   return End(line.end, line.end);
 }
 
-// What shows in a line itself, and before its end.
+// Kinds that are recognised by the line alone, even before its end.
 std::optional<FramerMachine::Step> FramerMachine::JudgeUnindented(const Line& line) {
   FoundIdentification found;
   found.line = line;
@@ -92,7 +92,7 @@ std::optional<FramerMachine::Step> FramerMachine::JudgeAcknowledgement(const Lin
   return EmitAcknowledgement(parts, line.begin, line.end, false);
 }
 
-// A header in the strict form at which the stream ends, or in the line after it.
+// A header in the strict form, if the stream ends there or in the next line.
 std::optional<FramerMachine::Step> FramerMachine::JudgeCutHeader(const Line& line) {
   if (!m_text.finished) return std::nullopt;
   const size_t size = m_text.Size();

@@ -3,7 +3,7 @@
 #include "chars.h"
 #include "framer_machine.h"
 
-// What follows a line, as far as it decides what the line is.
+// The bytes after a line, if the kind of the line depends on them.
 
 namespace VARNEL_TL1 {
 
@@ -25,7 +25,7 @@ Answer FramerMachine::FindIdentification(size_t begin, bool unindented, FoundIde
   return Answer::No;
 }
 
-// The "<" of an acknowledgement, after so many CR and LF at the most.
+// The "<" of an acknowledgement, after a limited number of CR and LF.
 Answer FramerMachine::FindAcknowledgementEnd(const Line& line, size_t maxLineEnds, size_t& end) const {
   size_t place = line.end;
   while (place < m_text.Size() && place < line.end + maxLineEnds && IsLineEnd(m_text[place]))
@@ -35,7 +35,7 @@ Answer FramerMachine::FindAcknowledgementEnd(const Line& line, size_t maxLineEnd
   return m_text[place] == '<' ? Answer::Yes : Answer::No;
 }
 
-// Whether a line of text outside quotes and comments belongs to something else, and where that begins.
+// Whether a line of text outside quotes and comments begins something else, and where that begins.
 Answer FramerMachine::CutsBody(const Line& line, size_t& cut) {
   const std::string_view content = View(line);
   if (IsBlank(content.front()) && content.back() == '"') return Answer::No;  // nearly every line
@@ -54,7 +54,7 @@ Answer FramerMachine::CutsBody(const Line& line, size_t& cut) {
   return ReadAcknowledgement(content, acknowledgement) ? FindAcknowledgementEnd(line, 2, end) : Answer::No;
 }
 
-// Whether something new begins, so that a ";" before it was the end of a message.
+// Whether something new begins, which makes a ";" before it the end of a message.
 Answer FramerMachine::BeginsSomething(size_t begin) {
   if (begin == m_text.Size()) return m_text.finished ? Answer::Yes : Answer::Unknown;
   const Line line = FindLine(begin);

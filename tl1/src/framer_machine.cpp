@@ -12,10 +12,11 @@ namespace {
 
 constexpr size_t NONE = std::string_view::npos;
 
-// How far beyond the limit the end of a message within it may show: in a header and an identification line after it.
+// The bytes beyond the limit that may be needed to find the end of a message within it: a header and an identification
+// line.
 constexpr size_t FORESIGHT = 3 * MAX_LINE;
 
-// How many bytes before a line may belong to a header.
+// The most bytes before a line that may belong to a header.
 constexpr size_t MAX_LEAD = 4;
 
 }  // namespace
@@ -154,7 +155,7 @@ FramerMachine::Step FramerMachine::StepOpen() {
   return m_text.finished ? EndOpen(size) : Step::NeedBytes;
 }
 
-// The quotation or comment is not closed up to a place: it was opened by a stray mark, or the message is cut there.
+// The quotation or comment is not closed before a position: it was opened by a stray mark, or the message is cut there.
 FramerMachine::Step FramerMachine::EndOpen(size_t to) {
   const size_t terminator = FindLoneTerminator(m_loneLines, m_text, m_openFrom, std::min(to, m_begin + m_limit));
   if (terminator != NONE) return End(terminator, terminator + 1);
@@ -168,7 +169,7 @@ FramerMachine::Step FramerMachine::StepRest() {
   return longText ? TooLong() : Step::NeedBytes;
 }
 
-// The message has at least one byte more than it may have.
+// The message exceeds the limit.
 FramerMachine::Step FramerMachine::TooLong() {
   return Cut(m_begin + m_limit + 1);
 }
@@ -185,7 +186,7 @@ FramerMachine::Step FramerMachine::Cut(size_t end) {
   return Emit(m_pos, m_pos, false, true);
 }
 
-// Hands on the message from m_begin to `end`.
+// Delivers the message from m_begin to `end`.
 FramerMachine::Step FramerMachine::Emit(size_t textEnd, size_t end, bool complete, bool tooLong) {
   Message& message = *m_message;
   if (m_bare) {
@@ -228,7 +229,7 @@ void FramerMachine::RememberPart() {
   m_partKept = false;
 }
 
-// The buffer changes: what bare text will need is copied.
+// The buffer changes: the fields that a following bare text needs are copied.
 void FramerMachine::KeepPart() {
   if (!m_moreToCome || m_partKept) return;
   std::string_view* const fields[] = {&m_part.sid, &m_part.ctag, &m_part.atag, &m_part.code, &m_part.verb};

@@ -14,7 +14,7 @@
 
 namespace VARNEL_TL1 {
 
-/// The state machine over the lines of a stream. Each step looks at one line, at m_pos, or waits for more bytes.
+/// The state machine over the lines of a stream. Each step examines one line, at m_pos, or waits for more bytes.
 ///
 ///     state      line                                                 becomes
 ///     Between    blank, prompt, echo, anything else                   skipped
@@ -38,8 +38,8 @@ namespace VARNEL_TL1 {
 ///
 /// The end of the stream cuts a message in any state.
 ///
-/// All positions are places in the buffer. Bytes from m_pos on have been read by nothing but the finders, which
-/// remember what they found; going back to the place where a message ended inside quotes therefore costs nothing.
+/// All positions are offsets in the buffer. Bytes from m_pos on were read only by the finders, which remember their
+/// results; therefore it costs nothing to go back to the position at which a message ended inside quotes.
 class FramerMachine {
  public:
   explicit FramerMachine(size_t limit);
@@ -128,11 +128,11 @@ class FramerMachine {
   Finder<CommentEndSearch> m_commentEnds;
   StrictHeaderFinder m_strictHeaders;
 
-  size_t m_pos = 0;              // of the line to look at
+  size_t m_pos = 0;              // of the next line to examine
   size_t m_lastEnd = 0;          // of the message before
   uint64_t m_lastEndOffset = 0;  // the same in the stream
 
-  // The message that has begun.
+  // The pending message.
   size_t m_begin = 0;
   size_t m_textBegin = 0;
   size_t m_openFrom = 0;   // after the mark that opened the quotation or comment
@@ -140,7 +140,7 @@ class FramerMachine {
   Fields m_fields;
 
   Message m_part;                // the fields of the last part that ended in ">"
-  std::string m_partText;        // what they show once the buffer has changed
+  std::string m_partText;        // their text after the buffer changed
   Message* m_message = nullptr;  // receives the next one
 
   State m_state = State::Between;

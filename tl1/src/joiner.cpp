@@ -12,7 +12,7 @@ namespace VARNEL_TL1 {
 
 namespace {
 
-// What the parts of an answer have in common, apart from the SID, which some of them may lack.
+// The common fields of the parts of an answer, except the SID, which some parts may lack.
 using Tag = std::tuple<MessageType, std::string, std::string, std::string>;
 using Key = std::pair<Tag, std::string>;
 
@@ -30,7 +30,7 @@ class Answer {
   explicit Answer(const Message& first)
       : m_first(first), m_code(first.code), m_text(first.text), m_bytes(first.bytes), m_last(first) {}
 
-  // A part that follows continues on a line of its own.
+  // The next part begins on a new line.
   void Add(const Message& part) {
     if (!m_text.empty() && m_text.back() != '\n' && m_text.back() != '\r') m_text += "\r\n";
     m_text += part.text;
@@ -68,7 +68,7 @@ class JoinerAnswers {
 
   void Add(const Message& message) {
     if (m_broken) return;
-    m_broken = true;  // unless all goes well
+    m_broken = true;  // until everything succeeded
     if (ready.empty()) m_released.clear();
     if (CanBeLong(message)) {
       AddPart(message);

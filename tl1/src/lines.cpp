@@ -89,7 +89,7 @@ std::string_view TakeLastWord(std::string_view& line) {
   return WithoutControlsInFront(word);
 }
 
-// Takes groups of digits with one separator between any two off the front of a word; gives how many.
+// Removes groups of digits, separated by one separator each, from the front of a word; returns their number.
 size_t TakeDigitGroups(std::string_view& word, std::string_view separators) {
   size_t groups = 0;
   for (size_t end = 0;;) {
@@ -127,7 +127,7 @@ bool IsTime(std::string_view word) {
   return word.empty() || IsZone(word);
 }
 
-// Takes the time off the end of a line, with up to two words after it: "12:00:07", "12:00:07 PM EST".
+// Removes the time, and up to two words after it, from the end of a line: "12:00:07", "12:00:07 PM EST".
 std::string_view TakeTime(std::string_view& line) {
   line = TrimmedEnd(line);
   const std::string_view whole = line;
@@ -145,7 +145,7 @@ std::string_view SidOf(std::string_view text) {
   return text;
 }
 
-// True if digits stand where a pattern has "0", and elsewhere what it has.
+// True if a text has a digit for each "0" of a pattern and is equal to it elsewhere.
 bool Fits(std::string_view text, std::string_view pattern) {
   for (size_t i = 0; i < pattern.size(); ++i) {
     if (pattern[i] == '0' ? !IsDigit(text[i]) : text[i] != pattern[i]) return false;
@@ -173,7 +173,7 @@ bool IsAlarmCharacter(char c) {
   return IsUpper(c) || c == '*' || c == '^';
 }
 
-// These take a line that is trimmed.
+// These expect a trimmed line.
 
 // "M  12 COMPLD"
 bool ReadResponse(std::string_view line, bool afterHeader, Identification& found) {

@@ -8,8 +8,8 @@
 
 namespace VARNEL_TL1 {
 
-/// What the lines of TL1 look like; see docs/formats.md. All functions take a line without its end, and what they read
-/// points into it. Blanks are blanks, tabs and NULs; terminal control sequences at the edge of a word are ignored.
+/// Recognises the lines of TL1; see docs/formats.md. All functions expect a line without its end; their results point
+/// into it. Blanks are blanks, tabs and NULs; terminal control sequences at the edge of a word are ignored.
 
 /// A longer line is text: no header, identification line, acknowledgement, prompt or echo.
 constexpr size_t MAX_LINE = 4096;
@@ -22,13 +22,13 @@ bool IsUnindented(std::string_view line);
 
 /// A line that ends in date and time, maybe with a time zone.
 struct HeaderLine {
-  std::string_view sid;  ///< without quotes around it; may be empty, may hold blanks
+  std::string_view sid;  ///< without quotes around it; may be empty, may contain blanks
   std::string_view date;
   std::string_view time;
 };
 bool ReadHeader(std::string_view line, HeaderLine& header);
 
-/// How many of the line ends at the end of a text belong to a header after it: the end of the line before, and one
+/// The number of line ends at the end of a text that belong to a header after it: the end of the line before, and one
 /// blank line.
 size_t HeaderLead(std::string_view before);
 
@@ -45,7 +45,7 @@ struct Identification {
   size_t length = 0;      ///< up to the end of the line, or up to a ";" that ends the message
   bool ended = false;     ///< by such a ";"
 };
-/// @param afterHeader  false if the line itself must show what it is, by one of the known completion codes or verbs.
+/// @param afterHeader  false to require one of the known completion codes or verbs.
 bool ReadIdentification(std::string_view line, bool afterHeader, Identification& identification);
 
 /// The first line of an acknowledgement, "IP 12".

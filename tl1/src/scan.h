@@ -9,28 +9,28 @@
 
 namespace VARNEL_TL1 {
 
-// Searches in a text that grows at its end and loses bytes at its front. Each object remembers its last answer, so that
-// it searches no byte twice for places that follow each other, even if bytes arrive one at a time.
+// Searches in a text that grows at its end and loses bytes at its front. Each object remembers its last answer, and for
+// increasing positions searches no byte twice, even if bytes arrive one at a time.
 
-/// Whether something is there; Unknown while it depends on bytes to come.
+/// Whether something was found; Unknown while it depends on bytes that have not arrived.
 enum class Answer { No, Yes, Unknown };
 
 /// The bytes so far.
 struct Text {
   std::string_view bytes;
-  bool finished = false;  ///< no more will come
+  bool finished = false;  ///< no more bytes will arrive
 
   size_t Size() const { return bytes.size(); }
   char operator[](size_t position) const { return bytes[position]; }
   std::string_view Between(size_t begin, size_t end) const { return bytes.substr(begin, end - begin); }
 };
 
-/// Finds the places of a kind. Search has `static size_t First(bytes, begin)`, which returns the first such place from
-/// `begin` on or npos, and OVERLAP, how many bytes before the end may belong to one that is not whole.
+/// Finds positions of one kind. Search has `static size_t First(bytes, begin)`, which returns the first such position
+/// from `begin` on or npos, and OVERLAP, the number of bytes before the end that may belong to an incomplete match.
 template <typename Search>
 class Finder {
  public:
-  /// @return the first place from `begin` on, or npos.
+  /// @return the first position from `begin` on, or npos.
   size_t Find(std::string_view bytes, size_t begin) {
     if (begin < m_from && !FindBefore(bytes, begin, m_from)) m_from = begin;
     if (begin < m_from || begin > m_at) Set(begin, begin, false);
@@ -57,7 +57,7 @@ class Finder {
     m_hit = hit;
   }
 
-  // There is no such place from m_from to before m_at.
+  // There is no such position from m_from to before m_at.
   size_t m_from = 0;
   size_t m_at = 0;
   bool m_hit = false;  // m_at is one
@@ -89,7 +89,7 @@ struct Line {
   size_t begin = 0;
   size_t end = 0;
   size_t next = 0;
-  bool whole = false;  ///< the line end is there; else content may follow, and `next` is the size of the text
+  bool whole = false;  ///< the line end has arrived; else content may follow, and `next` is the size of the text
 };
 
 /// Finds lines that end in CR, LF or CR LF.
@@ -127,8 +127,7 @@ class StrictHeaderFinder {
   bool m_hit = false;  // which is one
 };
 
-/// The first line after the one at `from` that has nothing but ";" or ">"; npos if there is none that begins before
-/// `to`.
+/// The first line after the one at `from` that contains only ";" or ">"; npos if none begins before `to`.
 size_t FindLoneTerminator(LineFinder& lines, const Text& text, size_t from, size_t to);
 
 }  // namespace VARNEL_TL1

@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::string_view MASK = "******";
 
-// The lower-case character for each byte that counts, else NUL.
+// The lower-case character for each compared byte, else NUL.
 constexpr std::array<char, 256> COUNTED = [] {
   std::array<char, 256> counted{};
   for (size_t byte = 0; byte < counted.size(); ++byte) {
@@ -26,7 +26,7 @@ char Counted(char c) {
   return COUNTED[static_cast<unsigned char>(c)];
 }
 
-// Where the last `count` characters that count before `end` begin.
+// The start of the last `count` compared characters before `end`.
 size_t BeginOf(std::string_view text, size_t end, size_t count) {
   while (count > 0) {
     --end;
@@ -35,7 +35,7 @@ size_t BeginOf(std::string_view text, size_t end, size_t count) {
   return end;
 }
 
-// Takes a parameter of a block off its front.
+// Removes the first parameter of a block and returns it.
 std::string_view TakeParameter(std::string_view& block) {
   size_t end = 0;
   while (end < block.size() && block[end] != ',')

@@ -47,7 +47,7 @@ bool SessionMachine::TakeMessage(Message message, Event& event) {
   return !late && Give(EventKind::Message, &message, event);
 }
 
-// What was received before the command was sent is no answer to it.
+// A message received before the command was sent is not its answer.
 bool SessionMachine::IsOwn(const Message& message) const {
   if (!IsPending() && m_state != State::Beating) return false;
   if (!IsAnswer(message) || message.offset + message.length <= m_sentAt) return false;
@@ -99,7 +99,7 @@ bool SessionMachine::TakeTick(Event& event) {
   return Give(EventKind::Lost, nullptr, event);
 }
 
-// The parts that were received are the answer, if there are any.
+// The received parts, if any, are the answer.
 bool SessionMachine::GiveUp(Event& event) {
   if (!m_parts || m_partsEnd) return Conclude(nullptr, event);
   m_partsEnd = true;

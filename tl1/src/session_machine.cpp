@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned int FIRST_CTAG = 2, CTAGS = 999998;  // up to 999999
 
-// A time that cannot be represented is the last one that can.
+// A time that cannot be represented becomes the last one that can.
 Session::Time Later(Session::Time time, Session::Duration by) {
   Session::Duration::rep sum = 0;
   if (__builtin_add_overflow(time.time_since_epoch().count(), by.count(), &sum))
@@ -103,7 +103,7 @@ void SessionMachine::Tick(Time now) {
   m_tick = true;
 }
 
-// While the clock is stopped m_now is the time when it was stopped, also for deadlines that begin meanwhile.
+// While the clock is stopped, m_now is the time when it was stopped, also for deadlines that begin during the pause.
 void SessionMachine::Pause(Time now) {
   if (m_paused) return;
   m_now = now;
@@ -169,7 +169,7 @@ void SessionMachine::OpenStream() {
   m_finished = false;
 }
 
-// An offer or a demand is refused once for each option, so that two refusing sides do not answer each other forever.
+// An offer or a demand is refused only once for each option: two refusing sides must not answer each other forever.
 void SessionMachine::Refuse(unsigned char command, unsigned char option) {
   constexpr unsigned char WILL = 251, WONT = 252, DO = 253, DONT = 254, ESCAPE = 255;
   if (command != WILL && command != DO) return;

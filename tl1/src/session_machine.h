@@ -17,7 +17,7 @@
 
 namespace VARNEL_TL1 {
 
-/// The state machine of a session. Events are made when the caller takes them, one at a time.
+/// The state machine of a session. Events are created when the caller retrieves them, one at a time.
 ///
 ///     input                       Ready        Beating       LoggingIn      Waiting   LoggingOut   Closed
 ///     LogIn()                     LoggingIn    LoggingIn     refused        refused   refused      refused
@@ -36,7 +36,7 @@ namespace VARNEL_TL1 {
 ///                                                            LogInRefused:  NoAnswer: Closed
 ///                                                            Ready          Ready
 ///
-/// "clock" starts the deadline again; "none" is no event. (1) In the three states with a pending command. (2) Not after
+/// "clock" restarts the deadline; "none" is no event. (1) In the three states with a pending command. (2) Not after
 /// Cut(), which leaves Beating as it is too. LogOut() is false without a log-in.
 class SessionMachine {
  public:
@@ -89,20 +89,20 @@ class SessionMachine {
   Time m_now;
   std::optional<Time> m_deadline;
   bool m_paused = false;
-  bool m_tick = false;      // the deadline is to be looked at
-  bool m_cut = false;       // the stream is to be ended
+  bool m_tick = false;      // the deadline must be checked
+  bool m_cut = false;       // the stream must be ended
   bool m_finished = false;  // the framer's stream has ended
 
   std::unique_ptr<Framer> m_framer;
   uint64_t m_received = 0;                    // bytes
-  uint64_t m_streamBegin = 0;                 // what was received before the framer's stream
+  uint64_t m_streamBegin = 0;                 // bytes received before the framer's stream
   std::unique_ptr<Joiner> m_parts;            // of the answer to the pending command
-  bool m_partsEnd = false;                    // no other part is waited for
-  std::unique_ptr<Joiner> m_leftover;         // what is left of it once the command has its event
+  bool m_partsEnd = false;                    // no other part is expected
+  std::unique_ptr<Joiner> m_leftover;         // its unread messages after the event of the command
   std::array<std::bitset<256>, 2> m_refused;  // telnet options: of the element, of this side
 
   std::string m_ctag;           // of the pending command or heartbeat
-  uint64_t m_sentAt = 0;        // what had been received when it was sent
+  uint64_t m_sentAt = 0;        // m_received when it was sent
   std::string m_heartbeatCtag;  // of the last heartbeat
   std::string m_user;           // as sent, if somebody may be logged in
   unsigned int m_nextCtag;

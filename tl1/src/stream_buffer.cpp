@@ -17,7 +17,7 @@ constexpr unsigned char DONT = 0xFE;
 constexpr unsigned char ESCAPE = 0xFF;
 constexpr std::string_view ESCAPE_TEXT = "\xFF";
 
-// A header that begins within a subnegotiation ends not much later.
+// A header that begins within a subnegotiation ends soon after it.
 constexpr size_t MAX_HELD = StreamBuffer::MAX_SUBNEGOTIATION + 128;
 
 unsigned char Byte(char c) {
@@ -26,7 +26,7 @@ unsigned char Byte(char c) {
 
 }  // namespace
 
-// Moving costs time, so nothing is dropped as long as more than half of the buffer is needed.
+// Moving costs time, therefore nothing is dropped while more than half of the buffer is needed.
 size_t StreamBuffer::DropFront(size_t count) {
   if (count <= m_bytes.size() / 2) return 0;
   m_bytes.erase(0, count);

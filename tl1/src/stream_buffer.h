@@ -22,23 +22,23 @@ class StreamBuffer {
  public:
   static constexpr size_t MAX_SUBNEGOTIATION = 512;
 
-  /// Takes the next bytes of the stream.
+  /// Appends the next bytes of the stream.
   void Append(std::string_view bytes);
 
-  /// Ends the stream: a sequence that is not whole is as good as it will be.
+  /// Ends the stream: an incomplete sequence stays incomplete.
   void Finish();
 
   /// Undoes an Append() that failed.
   void Truncate(size_t size) { m_bytes.resize(size); }
 
-  /// Frees bytes at the front, at most `count`.
+  /// Frees at most `count` bytes at the front.
   ///
-  /// @return how many: all positions are that much smaller now.
+  /// @return the number of freed bytes, by which all positions become smaller.
   size_t DropFront(size_t count);
 
   std::string_view Bytes() const { return m_bytes; }
 
-  /// Where the byte at a position is in the stream; for the size of the buffer, the place after the last byte.
+  /// The offset in the stream of the byte at a position; for the size of the buffer, the offset after the last byte.
   uint64_t Offset(size_t position) const;
 
   /// Telnet sequences so far.
@@ -47,7 +47,7 @@ class StreamBuffer {
   Framer::NegotiationHandler onNegotiation;
 
  private:
-  /// A place where bytes of the stream were removed.
+  /// A position at which bytes of the stream were removed.
   struct Removal {
     size_t position;  ///< of the byte after them
     uint64_t total;   ///< bytes removed from the stream up to there
@@ -62,7 +62,7 @@ class StreamBuffer {
   void Remove(size_t length);
 
   std::string m_bytes;
-  std::string m_held;  // a telnet sequence that is not whole
+  std::string m_held;  // an incomplete telnet sequence
   std::vector<Removal> m_removals;
   uint64_t m_dropped = 0;       // bytes of m_bytes dropped at the front
   uint64_t m_removedFront = 0;  // bytes removed from the stream up to the front

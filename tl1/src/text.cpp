@@ -8,7 +8,7 @@ namespace VARNEL_TL1 {
 
 namespace {
 
-// Takes the first line off a text.
+// Removes the first line of a text and returns it.
 std::string_view TakeLine(std::string_view& text) {
   const size_t end = FindLineEnd(text, 0);
   const std::string_view line = text.substr(0, end);
@@ -16,7 +16,7 @@ std::string_view TakeLine(std::string_view& text) {
   return line;
 }
 
-// The blank lines at the end dropped; the last line keeps the blanks after its text.
+// Without the blank lines at the end. The last line keeps its trailing blanks.
 std::string_view WithoutBlankLinesAtEnd(std::string_view text) {
   size_t end = text.size(), lineEnd = end;
   for (; end > 0 && (IsBlank(text[end - 1]) || IsLineEnd(text[end - 1])); --end)
@@ -24,7 +24,7 @@ std::string_view WithoutBlankLinesAtEnd(std::string_view text) {
   return text.substr(0, end == 0 ? 0 : lineEnd);
 }
 
-// The first place of one of two or three characters from `begin` on; the size of the text if there is none.
+// The first position of one of two or three characters from `begin` on; the size of the text if there is none.
 template <typename... Chars>
 size_t FindAny(std::string_view text, size_t begin, Chars... chars) {
   while (begin < text.size() && ((text[begin] != chars) && ...))
@@ -130,7 +130,7 @@ std::string_view QuotedText::Positional(size_t block, size_t index) const {
   return {};
 }
 
-// The places to change are few; what is between them is copied as a whole.
+// Few positions change; the text between them is copied as a whole.
 void AppendUnescaped(std::string_view raw, std::string& text) {
   raw = WithoutValueMarks(raw);
   text.reserve(text.size() + raw.size());

@@ -10,7 +10,7 @@
 
 namespace VARNEL_TL1 {
 
-/// Bytes that are wiped wherever they leave memory. If memory runs out they stay as they are.
+/// Bytes whose memory is wiped before it is freed. If memory runs out they are unchanged.
 class WipedText {
  public:
   WipedText() = default;
@@ -46,7 +46,7 @@ class WipedText {
     if (begin < m_bytes.size()) explicit_bzero(m_bytes.data() + begin, m_bytes.size() - begin);
   }
 
-  std::vector<char> m_bytes;  // a std::string may keep a copy where it was moved from
+  std::vector<char> m_bytes;  // a std::string that was moved from may keep a copy
 };
 
 }  // namespace VARNEL_TL1

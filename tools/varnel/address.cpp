@@ -10,7 +10,7 @@
 
 namespace {
 
-// A number from 1 to 65535, or what may be the name of a service.
+// A number from 1 to 65535, or a text that may be the name of a service.
 bool IsPort(const std::string& text) {
   unsigned short port = 0;
   const char* const end = text.data() + text.size();

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-/// HOST:PORT taken apart, without the brackets of an IPv6 address.
+/// The parts of HOST:PORT, without the brackets of an IPv6 address.
 struct Address {
   std::string host;
   std::string port;
@@ -16,7 +16,7 @@ struct Address {
 /// Reads HOST:PORT. An IPv6 address is written in brackets; PORT is a number or the name of a service.
 std::optional<Address> ParseAddress(const std::string& text);
 
-/// What is wrong with a text that must be HOST:PORT, or nothing.
+/// Returns why a text is not HOST:PORT; empty if it is.
 std::string CheckAddress(const std::string& text);
 
 struct Lookup {
@@ -24,7 +24,7 @@ struct Lookup {
   std::vector<ACE_INET_Addr> addresses;
 };
 
-/// Asks the resolver, for as long as that takes. Any thread may call it.
+/// Calls the resolver, without a time limit. Any thread may call it.
 Lookup LookUp(const Address& address);
 
 #endif

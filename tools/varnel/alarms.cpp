@@ -17,7 +17,7 @@ using VARNEL_TL1::Message;
 
 namespace {
 
-constexpr char HELP_TEXT[] = R"(Keep the table of active alarms in TL1 streams.
+constexpr char HELP_TEXT[] = R"(List the active alarms of TL1 streams.
 
 Usage: varnel alarms [OPTION]... [FILE]...
 

@@ -8,7 +8,7 @@
 
 namespace {
 
-constexpr char PATHS[] = "paths";  // a group of options; no help shows it
+constexpr char PATHS[] = "paths";  // a group of options that no help shows
 
 using Examine = std::function<bool(const std::string& text)>;
 
@@ -51,7 +51,7 @@ CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most) {
     const std::optional<uint64_t> number = ReadNumber(text);
     if (!number || *number < least || *number > most)
       return "is not a number from " + range + ", decimal or 0x and hexadecimal";
-    text = std::to_string(*number);  // which CLI11 reads alike
+    text = std::to_string(*number);  // which CLI11 reads the same way
     return std::string();
   };
   return option->transform(CLI::Validator(read, ""));

@@ -109,7 +109,7 @@ Milliseconds TimedSource::Left(Milliseconds most) const {
 ByteSource::Status TimedSource::ReadOpen(std::string& bytes) {
   const Deadline tick(m_tick);
   for (;;) {
-    if (m_limits.run.deadline.Passed()) return TimeOut("the time is over after ", m_limits.run);
+    if (m_limits.run.deadline.Passed()) return TimeOut("time limit reached after ", m_limits.run);
     if (Await(Left(tick.Left(LONGEST_WAIT)))) {
       bytes.resize(CHUNK_SIZE);
       const ssize_t count = Receive(bytes.data(), bytes.size());
@@ -118,7 +118,7 @@ ByteSource::Status TimedSource::ReadOpen(std::string& bytes) {
       if (count >= 0) return count > 0 ? Status::Data : Ended();
       if (errno != EAGAIN && errno != EINTR) return FailWithErrno();
     }
-    if (m_limits.idle.deadline.Passed()) return TimeOut("nothing came for ", m_limits.idle);
+    if (m_limits.idle.deadline.Passed()) return TimeOut("no input for ", m_limits.idle);
     if (tick.Passed()) return Status::Data;
   }
 }

@@ -9,12 +9,12 @@
 
 #include "deadline.h"
 
-/// Where bytes come from while they are still being written or sent.
+/// A source of bytes that may still be written or sent.
 class ByteSource {
  public:
   enum class Status {
-    Data,       ///< `bytes` is what arrived; empty only if there is a tick and it is time for it
-    Restarted,  ///< the growing file was replaced or has become shorter; the next bytes are from the start of it
+    Data,       ///< `bytes` is what arrived; empty only when a tick is due
+    Restarted,  ///< the growing file was replaced or became shorter; the next bytes are from its start
     End,        ///< nothing more will come
     TimedOut,   ///< a time limit has passed; Error() returns which
     Failed,     ///< Error() returns why
@@ -25,10 +25,10 @@ class ByteSource {
   ByteSource(const ByteSource&) = delete;
   ByteSource& operator=(const ByteSource&) = delete;
 
-  /// Waits for bytes and replaces `bytes` by what arrived, nothing for any other status than Data.
+  /// Waits for bytes and replaces `bytes` by them; empty for every status but Data.
   virtual Status Read(std::string& bytes) = 0;
 
-  /// What went wrong, in words; empty after Data, Restarted and End.
+  /// The error message; empty after Data, Restarted and End.
   const std::string& Error() const { return m_error; }
 
  protected:
@@ -39,9 +39,9 @@ class ByteSource {
 struct SourceOptions {
   std::vector<std::string> files = {"-"};  ///< "-" is standard input
   std::string address;                     ///< HOST:PORT to connect to, instead of files
-  bool follow = false;                     ///< go on as the file grows
+  bool follow = false;                     ///< continue as the file grows
   double timeout = 0;                      ///< limit of the whole run in seconds; 0 for none
-  double idle = 0;                         ///< limit of each silence in seconds; 0 for none
+  double idle = 0;                         ///< limit of the time without input in seconds; 0 for none
 
   /// The names of all sources, as messages use them.
   std::vector<std::string> Names() const { return address.empty() ? files : std::vector<std::string>{address}; }
@@ -50,7 +50,7 @@ struct SourceOptions {
   bool IsLive(const std::string& name) const;
 };
 
-/// What is wrong with a text that must be a number of seconds above 0 and up to a year, or nothing.
+/// Returns why a text is not a number of seconds above 0 and up to a year; empty if it is.
 std::string CheckTimeout(const std::string& text);
 
 /// "1 second", "0.5 seconds".
@@ -61,7 +61,7 @@ enum class Operands { One, Several };
 /// Adds FILE, --connect, --follow, --timeout and --idle to a command.
 void AddSourceOptions(CLI::App& command, SourceOptions& options, Operands files);
 
-/// A time limit, which begins to run when it is made.
+/// A time limit, which begins at construction.
 struct TimeLimit {
   explicit TimeLimit(double limit);
 
@@ -69,7 +69,7 @@ struct TimeLimit {
   Deadline deadline;
 };
 
-/// The limits of a run. Connecting, with the look-up of the name, counts in both.
+/// The limits of a run. Both include connecting and the look-up of the name.
 struct TimeLimits {
   explicit TimeLimits(const SourceOptions& options) : run(options.timeout), idle(options.idle) {}
 
@@ -81,7 +81,7 @@ struct TimeLimits {
 ///
 /// @param name    one of options.Names()
 /// @param limits  must outlive the source
-/// @param tick    0, or the time after which Read() returns without bytes
+/// @param tick    the time after which Read() returns without bytes; 0 for none
 /// @throw CLI::ValidationError  if the options contradict each other
 std::unique_ptr<ByteSource> MakeByteSource(const SourceOptions& options, const std::string& name, TimeLimits& limits,
                                            std::chrono::milliseconds tick = std::chrono::milliseconds(0));

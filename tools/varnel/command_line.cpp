@@ -41,7 +41,7 @@ class HelpCommand {
     const auto named = m_top.get_subcommands([this](const CLI::App* app) { return app->get_name() == m_name; });
     if (named.empty() && !m_name.empty()) throw CLI::ValidationError("unknown subcommand", m_name);
     const CLI::App& command = named.empty() ? m_top : *named.front();
-    // Not command.help(), which is that of the subcommand on the command line.
+    // Not command.help(): that prints the help of the subcommand on the command line.
     std::cout << command.get_formatter()->make_help(&command, "", CLI::AppFormatMode::Normal);
     return EXIT_DONE;
   }
@@ -109,16 +109,15 @@ class StandardErrorSink : public spdlog::sinks::base_sink<std::mutex> {
   void flush_() override { std::cerr.flush(); }
 };
 
-// Takes over the log lines of the library, which nobody sees unless they are asked for: the command reports in its own
-// words what is wrong.
+// Shows the log lines of the library only with -v: the command reports errors in its own words.
 void RouteLibraryLog(bool visible) {
   const auto logger = std::make_shared<spdlog::logger>("transcommon_log");
   if (visible) logger->sinks().push_back(std::make_shared<StandardErrorSink>());
   spdlog::register_logger(logger);
 }
 
-// A byte that no argument can hold. At either end of an argument it keeps CLI11 from taking that for an option, or
-// "[a,b]" for a list of two words.
+// A byte that no argument can contain. At both ends of an argument it prevents CLI11 from reading it as an option, or
+// "[a,b]" as a list of two words.
 constexpr char SHIELD = '\0';
 
 std::string Shielded(std::string argument, bool afterMark) {
@@ -132,7 +131,7 @@ std::string WithoutShield(std::string argument) {
   return argument;
 }
 
-// Describes an option with too many values or none in plain words.
+// Describes an option with too many values or without a value.
 std::string Mismatch(const std::string& message) {
   const std::string option = message.substr(0, message.find(": "));
   if (message.find(" missing") != std::string::npos) return option + ": its value is missing";
@@ -186,7 +185,7 @@ bool CommandLine::TakesValue(const std::string& argument) const {
   return false;
 }
 
-// The last one first, as CLI11 wants them. It knows "--" only before the first of several texts.
+// In reverse order, as CLI11 expects. CLI11 recognises "--" only before the first operand.
 std::vector<std::string> CommandLine::ToArguments(int argc, char** argv) const {
   std::vector<std::string> arguments;
   bool afterMark = false;
@@ -208,7 +207,7 @@ std::string CommandLine::NamedCommand() const {
   return named.empty() ? m_top.get_name() : m_top.get_name() + ' ' + named.front()->get_name();
 }
 
-// CLI11 looks for what is missing first, though an argument that it does not know is often the reason.
+// CLI11 reports a missing argument first, although an unknown argument is often the reason.
 std::string CommandLine::Message(const CLI::Error& error) const {
   const std::vector<std::string> unknown = m_top.remaining(true);
   if (unknown.empty()) return error.get_name() == "ArgumentMismatch" ? Mismatch(error.what()) : error.what();

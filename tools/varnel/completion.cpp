@@ -46,7 +46,7 @@ std::string Joined(const Words& words, const std::string& separator = " ") {
   return CLI::detail::join(words, separator);
 }
 
-// A validator of OneOf() shows as "{a,b}".
+// CLI11 shows a validator of OneOf() as "{a,b}".
 std::string Choices(const CLI::Option& option) {
   const std::string type = option.get_type_name();
   const size_t begin = type.find('{');
@@ -55,7 +55,7 @@ std::string Choices(const CLI::Option& option) {
              : Joined(CLI::detail::split(type.substr(begin + 1, type.find('}') - begin - 1), ','));
 }
 
-// What the word may be that is the value of an option.
+// The possible values of an option.
 std::string ValueRow(const std::string& subcommand, const CLI::Option& option) {
   Words patterns;
   for (const std::string& name : Names(option))

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr auto LONGEST_CONNECT = Milliseconds(std::chrono::hours(24 * 366));  // more than a limit can be
+constexpr auto LONGEST_CONNECT = Milliseconds(std::chrono::hours(24 * 366));  // longer than any limit
 
 class ConnectionSource final : public TimedSource {
  public:
@@ -22,7 +22,7 @@ class ConnectionSource final : public TimedSource {
 
  private:
   Status Open() override {
-    // In a thread of its own, since a look-up knows no time limit. One that is late ends with the process.
+    // In a separate thread, since a look-up has no time limit. A late one ends with the process.
     const Address address = m_address;
     std::packaged_task<Lookup()> lookUp([address] { return LookUp(address); });
     std::future<Lookup> result = lookUp.get_future();
@@ -52,7 +52,7 @@ class ConnectionSource final : public TimedSource {
     return connector.connect(m_stream, address, left < LONGEST_CONNECT ? &limit : nullptr) == 0;
   }
 
-  // Notices, if late, that the other side has gone away without a word.
+  // Detects, with a delay, that the other side disappeared without closing the connection.
   Status KeepAlive() {
     int on = 1;
     m_stream.set_option(SOL_SOCKET, SO_KEEPALIVE, &on, sizeof on);

@@ -4,7 +4,7 @@
 #include <algorithm>
 #include <chrono>
 
-/// A point in time that is not to be passed.
+/// A point in time at which a wait ends.
 class Deadline {
  public:
   using Milliseconds = std::chrono::milliseconds;
@@ -12,13 +12,13 @@ class Deadline {
   /// @param limit  time from now on; 0 for a deadline that never comes
   explicit Deadline(Milliseconds limit) : m_limit(limit) { Restart(); }
 
-  /// Starts the time again.
+  /// Restarts the time limit.
   void Restart() { m_end = Clock::now() + m_limit; }
 
   bool Exists() const { return m_limit.count() > 0; }
   bool Passed() const { return Exists() && Clock::now() >= m_end; }
 
-  /// Time left, rounded up so that waiting for it does pass the deadline; at most `most`.
+  /// Time left, rounded up: after waiting for it the deadline has passed. At most `most`.
   Milliseconds Left(Milliseconds most) const {
     if (!Exists()) return most;
     const auto left = std::chrono::ceil<Milliseconds>(m_end - Clock::now());

@@ -30,7 +30,7 @@ bool Dialogue::Step(int input, std::optional<MonotonicTime> end) {
   return waiting[2].revents != 0;
 }
 
-// A failure is found by receiving, after what the element has sent before.
+// A failure is reported by receiving, after all bytes that the element sent before it.
 void Dialogue::Send() {
   const std::string_view output = m_session.Output();
   const ssize_t count = m_connection.Send(output);

@@ -20,14 +20,14 @@ class Dialogue {
   VARNEL_TL1::Session& Session() { return m_session; }
 
   /// Waits until something happens, and exchanges bytes with the element. The session is cut if its time is over or the
-  /// connection is lost. The caller then takes the events of the session.
+  /// connection is lost. The caller then retrieves the events of the session.
   ///
   /// @param input  another descriptor to wait for; -1 for none.
-  /// @param end    ends the wait at last.
+  /// @param end    limits the wait.
   /// @return whether `input` is readable.
   bool Step(int input = -1, std::optional<MonotonicTime> end = std::nullopt);
 
-  /// Why there is no connection any more, or empty. Error() of a connection that could not be opened.
+  /// Why the connection is lost or could not be opened; else empty.
   const std::string& Lost() const { return m_lost; }
 
  private:

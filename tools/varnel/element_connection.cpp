@@ -24,7 +24,7 @@ Status WaitFor(int descriptor, short events, MonotonicTime end, const Signals& s
   return waiting[0].revents != 0 ? Status::Open : Status::TimedOut;
 }
 
-// A look-up in a thread of its own, since it has no time limit. One that is late ends with the process.
+// A look-up has no time limit, therefore it runs in a separate thread. A late one ends with the process.
 class Resolving {
  public:
   explicit Resolving(const Address& address) : m_done(std::make_shared<Descriptor>(eventfd(0, EFD_CLOEXEC))) {
@@ -68,7 +68,7 @@ Status ElementConnection::Fail(const std::string& error) {
   return Status::Failed;
 }
 
-// Each address has its share of the time, so that one that does not answer leaves some to the others.
+// The time is divided among the addresses: one that does not answer leaves time for the others.
 Status ElementConnection::Connect(const std::vector<ACE_INET_Addr>& addresses, MonotonicTime end,
                                   const Signals& signals) {
   Status status = Status::Failed;

@@ -25,11 +25,11 @@ class ElementConnection {
     Failed,       ///< Error() returns why
   };
 
-  /// Looks the address up and connects to the first of its numbers that can be reached.
+  /// Looks up the address and connects to the first of its numbers that can be reached.
   Status Open(const Address& address, MonotonicTime end, const Signals& signals);
   const std::string& Error() const { return m_error; }
 
-  /// To be waited for; -1 if the connection is not open, which is nothing to wait for.
+  /// The descriptor to wait for; -1, which poll() ignores, if the connection is not open.
   int Waiting() const { return m_stream.get_handle(); }
 
   /// As send() and recv(): -1 and EAGAIN if nothing can be sent or received now.

@@ -14,7 +14,7 @@ bool NamesUtf8(const std::string& name) {
   return strcasecmp(name.c_str(), "UTF-8") == 0 || strcasecmp(name.c_str(), "UTF8") == 0;
 }
 
-// What iconv_open() returns if it fails is a number made a pointer.
+// iconv_open() returns -1, converted to a pointer, if it fails.
 bool IsOpen(iconv_t converter) {
   return reinterpret_cast<intptr_t>(converter) != -1;
 }

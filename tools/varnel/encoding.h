@@ -8,18 +8,19 @@
 #include <string_view>
 #include <type_traits>
 
-/// How the characters of an input are encoded.
+/// The character encoding of an input.
 class Encoding {
  public:
-  /// What is wrong with a name, or nothing. It must be known to iconv(3) and extend ASCII.
+  /// Returns why a name is refused; empty if it is known to iconv(3) and extends ASCII.
   static std::string Check(const std::string& name);
 
-  /// @param name  one that Check() accepts
+  /// @param name  accepted by Check()
   explicit Encoding(const std::string& name);
 
   bool IsValid(std::string_view text);
 
-  /// The text in UTF-8, with U+FFFD for each byte that is invalid. Valid until the next call, and as long as `text`.
+  /// The text in UTF-8, with U+FFFD for each byte that is invalid. Valid until the next call, at most as long as
+  /// `text`.
   std::string_view ToUtf8(std::string_view text);
 
  private:

@@ -22,7 +22,7 @@ class FileSource : public TimedSource {
  protected:
   Status Open() override {
     if (m_name == "-") return Status::Data;
-    // Not blocking, since opening a pipe that nobody writes to would wait without limit.
+    // Not blocking, since opening a pipe without a writer would wait without limit.
     m_file.Reset(open(m_name.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (m_file.Get() < 0 || fstat(m_file.Get(), &m_status) != 0) return FailWithErrno();
     return S_ISDIR(m_status.st_mode) ? Fail("is a folder") : Status::Data;
@@ -51,7 +51,7 @@ class GrowingFileSource final : public FileSource {
     return Status::Data;
   }
 
-  // Without notices, which some file systems do not give, the file is looked at now and then.
+  // Some file systems send no notifications, therefore the file is also checked regularly.
   void Watch() {
     m_notices.Reset(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
     if (m_notices.Get() >= 0) inotify_add_watch(m_notices.Get(), m_name.c_str(), IN_MODIFY | IN_MOVE_SELF | IN_ATTRIB);
@@ -65,14 +65,14 @@ class GrowingFileSource final : public FileSource {
 
   bool HasChanged() { return (fstat(Number(), &m_status) == 0 && m_status.st_size != m_position) || IsReplaced(); }
 
-  // True if another regular file has the name.
+  // True if the name now refers to another regular file.
   bool IsReplaced() const {
     struct ::stat named;
     return stat(m_name.c_str(), &named) == 0 && S_ISREG(named.st_mode) &&
            (named.st_ino != m_status.st_ino || named.st_dev != m_status.st_dev);
   }
 
-  // 0 at the end of a file that is shorter than before or no longer has the name.
+  // 0 at the end of a file that became shorter or lost its name.
   ssize_t Receive(char* buffer, size_t size) override {
     if (m_status.st_size < m_position) return 0;
     const ssize_t count = pread(Number(), buffer, size, m_position);

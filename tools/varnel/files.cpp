@@ -26,7 +26,7 @@ InputFile::InputFile(const std::string& name) : m_name(name) {
   m_error = Open();
 }
 
-// Devices are not opened, since opening alone can have an effect. Returns why the file cannot be read, or nothing.
+// Devices are not opened, since opening alone can have an effect. Returns why the file cannot be read; else empty.
 std::string InputFile::Open() {
   struct ::stat status;
   const bool standardInput = m_name == "-";
@@ -80,7 +80,7 @@ OutputFile::~OutputFile() {
 
 void OutputFile::OpenTemporary() {
   m_temporary =
-      m_name.substr(0, m_name.rfind('/') + 1) + ".varnel.XXXXXX";  // in the same folder; never too long a name
+      m_name.substr(0, m_name.rfind('/') + 1) + ".varnel.XXXXXX";  // in the same folder; the name is never too long
   const int descriptor = mkostemp(m_temporary.data(), O_CLOEXEC);
   if (descriptor == -1) {
     m_temporary.clear();

@@ -25,7 +25,7 @@ class Descriptor {
 /// A file named on the command line, opened once and read from start to end. "-" is standard input.
 class InputFile {
  public:
-  /// Opens the file; for a pipe this waits for a writer. Error() returns the result.
+  /// Opens the file; for a pipe this waits for a writer. Error() reports a failure.
   explicit InputFile(const std::string& name);
 
   const std::string& Name() const { return m_name; }
@@ -37,7 +37,7 @@ class InputFile {
   /// Reads the next bytes: up to `size` of them, 0 at the end and after an error.
   size_t Read(char* buffer, size_t size);
 
-  /// Reads a pipe or device to its end and keeps its bytes in a temporary file, from which Read() then takes them.
+  /// Copies a pipe or device up to its end to a temporary file, from which Read() then reads.
   void StorePipe();
 
  private:
@@ -49,8 +49,8 @@ class InputFile {
   Descriptor m_opened;
 };
 
-/// A file that gets its name only when it is complete; "-" is standard output. A symbolic link of that name is replaced
-/// itself. A failure throws std::runtime_error with the reason.
+/// A file that receives its name only when it is complete; "-" is standard output. A symbolic link of that name is
+/// replaced, not its target. A failure throws std::runtime_error with the reason.
 class OutputFile {
  public:
   explicit OutputFile(const std::string& name);
@@ -61,7 +61,7 @@ class OutputFile {
   void Write(const void* data, size_t size);
   void Write(const std::string& text) { Write(text.data(), text.size()); }
 
-  /// Gives the complete file its name. Without this call nothing is left of the file.
+  /// Renames the complete file to its name. Without this call the file is removed.
   void Finish();
 
  private:

@@ -14,14 +14,14 @@ using VARNEL_COMMON::ZEP_FILE_HEAD;
 
 namespace {
 
-constexpr char HELP_TEXT[] = R"(Show both heads of an NE software file, field by field.
+constexpr char HELP_TEXT[] = R"(Show both headers of an NE software file, field by field.
 
 Usage: varnel head [OPTION]... PATH
 
 PATH is a software file, or - for standard input. Each line shows a field: its
-offset in the head, its name, and its value in hexadecimal and decimal. The
+offset in the header, its name, and its value in hexadecimal and decimal. The
 stored checksums are compared with computed ones. The last line reports the
-first fault. A head that is missing is left out.
+first fault. A missing header is left out.
 
 Options:
       --json            Print one JSON object
@@ -29,23 +29,23 @@ Options:
   -v, --verbose         Show the library's log lines on standard error
 
 JSON object:
-  path, ok, error       The file, whether its heads are valid, and the first
+  path, ok, error       The file, whether its headers are valid, and the first
                         fault or null
-  directory, file       The fields of each head by name, or null
-  stored, computed      Objects with the checksums of both heads, directory and
-                        file; null for a head that is missing
+  directory, file       The fields of each header by name, or null
+  stored, computed      Objects with the checksums of both headers, directory and
+                        file; null for a missing header
 
 Exit status:
-  0  Both heads and the texts are valid.
+  0  Both headers and the texts are valid.
   1  The file is bad or unreadable, or the result could not be written.
   2  The command line is wrong.
 
 Examples:
   varnel head mainboard.pkg
-      Show the heads of a file.
+      Show the headers of a file.
 )";
 
-// A field of a head.
+// A field of a header.
 struct Field {
   const char* name;
   size_t offset;
@@ -94,7 +94,7 @@ std::string HexBytes(const unsigned char* bytes, size_t size) {
   return text;
 }
 
-// The value of the key before.
+// The value after a key.
 template <typename Head, size_t N>
 void AddFields(JsonWriter& json, const std::optional<FoundHead<Head>>& head, const Field (&fields)[N]) {
   if (!head) return json.Value(nullptr);
@@ -140,7 +140,7 @@ void PrintHead(const char* title, const std::optional<FoundHead<Head>>& head, co
   }
   const bool right = head->fields.ulCheckSum == head->computedSum;
   std::cout << "  checksum " << Hex32(head->fields.ulCheckSum) << " stored, " << Hex32(head->computedSum)
-            << " computed: " << (right ? Coloured(Colour::Good, "right") : Coloured(Colour::Bad, "wrong")) << '\n';
+            << " computed: " << (right ? Coloured(Colour::Good, "correct") : Coloured(Colour::Bad, "wrong")) << '\n';
 }
 
 class HeadCommand {
@@ -182,8 +182,8 @@ class HeadCommand {
   }
 
   void PrintAsTables(const FileStart& start) const {
-    PrintHead("directory head", start.directoryHead, DIR_FIELDS);
-    PrintHead("file head", start.fileHead, FILE_FIELDS);
+    PrintHead("directory header", start.directoryHead, DIR_FIELDS);
+    PrintHead("file header", start.fileHead, FILE_FIELDS);
     const bool good = start.error.empty();
     std::cout << Escaped(m_path) << ": "
               << (good ? Coloured(Colour::Good, "good") : Coloured(Colour::Bad, "bad") + ": " + start.error) << '\n';

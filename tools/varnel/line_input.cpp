@@ -39,7 +39,7 @@ void LineInput::Drop(size_t count) {
 }
 
 void LineInput::MakeRoom() {
-  if (m_end > m_limit) {  // the rest of a line that is too long: what is after its first bytes is not needed
+  if (m_end > m_limit) {  // a line that is too long: only its first bytes are needed
     const size_t excess = m_end - m_limit - 1;
     explicit_bzero(m_bytes.data() + m_limit + 1, excess);
     m_end = m_searched = m_limit + 1;

@@ -10,8 +10,8 @@
 
 namespace {
 
-// A file that is opened later is not to take the place of a closed standard stream. The wrong direction keeps the use
-// of that stream an error.
+// Replaces closed standard streams, so that no file opened later gets their descriptors. The direction is the wrong
+// one: using the stream is still an error.
 void OccupyClosedStandardStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     if (fcntl(stream, F_GETFD) == -1) open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
@@ -22,7 +22,7 @@ void OccupyClosedStandardStreams() {
 
 int main(int argc, char** argv) {
   OccupyClosedStandardStreams();
-  std::signal(SIGPIPE, SIG_DFL);  // a reader that goes away ends the command quietly, whatever the parent ignored
+  std::signal(SIGPIPE, SIG_DFL);  // a closed pipe ends the command quietly, even if the parent ignored SIGPIPE
   std::ios::sync_with_stdio(false);
   int status = EXIT_BAD;
   try {

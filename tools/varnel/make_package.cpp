@@ -13,12 +13,12 @@ namespace {
 
 constexpr size_t MAX_VERSION_LENGTH = ZEP_NO_VERSION_LENGTH - 1;
 
-constexpr char HELP_TEXT[] = R"(Write an NE software file with valid heads.
+constexpr char HELP_TEXT[] = R"(Write an NE software file with valid headers.
 
 Usage: varnel make-package [OPTION]... OUTPUT
 
 OUTPUT is the file to write, or - for standard output, which must not be a
-terminal. The file consists of heads with valid checksums, the link and version
+terminal. The file consists of headers with valid checksums, the link and version
 texts, the description and the payload. It appears under its name only when it
 is complete, and replaces a file of that name.
 
@@ -35,8 +35,8 @@ Options:
   -t, --type NUMBER     Set the file type (default: 1)
       --extension NUMBER  Set the extension word; requires --type 2
       --gap N,N,N,N     Set up to four lengths that make up the gap between the
-                        heads
-      --skip-length NUMBER  Set the length of the area after the heads
+                        headers
+      --skip-length NUMBER  Set the length of the area after the headers
                         (default: 0)
       --tail-length NUMBER  Set the length of the area after the texts
                         (default: 0)
@@ -57,7 +57,7 @@ Examples:
   varnel make-package -d description.txt --version-text 2.10 mainboard.pkg
       Write a package that lists files.
   varnel make-package --link 'board -> mainboard' -t 1 - | varnel head -
-      Look at heads without a file.
+      Look at headers without a file.
 )";
 
 void RefuseUnreadable(const InputFile& input) {
@@ -65,7 +65,7 @@ void RefuseUnreadable(const InputFile& input) {
   throw std::runtime_error("cannot read " + Escaped(input.Name()) + ": " + input.Error());
 }
 
-// The head as the file has it. The sum of its bytes does not depend on their order.
+// The header in the byte order of the file. The sum of its bytes does not depend on their order.
 template <typename Head>
 std::string Stored(Head head) {
   head.ulCheckSum = HeadSum(head);
@@ -117,7 +117,7 @@ class MakePackageCommand {
         "");
   }
 
-  // Inputs are opened first, so that standard output gets nothing if one cannot be read.
+  // Inputs are opened first: if one cannot be read, nothing is written to standard output.
   void WritePackage() const {
     OutputFile output(m_output);
     const auto description = OpenIfNamed(m_description);
@@ -125,7 +125,7 @@ class MakePackageCommand {
     output.Write(Heads());
     output.Write(std::string(m_skipLength, '\0') + m_link + m_version + std::string(m_tailLength, '\0'));
     if (description != nullptr) {
-      output.Write("\n");  // so that the first line of the description is a line of its own
+      output.Write("\n");  // the description must begin on a new line
       Append(*description, output);
     }
     if (payload != nullptr) Append(*payload, output);
@@ -148,16 +148,16 @@ class MakePackageCommand {
     file.usVersionLen = static_cast<uint16_t>(m_version.size());
     file.usTailLen = m_tailLength;
 
-    std::string heads = Stored(directory) + std::string(GapLength(directory), '\0') + Stored(file);
+    std::string headers = Stored(directory) + std::string(GapLength(directory), '\0') + Stored(file);
     if (m_type == ZEP_EXTENDED_TYPE) {
       const uint16_t word = m_extension.value_or(0);
-      heads.push_back(static_cast<char>(word >> 8));
-      heads.push_back(static_cast<char>(word & 0xFF));
+      headers.push_back(static_cast<char>(word >> 8));
+      headers.push_back(static_cast<char>(word & 0xFF));
     }
-    return heads;
+    return headers;
   }
 
-  // Null without a name. Of a pipe everything is read here.
+  // Null without a name. A pipe is read to its end here.
   static std::unique_ptr<InputFile> OpenIfNamed(const std::string& name) {
     if (name.empty()) return nullptr;
     auto input = std::make_unique<InputFile>(name);

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Of the ASCII characters at the start of a text that need no escape.
+// The number of ASCII characters at the start of a text that need no escape.
 size_t PrintableLength(std::string_view text) {
   size_t length = 0;
   while (length < text.size() && text[length] >= ' ' && text[length] < '\x7F')

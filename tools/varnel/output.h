@@ -9,7 +9,7 @@
 /// not UTF-8 become "\xNN".
 std::string Escaped(std::string_view text);
 
-/// Appends what Escaped() returns.
+/// Appends the result of Escaped().
 void AppendEscaped(std::string& escaped, std::string_view text);
 
 /// "0x" and four digits.
@@ -18,7 +18,7 @@ std::string Hex16(uint16_t number);
 /// "0x" and eight digits.
 std::string Hex32(uint32_t number);
 
-/// Reports on standard error what is wrong with an input: "varnel: <subject>: <what>".
+/// Reports an error of an input on standard error: "varnel: <subject>: <what>".
 void Complain(std::string_view subject, std::string_view what);
 
 enum class Colour { Good, Warning, Bad };

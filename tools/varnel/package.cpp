@@ -22,7 +22,7 @@ constexpr char HELP_TEXT[] = R"(Check NE software files and list the entries of 
 Usage: varnel package [OPTION]... PATH...
 
 PATH is a file, a folder to search, or - for standard input. A file is good if
-its heads and texts are valid and its file type is accepted: 0 to 13, 15 or 513.
+its headers and texts are valid and its file type is accepted: 0 to 13, 15 or 513.
 A file without a section [File Description] has no entries. The payload is not
 checked. Faults of the description are reported on standard error and do not
 make the file bad.
@@ -60,12 +60,12 @@ Examples:
       Look for bad files in a folder.
 )";
 
-// A software file as it was found.
+// The result of examining a software file.
 struct Package {
   std::string path;
   std::string error;  // why it is bad; empty for a good one
   FileStart start;
-  FileLines lines;  // read if heads and texts are valid
+  FileLines lines;  // read if headers and texts are valid
 };
 
 Package Examine(FileScanner& scanner) {
@@ -134,7 +134,7 @@ void PrintAsJson(const Package& package) {
   json.Print();
 }
 
-// The text goes out in one piece: a folder of small packages is mostly output.
+// The text is written in one piece: for a folder of small packages most time is spent on output.
 void PrintAsTable(const Package& package) {
   const bool good = package.error.empty();
   std::string table = Escaped(package.path) + ": " + Coloured(good ? Colour::Good : Colour::Bad, good ? "good" : "bad");
@@ -202,7 +202,7 @@ class PackageCommand {
     Report(package);
   }
 
-  // Looks at regular files only: pipes and devices could block, and symbolic links could lead round in circles.
+  // Examines regular files only: pipes and devices could block, and symbolic links could form cycles.
   void CheckFolder(const std::string& folder) {
     m_folders = true;
     std::vector<std::string> files;
@@ -222,7 +222,7 @@ class PackageCommand {
     }
   }
 
-  // One folder is open at a time, however deep they lie.
+  // One folder is open at a time, at any depth.
   void Collect(const std::string& top, std::vector<std::string>& files) {
     std::vector<fs::path> folders{top};
     while (!folders.empty()) {

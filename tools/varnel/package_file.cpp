@@ -26,7 +26,7 @@ std::string Quoted(uint32_t magic) {
   return " (\"" + text + "\")";
 }
 
-// Reads and checks one head; returns the fault, or nothing.
+// Reads and checks one header; returns the fault, else an empty text.
 template <typename Head>
 std::string ReadHead(FileScanner& scanner, size_t offset, uint32_t magic, std::optional<FoundHead<Head>>& found) {
   Head head;
@@ -40,7 +40,7 @@ std::string ReadHead(FileScanner& scanner, size_t offset, uint32_t magic, std::o
   return "checksum " + Hex32(head.ulCheckSum) + " stored, " + Hex32(found->computedSum) + " computed";
 }
 
-// Reads what follows the file head, up to `afterHeads`; returns the fault, or nothing.
+// Reads the areas after the file header, up to `afterHeads`; returns the fault, else an empty text.
 std::string ReadTexts(FileScanner& scanner, size_t afterHeads, const ZEP_FILE_HEAD& head, FileStart& start) {
   const bool extended = head.usFileType == ZEP_EXTENDED_TYPE;
   const size_t offset = afterHeads + (extended ? 2 : 0) + head.usSkipLen;
@@ -52,7 +52,7 @@ std::string ReadTexts(FileScanner& scanner, size_t afterHeads, const ZEP_FILE_HE
   if (link.size() != head.usLinkLen) return "link text: " + EndsAfter(link.size(), head.usLinkLen);
   link = link.substr(0, link.find('\0'));
   const size_t marker = link.find(ZEP_LINK_MARKER);
-  if (marker == std::string_view::npos) return "link text: there is no \"-> \" in it";
+  if (marker == std::string_view::npos) return "link text: it contains no \"-> \"";
 
   const bool hasVersion = head.usVersionLen != 0 && head.usVersionLen != ZEP_NO_VERSION_LENGTH;
   const size_t versionLength = hasVersion ? head.usVersionLen : 0;
@@ -61,7 +61,7 @@ std::string ReadTexts(FileScanner& scanner, size_t afterHeads, const ZEP_FILE_HE
 
   start.linkTarget = link.substr(marker + sizeof ZEP_LINK_MARKER - 1);
   if (hasVersion) start.version = version.substr(0, std::min(version.find('T'), version.find('\0')));
-  // Both bytes are there, as the link text is after them.
+  // Both bytes exist, since the link text was read after them.
   if (extended) start.extensionWord = VARNEL_UTIL::LoadBig16(scanner.Bytes(afterHeads, 2).data());
   start.payloadOffset =
       static_cast<unsigned int>(afterHeads + head.usSkipLen + head.usLinkLen + head.usVersionLen + head.usTailLen);
@@ -72,10 +72,10 @@ std::string ReadTexts(FileScanner& scanner, size_t afterHeads, const ZEP_FILE_HE
 
 std::string ReadHeadsAndTexts(FileScanner& scanner, FileStart& start) {
   const std::string directoryFault = ReadHead(scanner, 0, ZEP_DIR_MAGIC, start.directoryHead);
-  if (!directoryFault.empty()) return "directory head: " + directoryFault;
+  if (!directoryFault.empty()) return "directory header: " + directoryFault;
   const size_t fileHead = ZEP_HEAD_LENGTH + GapLength(start.directoryHead->fields);
   const std::string fileFault = ReadHead(scanner, fileHead, ZEP_FILE_MAGIC, start.fileHead);
-  if (!fileFault.empty()) return "file head: " + fileFault;
+  if (!fileFault.empty()) return "file header: " + fileFault;
   return ReadTexts(scanner, fileHead + ZEP_HEAD_LENGTH, start.fileHead->fields, start);
 }
 
@@ -83,12 +83,12 @@ bool Contains(std::string_view line, std::string_view piece) {
   return line.find(piece) != std::string_view::npos;
 }
 
-// Finds the description section in lines that come one by one, and its entries.
+// Finds the description section and its entries in lines that are passed one by one.
 class DescriptionReader {
  public:
   explicit DescriptionReader(FileLines& result) : m_result(result) {}
 
-  // `marked` is the line from its first "[" on, with which all markers start.
+  // `marked` is the line from its first "[" on: all markers begin with it.
   void Take(std::string_view line, std::string_view marked, size_t lineNumber) {
     if (m_place == Place::Before && Contains(marked, DESCRIPTION_START)) {
       m_place = Place::Inside;
@@ -107,12 +107,13 @@ class DescriptionReader {
 
   void End() {
     if (m_result.entries && m_result.entries->empty() && m_result.remark.empty()) {
-      m_result.remark = "there is no valid entry in it (expected eight columns separated by colons)";
+      m_result.remark = "no valid entry (expected eight columns separated by colons)";
     }
   }
 
  private:
-  // Cuts a line into trimmed columns. A line that has not eight of them is not an entry, and is not reported.
+  // Cuts a line into trimmed columns. A line with another number of columns than eight is not an entry, and is not
+  // reported.
   bool ReadColumns(std::string_view line) {
     for (size_t i = 0; i + 1 < ENTRY_COLUMNS; ++i) {
       const size_t colon = line.find(':');
@@ -187,7 +188,7 @@ bool FileScanner::ReadBlock() {
   return count > 0;
 }
 
-// Reads on where `searched` bytes of a line are all that the buffer holds. Of a long line only the start is kept.
+// Continues to read if the buffer contains only the `searched` bytes of a line. Of a long line only the start is kept.
 bool FileScanner::Refill(size_t& searched) {
   if (searched == m_left) return false;
   const size_t kept = std::min(searched, MAX_LINE_LENGTH);

@@ -13,7 +13,7 @@
 
 namespace {
 
-// What keeps a file from being read as a password file, or nothing.
+// Returns why a file is refused as a password file; else empty.
 std::string CheckFile(int file) {
   struct ::stat status;
   if (file < 0 || fstat(file, &status) != 0) return std::strerror(errno);
@@ -62,7 +62,7 @@ bool Await(int file, int interrupt) {
 
 std::string Password::ReadFile(const std::string& path) {
   Wipe();
-  // Not blocking at first, since opening a pipe that nobody writes to would wait without limit.
+  // Not blocking at first, since opening a pipe without a writer would wait without limit.
   const Descriptor opened(path == "-" ? -1 : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   const int file = path == "-" ? STDIN_FILENO : opened.Get();
   std::string error = CheckFile(file);
@@ -89,7 +89,7 @@ void Password::Wipe() {
   m_length = 0;
 }
 
-// One byte at a time, so that what follows the line stays for other readers.
+// One byte at a time: the bytes after the line remain for other readers.
 std::string Password::ReadLine(int file, int interrupt) {
   while (m_length < m_text.size()) {
     if (!Await(file, interrupt)) return "interrupted";

@@ -16,14 +16,14 @@ class Password {
   Password(const Password&) = delete;
   Password& operator=(const Password&) = delete;
 
-  /// Reads the first line of a regular file or pipe, without its line end (LF or CR LF). A file to which other users
+  /// Reads the first line of a regular file or pipe, without its line end (LF or CR LF). A file to which users other
   /// than its owner have access is refused.
   ///
-  /// @param path  "-" is standard input; what follows the line stays unread.
+  /// @param path  "-" is standard input; the bytes after the line stay unread.
   /// @return what is wrong, or nothing; the password is then empty.
   std::string ReadFile(const std::string& path);
 
-  /// Asks for a line on the terminal of the process itself, without echo. The terminal gets its state back in any case.
+  /// Asks for a line on the controlling terminal, without echo. The state of the terminal is always restored.
   ///
   /// @param interrupt  ends the wait when it is readable; -1 for none.
   /// @return what is wrong, or nothing; the password is then empty.
@@ -35,7 +35,7 @@ class Password {
  private:
   std::string ReadLine(int file, int interrupt);
 
-  std::array<char, MAX_LENGTH + 2> m_text = {};  // with the CR of a line end, and one byte too much
+  std::array<char, MAX_LENGTH + 2> m_text = {};  // with the CR of a line end, and one excess byte
   size_t m_length = 0;
 };
 

@@ -8,11 +8,11 @@
 
 #include "deadline.h"
 
-/// A bar and a text on one line, "[====    ] 3/12 files". A line that is too narrow for 10 columns of bar has the text
-/// alone, cut to its width. The bar is full if `done` is more than `total`, which is not 0.
+/// A bar and a text on one line, "[====    ] 3/12 files". A line that is too narrow for 10 columns of bar contains only
+/// the text, cut to its width. The bar is full if `done` is more than `total`, which is not 0.
 std::string BarText(size_t done, size_t total, const std::string& text, size_t columns);
 
-/// A line on standard error that is drawn again and again. A disabled one shows nothing.
+/// A line on standard error that is redrawn. A disabled one shows nothing.
 class LiveLine {
  public:
   explicit LiveLine(bool enabled) : m_enabled(enabled) {}
@@ -21,7 +21,7 @@ class LiveLine {
   LiveLine& operator=(const LiveLine&) = delete;
 
   bool Enabled() const { return m_enabled; }
-  /// True if the line was never drawn, or a tenth of a second ago.
+  /// True if the line was not drawn yet, or at least a tenth of a second ago.
   bool IsDue() const { return m_enabled && (!m_drawn || m_nextDrawing.Passed()); }
 
   void Draw(size_t done, size_t total, const std::string& text);
@@ -50,11 +50,11 @@ class FileProgress {
   size_t m_done = 0;
 };
 
-/// How far a load or run has come.
+/// The progress of a load or run.
 struct Progress {
   const char* event;  ///< "package" or "script"
   unsigned int done, total, percent;
-  std::string name;  ///< of what is loaded or run, for display; may be empty
+  std::string name;  ///< name of the load or run, for display; may be empty
 };
 
 /// "package 3/12 25%  NE-WEST 41".

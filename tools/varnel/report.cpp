@@ -82,8 +82,8 @@ struct ReportOptions {
   SourceOptions source;
   std::optional<uint32_t> element;      // identifier of the element
   std::optional<std::string> language;  // mml or tl1
-  std::vector<std::string> keys;        // only reports that one of these is for; empty for all
-  std::string separator;                // what ends a report; empty for the rules of its language
+  std::vector<std::string> keys;        // only reports that match one of these; empty for all
+  std::string separator;                // the end of a report; empty for the rules of its language
   bool first = false;
   bool json = false;
 };
@@ -91,7 +91,7 @@ struct ReportOptions {
 constexpr auto CLOCK_INTERVAL = std::chrono::milliseconds(1000);
 constexpr auto NO_TICK = std::chrono::milliseconds(0);
 
-// What reads the reports of one language.
+// Reads the reports of one language.
 struct Reading {
   Reading(Language of, const ReportOptions& options)
       : language(of), cutter(MakeReportCutter(options.separator, of)), reader(of, options.keys) {}
@@ -159,8 +159,8 @@ class ReportRun {
     return std::string("; no ") + language + "report was recognised";
   }
 
-  // The language of the first report that is recognised is that of all. Until then each line is given to all readings,
-  // so that none of them runs ahead.
+  // The language of the first recognised report is that of all. Until then each line is passed to all readings, so that
+  // they stay at the same position.
   void Take(std::string_view bytes, bool ends) {
     while (m_readings.size() > 1) {
       const size_t end = std::min(bytes.find('\n'), bytes.size());
@@ -182,7 +182,7 @@ class ReportRun {
     }
   }
 
-  // True if one was recognised.
+  // True if a report was recognised.
   bool TakeReports(Reading& reading) {
     bool recognised = false;
     while (!IsDone()) {
@@ -210,7 +210,7 @@ class ReportRun {
     if (changed) Show(event);
     job.shown = true;
     if (event.kind != ReportEvent::Kind::Package) return;
-    // Elements send no end report of a package: it has ended when all of it is done.
+    // Elements send no end report of a package: it ends when all of it is done.
     const bool complete = event.total != 0 && event.done >= event.total;
     if (complete && !job.complete) ShowComplete(event);
     SetComplete(job, complete);
@@ -232,7 +232,7 @@ class ReportRun {
     job.complete = complete;
   }
 
-  // An end report without a number is that of all runs of its element.
+  // An end report without a number ends all runs of its element.
   void EndScript(ReportEvent event) {
     ShowEnd(event);
     m_failed = m_failed || event.failed;

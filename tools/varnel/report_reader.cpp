@@ -13,7 +13,7 @@ constexpr unsigned int MML_ELEMENT = 0, TL1_ELEMENT = 0x1000000;
 constexpr std::string_view BLANKS = " \t\r\n";
 constexpr std::string_view DIGITS = "0123456789";
 
-// The characters of a set at the first place where one is.
+// The first run of characters of a set.
 std::string FirstRun(std::string_view text, std::string_view set) {
   text.remove_prefix(std::min(text.find_first_of(set), text.size()));
   return std::string(text.substr(0, text.find_first_not_of(set)));
@@ -74,14 +74,14 @@ bool ReportReader::IsWanted(const char* report) {
   return false;
 }
 
-// Each event looks at the report, as several may know it.
+// Every event examines the report, as several may recognise it.
 void ReportReader::ReadMml(const Report& report, std::vector<ReportEvent>& events) {
   const LoadName name = MmlName(report.text);
   ReadPackage(name, report.text, events);
   ReadScript(name, report, events);
 }
 
-// A message can report several loads, each on a quoted line of its own; the library reads the first one of a text.
+// A message can report several loads, each on a quoted line; the library reads only the first one of a text.
 void ReportReader::ReadTl1(const Report& report, std::vector<ReportEvent>& events) {
   VARNEL_TL1::Framer framer;
   framer.Append(report.text);
@@ -117,7 +117,7 @@ bool ReportReader::ReadPackage(const LoadName& name, const std::string& text, st
   return true;
 }
 
-// Counts are recognised by what follows them; the text of an end result reaches to the end of the report.
+// Counts need a character after them; the text of an end result extends to the end of the report.
 void ReportReader::ReadScript(const LoadName& name, const Report& report, std::vector<ReportEvent>& events) {
   if (m_script.HandleReport(report.text.c_str())) {
     ReportEvent event(ReportEvent::Kind::Script, name);

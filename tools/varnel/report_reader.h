@@ -11,7 +11,7 @@
 
 #include "report_splitter.h"
 
-/// What a load or run belongs to. A part that a report lacks is empty.
+/// Identifies a load or run. A part that a report lacks is empty.
 struct LoadName {
   std::string sid;   ///< the element: the SID in TL1, the word after "+++" in MML
   std::string load;  ///< the AID in TL1, the number in a line TASK_ID in MML
@@ -19,7 +19,7 @@ struct LoadName {
   bool operator<(const LoadName& other) const { return std::tie(sid, load) < std::tie(other.sid, other.load); }
 };
 
-/// What a report says.
+/// The content of a report.
 struct ReportEvent {
   enum class Kind { Package, Script, End };
 
@@ -36,10 +36,10 @@ struct ReportEvent {
 /// Recognises reports of one language, by the events of the library.
 class ReportReader {
  public:
-  /// @param keys  only reports that one of these is for; empty for all
+  /// @param keys  only reports that match one of these; empty for all
   ReportReader(Language language, std::vector<std::string> keys);
 
-  /// Everything that a report says; empty for another report.
+  /// All events of a report; empty for an unknown report.
   std::vector<ReportEvent> Read(const Report& report);
 
  private:

@@ -8,16 +8,16 @@
 #include <string>
 #include <string_view>
 
-/// A report as it was cut out of a stream.
+/// A report cut out of a stream.
 struct Report {
   std::string text;   ///< with the line or the separator that ends it, if any
   size_t bodyLength;  ///< without that
 };
 
-/// Cuts a stream of bytes into reports, however it arrives.
+/// Cuts a stream of bytes into reports; the result does not depend on how the bytes arrive.
 class ReportCutter {
  public:
-  /// Length in bytes up to which a report is taken; as for the library's texts.
+  /// The most bytes of a report, the same limit as for the library's texts.
   static constexpr size_t MAX_LENGTH = 10485760;
 
   ReportCutter() = default;
@@ -27,28 +27,28 @@ class ReportCutter {
 
   virtual void Feed(std::string_view bytes) = 0;
 
-  /// Ends the stream; what has no end yet becomes the last report.
+  /// Ends the stream; an unfinished report becomes the last one.
   virtual void Finish() = 0;
 
-  /// The next complete report; nothing when more bytes are needed, or after one that is too long.
+  /// The next complete report; absent if more bytes are needed, or after one that is too long.
   virtual std::optional<Report> Next() = 0;
 
-  /// True once a report has become longer than MAX_LENGTH. Nothing is cut from then on.
+  /// True once a report has become longer than MAX_LENGTH. No further report is cut.
   virtual bool TooLong() const = 0;
 };
 
 /// The language of reports.
 enum class Language { Mml, Tl1 };
 
-/// Makes what cuts reports: at `separator` if it is not empty, else as the language has it.
+/// Creates a cutter: at `separator` if it is not empty, else by the rules of the language.
 std::unique_ptr<ReportCutter> MakeReportCutter(const std::string& separator, Language language);
 
 /// Cuts reports at certain lines.
 ///
 /// A report ends with a line that is ";", ">" or "<" alone, with a line from "---" to "END", or before an empty line.
-/// One that begins with a line of "+++" may hold all of these and ends with its "---" line only, or before the next
-/// "+++". Line ends are LF and CR LF. With a separator of one's own, a report ends after each occurrence of that text
-/// and nowhere else. NUL bytes become blanks, since a report is a NUL-terminated text to the library.
+/// One that begins with a line of "+++" may contain all of these and ends only with its "---" line, or before the next
+/// "+++". Line ends are LF and CR LF. With a separator, a report ends only after each occurrence of that text. NUL
+/// bytes become blanks, since a report is a NUL-terminated text to the library.
 class ReportSplitter : public ReportCutter {
  public:
   /// @param separator  empty for the rules above
@@ -60,7 +60,7 @@ class ReportSplitter : public ReportCutter {
   bool TooLong() const override { return m_tooLong; }
 
  private:
-  // Where the body and the whole of the report end, in m_bytes.
+  // The ends of the body and of the report in m_bytes.
   struct Ends {
     size_t body, whole;
   };
@@ -81,7 +81,7 @@ class ReportSplitter : public ReportCutter {
   bool m_finished = false;
 };
 
-/// Cuts TL1 messages as `varnel tl1` does: a ";" inside quotes or a comment ends none. NUL bytes become blanks.
+/// Cuts TL1 messages as `varnel tl1` does: a ";" inside quotes or a comment ends no message. NUL bytes become blanks.
 class Tl1ReportCutter : public ReportCutter {
  public:
   Tl1ReportCutter() : m_framer(MAX_LENGTH) {}

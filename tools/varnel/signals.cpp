@@ -14,7 +14,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 constexpr Milliseconds LONGEST_POLL = std::chrono::minutes(1);
 
-// -1 is without end.
+// -1 waits without limit.
 int PollTime(std::optional<MonotonicTime> end) {
   if (!end) return -1;
   const auto left = std::chrono::ceil<Milliseconds>(*end - std::chrono::steady_clock::now());

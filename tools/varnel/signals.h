@@ -9,14 +9,14 @@
 
 #include "files.h"
 
-/// The signals that ask a process to end, as something to wait for. From the making of this object on, SIGINT, SIGTERM
-/// and, unless it is ignored, SIGHUP do not end the process. Threads that start later do not receive them either.
+/// A descriptor for the signals that ask a process to end. While this object exists, SIGINT, SIGTERM and, unless it is
+/// ignored, SIGHUP do not end the process. Threads that start later do not receive them either.
 class Signals {
  public:
-  /// @throw std::system_error  if there is no descriptor left
+  /// @throw std::system_error  if no descriptor is available
   Signals();
 
-  /// To be waited for: readable if a signal has arrived since Arrived() was called.
+  /// The descriptor to wait for: readable if a signal has arrived since the last call of Arrived().
   int Waiting() const { return m_descriptor.Get(); }
 
   /// The number of the first signal that has arrived, or 0.
@@ -29,7 +29,7 @@ class Signals {
 
 using MonotonicTime = std::chrono::steady_clock::time_point;
 
-/// poll() up to a time; without one, up to an event. What has not happened has no `revents`.
+/// poll() until a time or an event; without a time, until an event. `revents` is 0 for descriptors without an event.
 void PollUntil(pollfd* waiting, size_t count, std::optional<MonotonicTime> end);
 
 #endif

@@ -107,12 +107,12 @@ class SlotCommand {
 
   std::optional<std::string> Dc(uint16_t word) const { return DcText(m_generation.value_or(OLD_GENERATION), word); }
 
-  // From slot 100 on the DC form has three digits of slot, and would be read as another slot.
+  // From slot 100 on the DC form has three digits of slot and is read as another slot.
   void NoteDcReadBack(SlotReading& reading) const {
     const auto text = Dc(*reading.word);
     const unsigned int readBack = text ? VARNEL_COMMON::convertSlotDC(*text) : *reading.word;
     if (readBack == *reading.word) return;
-    reading.notes.push_back("its DC form reads back as shelf " + std::to_string(readBack >> 8) + ", slot " +
+    reading.notes.push_back("its DC form is read as shelf " + std::to_string(readBack >> 8) + ", slot " +
                             std::to_string(readBack & 0xFF));
   }
 

@@ -18,7 +18,7 @@ constexpr std::string_view BLANKS = " \t\r\n\v\f";
 constexpr std::string_view DECIMAL_DIGITS = "0123456789";
 constexpr std::string_view HEX_DIGITS = "0123456789abcdefABCDEF";
 
-// What may follow a slot, in an MML parameter and in TL1.
+// The characters that may follow a slot, in an MML parameter and in TL1.
 constexpr std::string_view MML_DELIMITERS = ",:;&\"-";
 constexpr std::string_view TL1_DELIMITERS = ",:;&\"- ";
 
@@ -38,14 +38,14 @@ std::string_view TakeDigits(std::string_view& text) {
   return digits;
 }
 
-// The largest value for a number that is too large.
+// A number that is too large is read as the largest value.
 unsigned int ToNumber(std::string_view digits) {
   unsigned int number = std::numeric_limits<unsigned int>::max();
   std::from_chars(digits.data(), digits.data() + digits.size(), number);
   return number;
 }
 
-// A slot as it is written: number by number.
+// The numbers of a slot text.
 struct Position {
   std::optional<std::string_view> shelf;
   std::string_view slot;
@@ -63,10 +63,10 @@ std::string ReadPosition(std::string_view text, std::string_view delimiters, Pos
   }
   position.rest = text;
   if (text.empty() || delimiters.find(text[0]) != std::string_view::npos) return "";
-  return "has text after the slot number that no slot text has";
+  return "has invalid text after the slot number";
 }
 
-// The library lets a slot above 255 carry into the shelf.
+// In the library, a slot above 255 carries into the shelf.
 void SetWord(SlotReading& reading, const Position& position) {
   const unsigned int shelf = position.shelf ? ToNumber(*position.shelf) : 0;
   const unsigned int slot = ToNumber(position.slot);
@@ -81,7 +81,8 @@ void SetWord(SlotReading& reading, const Position& position) {
   }
 }
 
-// The DC form writes slots from 100 on with three digits, which the reader of two takes for part of the shelf.
+// The DC form writes slots from 100 on with three digits. It is read as two digits of slot, and the others as the
+// shelf.
 std::optional<uint16_t> ThreeDigitSlot(std::string_view digits) {
   if (digits.size() < 4) return std::nullopt;
   const unsigned int shelf = ToNumber(digits.substr(0, digits.size() - 3));
@@ -95,16 +96,16 @@ void SetDcWord(SlotReading& reading, std::string_view digits, unsigned int numbe
   reading.form = "DC form";
   const unsigned int shelf = number / 100;
   if (shelf > MAX_PART) {
-    reading.error = "is too large for the DC form, where shelves end at 255";
+    reading.error = "is too large for the DC form (the largest shelf is 255)";
   } else {
     reading.word = static_cast<uint16_t>(shelf * 256 + number % 100);
   }
   if (number <= MAX_WORD) {
-    reading.notes.push_back("read plainly it is slot " + std::to_string(number) + ": " +
+    reading.notes.push_back("as a plain number it is slot " + std::to_string(number) + ": " +
                             DescribeSlot(static_cast<uint16_t>(number)));
   }
   if (const auto other = ThreeDigitSlot(digits)) {
-    reading.notes.push_back("it is also how old generations write " + DescribeSlot(*other));
+    reading.notes.push_back("old generations also write it for " + DescribeSlot(*other));
   }
 }
 
@@ -129,8 +130,8 @@ void NoteLibraryReading(SlotReading& reading, const Position& position) {
   unsigned short shelf = 0;
   unsigned short slot = 0;
   VARNEL_COMMON::ParseMMLSlotID((std::string(position.slot) + std::string(position.rest)).c_str(), shelf, slot);
-  reading.notes.push_back("a - follows later, so the library reads it as shelf " + std::to_string(shelf) + ", slot " +
-                          std::to_string(slot));
+  reading.notes.push_back("the text contains a later -, therefore the library reads it as shelf " +
+                          std::to_string(shelf) + ", slot " + std::to_string(slot));
 }
 
 SlotReading ReadHexadecimal(std::string_view digits) {
@@ -172,14 +173,14 @@ SlotReading ReadParameter(std::string_view text) {
   } else {
     SetNumber(reading, position);
   }
-  if (reading.word && !position.rest.empty()) reading.notes.emplace_back("what follows the slot number is ignored");
+  if (reading.word && !position.rest.empty()) reading.notes.emplace_back("text after the slot number is ignored");
   NoteLibraryReading(reading, position);
   return reading;
 }
 
 SlotReading ReadAnyForm(std::string_view text) {
   if (text.empty()) return {{}, nullptr, {}, "is empty", {}};
-  if (text.find('\0') != std::string_view::npos) return {{}, nullptr, {}, "holds a NUL", {}};
+  if (text.find('\0') != std::string_view::npos) return {{}, nullptr, {}, "contains a NUL", {}};
   if (text.substr(0, 2) == "0x" || text.substr(0, 2) == "0X") return ReadHexadecimal(text.substr(2));
   const size_t prefix = text.find(TL1_PREFIX);
   if (prefix != std::string_view::npos) return ReadTl1(text.substr(prefix + TL1_PREFIX.size()));

@@ -12,12 +12,13 @@
 
 using Milliseconds = std::chrono::milliseconds;
 
-constexpr auto LONGEST_WAIT = Milliseconds(60000);  // then it is waited again
+constexpr auto LONGEST_WAIT = Milliseconds(60000);  // a longer wait is repeated
 
-/// False if nothing came in time or a signal came first. A descriptor in error is ready: reading it returns the error.
+/// False if the time passed or a signal arrived first. A descriptor with an error is ready: reading it returns the
+/// error.
 bool WaitReadable(int descriptor, Milliseconds most);
 
-/// What all sources share: the order of opening, waiting and reading, and the time limits on them.
+/// The common part of all sources: the order of opening, waiting and reading, and the time limits.
 class TimedSource : public ByteSource {
  public:
   TimedSource(TimeLimits& limits, Milliseconds tick) : m_limits(limits), m_tick(tick) {}
@@ -25,22 +26,22 @@ class TimedSource : public ByteSource {
   Status Read(std::string& bytes) final;
 
  protected:
-  /// Data, or what Read() is to return. The limits must be kept here.
+  /// Returns Data, or the status that Read() returns. It must observe the limits.
   virtual Status Open() = 0;
-  /// Waits until there is something to receive, for `most` at most; false if it cannot tell that there is.
+  /// Waits for input, for `most` at most; false if there may be none.
   virtual bool Await(Milliseconds most) = 0;
-  /// As read(); EAGAIN if nothing is there yet.
+  /// As read(); EAGAIN if there is no input yet.
   virtual ssize_t Receive(char* buffer, size_t size) = 0;
-  /// What it means that Receive() returned 0.
+  /// The status after Receive() returned 0.
   virtual Status Ended() { return Status::End; }
 
   Status Fail(const std::string& error);
   Status FailWithErrno();
 
-  /// Of both limits.
+  /// The time left of both limits.
   bool HasPassed() const;
   Milliseconds Left(Milliseconds most) const;
-  /// Fails with the limit that has passed: the error ends in its number of seconds.
+  /// Fails because a limit has passed: appends its number of seconds to the error.
   Status FailInTime(const std::string& error);
 
  private:
@@ -56,11 +57,11 @@ class TimedSource : public ByteSource {
 /// Standard input, a file, a pipe or a terminal line, up to its end.
 std::unique_ptr<ByteSource> MakeFileSource(const std::string& name, TimeLimits& limits, Milliseconds tick);
 
-/// A regular file that others write to. If it becomes shorter or another file gets its name, reading goes on at the
-/// start of what then has the name; the old file is read to its end before.
+/// A regular file that other processes write to. If it becomes shorter, reading continues at its start. If it is
+/// replaced, the old file is read to its end, then the new one from its start.
 std::unique_ptr<ByteSource> MakeGrowingFileSource(const std::string& name, TimeLimits& limits, Milliseconds tick);
 
-/// A TCP connection, with keep-alive, to an address that CheckAddress() accepts.
+/// A TCP connection, with keep-alive, to an address accepted by CheckAddress().
 std::unique_ptr<ByteSource> MakeConnectionSource(const std::string& address, TimeLimits& limits, Milliseconds tick);
 
 #endif

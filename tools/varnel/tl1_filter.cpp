@@ -18,7 +18,7 @@ bool SameText(std::string_view one, std::string_view other) {
   return std::equal(one.begin(), one.end(), other.begin(), other.end(), VARNEL_UTIL::SameNoCase);
 }
 
-// "*", "**", "*C": in a list of codes these are the codes of alarms.
+// "*", "**", "*C": in a list of codes these are alarm codes, not patterns.
 bool MatchesCode(const std::string& pattern, std::string_view code) {
   const bool alarmCode = pattern.size() <= 2 && pattern.front() == '*';
   return alarmCode ? SameText(pattern, code) : MatchesPattern(pattern, code);
@@ -55,7 +55,7 @@ std::string CheckPattern(const std::string& pattern) {
 
 }  // namespace
 
-// After a mismatch the run of the last "*" takes one more character: "*ab" at "aab" -> first "", then "a".
+// After a mismatch the last "*" matches one more character: "*ab" at "aab" -> first "", then "a".
 bool MatchesPattern(std::string_view pattern, std::string_view text) {
   size_t at = 0, inText = 0;
   size_t afterStar = std::string_view::npos, runEnd = 0;

@@ -8,17 +8,17 @@
 #include <string_view>
 #include <vector>
 
-/// True if a pattern fits all of a text, with "*" for any run of characters and "?" for one. The case of ASCII letters
-/// does not matter.
+/// True if a pattern matches all of a text, with "*" for any run of characters and "?" for one. Ignores the case of
+/// ASCII letters.
 bool MatchesPattern(std::string_view pattern, std::string_view text);
 
-/// Picks messages by lists of patterns for their fields.
+/// Selects messages by lists of patterns for their fields.
 class Tl1Filter {
  public:
   /// Adds --type, --sid, --verb, --ctag, --code and --severity.
   void AddOptions(CLI::App& command);
 
-  /// True if each list that is given has a pattern for the message. A field that is missing matches no pattern.
+  /// True if each list that is set contains a pattern that matches the message. A missing field matches no pattern.
   bool Passes(const VARNEL_TL1::Message& message) const;
 
  private:

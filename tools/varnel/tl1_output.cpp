@@ -60,7 +60,7 @@ void Tl1Output::Add(JsonWriter& json, const Message& message, const Tl1Origin& o
   json.AddOrNull("raw", m_encoding.IsValid(message.bytes) ? std::string() : Base64(message.bytes));
 }
 
-// The lines, and the same taken apart.
+// The lines, and their parts.
 void Tl1Output::AddText(JsonWriter& json, std::string_view text) {
   json.Key("lines");
   json.BeginArray();
@@ -106,7 +106,7 @@ void Tl1Output::AddPositional(JsonWriter& json) {
   json.EndArray();
 }
 
-// Of a name that occurs twice the last value.
+// If a name occurs twice, the last value is kept.
 void Tl1Output::AddNamed(JsonWriter& json) {
   m_named.clear();
   for (const auto& parameter : m_quoted.Parameters())
@@ -128,7 +128,7 @@ std::string_view Tl1Output::Meaning(std::string_view raw) {
   return m_encoding.ToUtf8(m_unescaped);
 }
 
-// Only codes that ask for attention, or report that all is well, have a colour.
+// Only codes of alarms, refusals and success have a colour.
 std::string Tl1Output::ColouredCode(const Message& message) {
   const std::string_view code = message.code;
   const std::string shown = Escaped(m_encoding.ToUtf8(code));

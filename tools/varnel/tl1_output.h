@@ -14,11 +14,11 @@
 #include "encoding.h"
 #include "json.h"
 
-/// Where a message comes from.
+/// The origin of a message.
 struct Tl1Origin {
   std::string_view source;         ///< FILE, HOST:PORT or the name of the element
   std::string_view received;       ///< time; empty for input that is not live
-  std::optional<uint64_t> missed;  ///< of Atags::Missed()
+  std::optional<uint64_t> missed;  ///< see Atags::Missed()
 };
 
 /// The time in UTC, as "received" has it: 2026-01-15T12:00:07.042Z.
@@ -32,7 +32,7 @@ class Tl1Output {
   /// Adds all members that describe a message.
   void Add(JsonWriter& json, const VARNEL_TL1::Message& message, const Tl1Origin& origin);
 
-  /// Prints a message for people: a line with type, code and tags, one with its origin, one with its place, and its
+  /// Prints a message as text: a line with type, code and tags, one with its origin, one with its position, and its
   /// text. The source is shown if `origin` has one.
   void Print(const VARNEL_TL1::Message& message, const Tl1Origin& origin);
 

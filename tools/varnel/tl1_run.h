@@ -23,8 +23,8 @@ struct Tl1Options {
 /// Adds these options to a command.
 void AddTl1Options(CLI::App& command, Tl1Options& options);
 
-/// Reads all sources of a command line, one after the other, and hands on their messages. Reports on standard error
-/// what is incomplete or too long, a source without TL1, and a source that cannot be read.
+/// Reads all sources of a command line, one after the other, and passes their messages to Take(). Reports messages that
+/// are incomplete or too long, sources without TL1, and unreadable sources on standard error.
 class Tl1Run {
  public:
   /// @param verbose  report what was skipped, and which time limit ended the run
@@ -33,24 +33,24 @@ class Tl1Run {
   Tl1Run(const Tl1Run&) = delete;
   Tl1Run& operator=(const Tl1Run&) = delete;
 
-  /// @return EXIT_BAD if something was reported that Fail() counts, else EXIT_DONE
+  /// @return EXIT_BAD if Fail() was called, else EXIT_DONE
   int Run();
 
  protected:
-  /// A source, and each stream in it: there is another one after a followed file was replaced or truncated.
+  /// StartStream() also follows when a followed file was replaced or truncated; its old stream is finished before.
   virtual void StartSource() {}
   virtual void StartStream() {}
   virtual void Take(const VARNEL_TL1::Message& message) = 0;
   virtual void FinishStream() {}
-  /// True if no further message is needed.
+  /// Whether no further message is needed.
   virtual bool IsDone() const { return false; }
 
   /// Reports a message that is incomplete.
   void Examine(const VARNEL_TL1::Message& message);
-  /// Reports what is wrong with the current source.
+  /// Reports an error of the current source.
   void Fail(const std::string& what);
 
-  /// The current source, and the time of the bytes that came last if it is live.
+  /// The current source, and the time of the last received bytes if it is live.
   const std::string& Source() const { return m_source; }
   const std::string& Received() const { return m_received; }
 

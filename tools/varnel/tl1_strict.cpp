@@ -31,8 +31,8 @@ std::string_view SidField(std::string_view text) {
   return Field(text);
 }
 
-// The field of the header line that is missing. Each ends at the first blank after it, the time at a carriage return;
-// `fields` is what follows the three blanks.
+// The missing field of the header line. A field ends at the first blank, the time at a carriage return; `fields` is the
+// text after the three blanks.
 const char* BadHeaderField(std::string_view fields) {
   for (const char* name : {"SID", "date"}) {
     const size_t blank = fields.find(' ');
@@ -42,7 +42,7 @@ const char* BadHeaderField(std::string_view fields) {
   return "time";
 }
 
-// What a failure leaves in the parser shows where it was.
+// The members that the parser has set show where it failed.
 const char* RefusedAt(const CTL1NEMsgParse& parser, std::string_view message) {
   constexpr std::string_view HEADER = "\r\n\n   ";
   const size_t header = message.find(HEADER);

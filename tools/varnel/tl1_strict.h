@@ -5,7 +5,7 @@
 
 #include <string>
 
-/// What CTL1NEMsgParse makes of a message.
+/// The result of CTL1NEMsgParse for a message.
 struct StrictMessage {
   VARNEL_TL1::MessageCopy message;  ///< unrecognised if the parser refuses it; all its bytes are its text then
   std::string refusedAt;            ///< the part that the parser could not read; empty if it accepts the message

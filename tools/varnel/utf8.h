@@ -17,8 +17,8 @@ bool IsUtf8(std::string_view text);
 /// The number of a valid UTF-8 character.
 char32_t CodePoint(std::string_view character);
 
-/// False for a control character (C0, DEL, C1) and for one that changes the direction of writing, and so can make a
-/// name look like another.
+/// False for a control character (C0, DEL, C1) and for one that changes the direction of writing, which can make a name
+/// look like another.
 bool IsHarmless(char32_t point);
 
 #endif

@@ -17,7 +17,7 @@ namespace KELP_OS {
 /// Opens a file as std::fopen does.
 ///
 /// The bundled implementation takes `path` as bytes and opens close-on-exec. It refuses a FIFO or a socket with ENXIO
-/// and never waits for one. It waits for a lease that another process holds on a regular file, as open(2) does.
+/// without waiting. Like open(2), it waits while another process holds a lease on a regular file.
 ///
 /// @param path      path of the file; null fails with EINVAL.
 /// @param mode      mode as for std::fopen; null or an unknown one fails with EINVAL.

@@ -17,7 +17,7 @@ enum EN_LOG_LEVEL : int {
 
 /// The origin of a log line: source module ("cmdstr"), bare function name ("GetMsg") and source line.
 ///
-/// A plain value. It keeps the two pointers it is given, which must outlive it; the library passes literals.
+/// A plain value. It keeps the two pointers, which must outlive it; the library passes literals.
 class LocationInfo {
  public:
   /// @param module    name of the source module.
@@ -34,10 +34,10 @@ class LocationInfo {
   int m_line;
 };
 
-/// The host's logging service. Both overloads write the line unconditionally, whatever level filter the service has,
-/// and must be safe to call from several threads at once. The bundled ones write control characters of the text, tab
-/// and DEL included, as "\xNN", so that a text cannot add a line to the log. They ignore the failure of a sink, and
-/// throw only std::bad_alloc, if the line itself cannot be composed.
+/// The host's logging service. Both overloads write every line, even if the service filters by level, and must be safe
+/// to call from several threads at once. The bundled ones write control characters of the text, tab and DEL included,
+/// as "\xNN", so that a text cannot add a line to the log. They ignore the failure of a sink, and throw only
+/// std::bad_alloc, if the line itself cannot be composed.
 class LogProcess {
  public:
   /// Writes a line. The library's warnings use this overload.

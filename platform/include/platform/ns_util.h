@@ -12,27 +12,27 @@
 /// Utility services of the host. All of them must be safe to call from several threads at once.
 namespace NS_UTIL {
 
-/// Masks in log texts whatever the host counts as sensitive.
+/// Masks the parts of log texts that the host considers sensitive.
 ///
 /// The bundled filter replaces by "******" the values of password-like keys (PASSWORD, PASSWD, PWD, PSWD, SECRET,
 /// TOKEN in any case, with any prefix), the arguments of such options, the content of such elements, passwords in
 /// addresses that begin with scheme://user:password, and the password block of the TL1 commands ACT-USER, ED-PID,
-/// ENT-USER-SECU and ED-USER-SECU. Values may be in quotes or brackets, at any depth of escaping. Filtering twice gives
-/// what filtering once gives. Its time is linear in the length of the text.
+/// ENT-USER-SECU and ED-USER-SECU. Values may be in quotes or brackets, at any depth of escaping. Filtering a filtered
+/// text changes nothing. Its time is linear in the length of the text.
 class CDCLogFilter {
  public:
-  /// Gives the filter.
+  /// Returns the filter.
   ///
   /// @return the process-wide filter, never null; the host owns it.
   static CDCLogFilter* getInstance();
 
   /// Masks a text.
   ///
-  /// @param text  rewritten in place. Any bytes are taken, NULs included.
+  /// @param text  rewritten in place. May contain any bytes, NULs included.
   void replaceAllSensInfo(std::string& text);
 };
 
-/// Case-sensitive wildcard match. (The name is misspelled in the interface and stays so.)
+/// Case-sensitive wildcard match. (The misspelled name is part of the interface.)
 class RepalaceSensInfo {
  public:
   /// Matches a text with a pattern.

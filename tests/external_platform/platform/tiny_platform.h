@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-/// What the library has logged: "<module> <level> <text>".
+/// The log lines of the library: "<module> <level> <text>".
 std::vector<std::string>& CollectedLines();
 
 /// Calls of the file functions.

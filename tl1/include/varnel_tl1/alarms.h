@@ -31,8 +31,8 @@ struct Alarm {
 
 /// The table of active alarms: raised and not cleared. An alarm is identified by source, SID, AID and condition.
 ///
-/// An object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc; the message is then applied up
-/// to one of its lines.
+/// An object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc; only the first lines of the
+/// message are then applied.
 class VARNEL_API Alarms {
  public:
   /// What a message changed.

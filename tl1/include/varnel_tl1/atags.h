@@ -27,8 +27,9 @@ class VARNEL_API Atags {
   /// Examines the next message of the stream.
   ///
   /// @param message  any message; only autonomous ones count.
-  /// @return how many atags of the SID are missing before this one; 0 too if it is the same as the one before. Absent
-  ///         for the first of a SID, after a restart (a smaller atag), and if the atag is no number of up to 18 digits.
+  /// @return how many atags of the SID are missing before this one; 0 also if it has the same atag as the one before.
+  ///         Absent for the first message of a SID, after a restart (a smaller atag), and if the atag is not a number
+  ///         of up to 18 digits.
   std::optional<uint64_t> Missed(const Message& message);
 
  private:

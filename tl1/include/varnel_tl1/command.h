@@ -14,13 +14,13 @@
 
 namespace VARNEL_TL1 {
 
-/// A TL1 command: blocks separated by ":", with a ";" at the end. Inside quotes neither of them counts.
+/// A TL1 command: blocks separated by ":", with a ";" at the end. Inside quotes both are ordinary characters.
 ///
 ///     RTRV-ALM-ALL:NE1:SLOT-3:12::;    verb RTRV-ALM-ALL, TID NE1, AID SLOT-3, ctag 12, general block and data empty
 ///
-/// A command holds nothing that cannot be sent: no control character, no byte 0xFF (telnet reads it as a command), no
-/// second ";", no quotation without end. Functions that could break this return what is wrong as a constant text, such
-/// as "control character", and then leave the command unchanged; they return null if all is well.
+/// A command contains nothing that cannot be sent: no control character, no byte 0xFF (telnet reads it as a command),
+/// no second ";", no quotation without end. Functions that could break this return null for success. Otherwise they
+/// return the reason as a constant text, such as "control character", and leave the command unchanged.
 ///
 /// The text may contain passwords: it is kept in a CCmdStr and wiped when it is replaced or destroyed. Memory
 /// exhaustion throws std::bad_alloc and leaves the command unchanged. An object belongs to one thread at a time.
@@ -47,7 +47,7 @@ class VARNEL_API Command {
   /// Replaces a block; missing ones before it are added empty.
   ///
   /// @param number  of the block.
-  /// @param text    as it is sent, so quoted already where needed.
+  /// @param text    as it is sent: already quoted if needed.
   const char* SetBlock(size_t number, std::string_view text);
 
   /// A parameter of a block: positional without a name.
@@ -68,7 +68,7 @@ class VARNEL_API Command {
   /// @return the text to send, with its ";"; empty for an empty command. Valid until the command changes.
   std::string_view Text() const;
 
-  /// @return Text() for showing it: the block after the fifth colon of ACT-USER, ED-PID, ENT-USER-SECU and
+  /// @return Text() for display: the block after the fifth colon of ACT-USER, ED-PID, ENT-USER-SECU and
   /// ED-USER-SECU,
   ///         which contains the password, becomes "******" unless it is empty.
   std::string Masked() const;

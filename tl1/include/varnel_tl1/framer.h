@@ -29,7 +29,7 @@ struct Skipped {
 
 class FramerMachine;
 
-/// Cuts a stream of bytes into TL1 messages: append bytes, then take the messages.
+/// Cuts a stream of bytes into TL1 messages: append bytes, then retrieve the messages.
 ///
 ///     framer.Append(bytes);
 ///     while (framer.Next(message)) Use(message);
@@ -39,14 +39,14 @@ class FramerMachine;
 /// 1. Nothing is lost silently. Every byte belongs to a message or is counted in Skipped::bytes. A message without its
 ///    end is delivered with `complete` false; so is the beginning of a message beyond the limit (`tooLong`), whose
 ///    rest is skipped.
-/// 2. Damage does not spread. After any damage the next well-formed message is read right.
+/// 2. Damage does not spread. After any damage the next well-formed message is read correctly.
 ///
 /// The messages do not depend on how the stream is cut into pieces. Time is linear in the bytes appended; memory in the
-/// longest message and the bytes of one Append(), as long as all messages are taken before the next Append().
+/// longest message and the bytes of one Append(), as long as all messages are retrieved before the next Append().
 ///
 /// An object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc from the constructor and from
-/// Append(); after the latter the stream has ended: what was appended before can still be taken, and nothing more is
-/// read.
+/// Append(); after the latter the stream has ended: messages appended before can still be retrieved, but nothing more
+/// is read.
 class VARNEL_API Framer {
  public:
   /// @param limit  the most bytes that a message may have, telnet sequences not counted; 1 or more.
@@ -60,26 +60,27 @@ class VARNEL_API Framer {
 
   /// Lets the caller answer telnet negotiations.
   ///
-  /// @param handler  called from Append() for each negotiation, in their order; must not use this framer. What it
-  ///                 throws leaves Append(), with the effect of memory exhaustion. Empty to ignore them, as initially.
+  /// @param handler  called from Append() for each negotiation, in their order; must not use this framer. An exception
+  ///                 that it throws leaves Append(), with the effect of memory exhaustion. Empty to ignore them, as
+  ///                 initially.
   void OnNegotiation(NegotiationHandler handler);
 
-  /// Takes the next bytes of the stream. Invalidates all views from Next().
+  /// Appends the next bytes of the stream. Invalidates all views from Next().
   ///
   /// @param bytes  any number of them; not needed after the call.
   void Append(std::string_view bytes);
 
-  /// Ends the stream. Next() then also returns what has no end. Bytes appended afterwards are ignored.
+  /// Ends the stream. Next() then also returns a message that has no end. Bytes appended afterwards are ignored.
   void Finish();
 
-  /// Takes the next message.
+  /// Retrieves the next message.
   ///
-  /// @param message  receives it; its views are valid until the next Append() and the framer's destruction.
+  /// @param message  receives it; its views are valid until the next Append() or the framer's destruction.
   /// @return false, `message` unchanged, if there is no other message yet.
   bool Next(Message& message);
 
-  /// @return what was skipped so far, owned by this object. After Finish() and the last message, `bytes` and the
-  ///         lengths of all messages add up to the length of the stream.
+  /// @return the counts of skipped data so far, owned by this object. After Finish() and the last message, `bytes` and
+  ///         the lengths of all messages add up to the length of the stream.
   const Skipped& GetSkipped() const;
 
  private:

@@ -17,26 +17,27 @@ class JoinerAnswers;
 
 /// Joins the parts of an answer: parts of one type, SID, tag, code and verb become one message, as long as the part
 /// before continues. After RTRV the last part may have another code, which becomes that of the whole; a part without a
-/// SID belongs to the answer with its tag that grew last. The joined message has the header of its first part, the
-/// texts and bytes of all, and reaches from the beginning of its first part to the end of its last one in the stream.
+/// SID belongs to the most recently extended answer with its tag. The joined message has the header of its first part,
+/// the texts and bytes of all, and reaches from the beginning of its first part to the end of its last one in the
+/// stream.
 ///
-/// A message that is no part of a longer answer passes immediately, so it may overtake an answer that is not whole yet.
-/// An answer whose last part never comes is delivered with `complete` false and `continues` true: when another answer
-/// takes its place, when all unfinished answers together exceed the limit (the one that grew last, `tooLong`), and at
-/// the end.
+/// A message that is not part of a longer answer passes immediately, even while an earlier answer is still unfinished.
+/// An answer whose last part never comes is delivered with `complete` false and `continues` true: when a part of
+/// another answer with the same SID and tag arrives, when all unfinished answers together exceed the limit (the most
+/// recently extended one, `tooLong`), and at the end.
 ///
 /// An object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc; from Add() and Finish() it loses
-/// the answers that are not whole yet: what was ready before can still be taken, and nothing more is accepted.
+/// the unfinished answers: messages that were ready before can still be retrieved, but nothing more is accepted.
 class VARNEL_API Joiner {
  public:
-  /// @param limit  the most bytes that the answers which are not whole yet may have together.
+  /// @param limit  the most bytes that all unfinished answers may have together.
   explicit Joiner(size_t limit = DEFAULT_LIMIT);
   Joiner(const Joiner&) = delete;
   Joiner& operator=(const Joiner&) = delete;
   ~Joiner();
 
-  /// Accepts the next message. Invalidates all views from Next(). Take all messages that are ready before the views of
-  /// `message` become invalid: a message that passes is not copied.
+  /// Accepts the next message. Invalidates all views from Next(). Retrieve all messages that are ready before the views
+  /// of `message` become invalid: a message that passes is not copied.
   ///
   /// @param message  of the same stream as those before.
   void Add(const Message& message);
@@ -44,7 +45,7 @@ class VARNEL_API Joiner {
   /// Ends the stream: unfinished answers become ready, in the order of their beginnings.
   void Finish();
 
-  /// Takes the oldest message that is ready.
+  /// Retrieves the oldest message that is ready.
   ///
   /// @param message  receives it; its views are valid until the next Add(), and as long as those given to Add().
   /// @return false, `message` unchanged, if none is ready.

@@ -12,7 +12,7 @@
 
 namespace VARNEL_TL1 {
 
-/// What kind of message it is.
+/// The types of messages.
 enum class MessageType {
   Acknowledgement,  ///< a command was received
   Response,         ///< an answer to a command, or a part of one
@@ -25,10 +25,10 @@ enum class MessageType {
 /// @return "acknowledgement", "response", "autonomous", "prompt" or "unrecognised"; a constant.
 VARNEL_API const char* TypeName(MessageType type);
 
-/// The parts of a message as views, which are valid as long as the object that supplied the message says. Copying a
-/// Message copies the views; MessageCopy owns its text.
+/// The parts of a message as views, which are valid for the time documented by the object that supplied the message.
+/// Copying a Message copies the views; MessageCopy owns its text.
 ///
-/// Fields have no surrounding blanks. A field that the message lacks is empty; no field is present and empty.
+/// Fields have no surrounding blanks. An empty field means that the message lacks it.
 struct Message {
   MessageType type = MessageType::Unrecognised;  ///< what kind of message it is
   std::string_view sid;                          ///< source identifier, without the quotes around it
@@ -60,7 +60,7 @@ class VARNEL_API MessageCopy {
   ~MessageCopy() = default;
 
   /// @return the message; its views are valid while this object is neither assigned nor destroyed. Moving the object
-  ///         hands the text on, so that views taken before stay valid as long as the new owner.
+  ///         moves the text: earlier views stay valid as long as the new owner.
   const Message& View() const { return m_view; }
 
  private:

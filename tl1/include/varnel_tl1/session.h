@@ -20,11 +20,11 @@ namespace VARNEL_TL1 {
 
 /// What happened in a session.
 enum class EventKind {
-  Message,          ///< the element sent something else than an answer: autonomous, with a foreign ctag, or a prompt
+  Message,          ///< a message that is not an answer: autonomous, with another ctag, or a prompt
   Acknowledgement,  ///< IP, PF or OK for the pending command, whose answer is still to come
   Part,             ///< a part of the answer, more follow; only if SessionOptions::join is false
   Answer,           ///< the answer to the command: joined, or its last part. Also a refusal (NA, NG, RL)
-  NoAnswer,         ///< the time for the answer is over, or Cut() was called, and nothing of it was received
+  NoAnswer,         ///< the time limit passed, or Cut() was called, and no part of the answer was received
   LoggedIn,         ///< the log-in was accepted
   LogInRefused,     ///< it was refused; without a message, it was not answered
   LoggedOut,        ///< the log-out was answered in any way; without a message, it was not
@@ -44,7 +44,7 @@ struct SessionOptions {
   using Duration = std::chrono::steady_clock::duration;  ///< of time limits
 
   std::string tid;                              ///< fills empty TIDs of commands
-  unsigned int firstCtag = 0;                   ///< any number, best a random one: where assigned ctags begin
+  unsigned int firstCtag = 0;                   ///< the first assigned ctag; preferably a random number
   Duration timeout = std::chrono::seconds(30);  ///< for an answer; IP, PF and each part start it again
   Duration heartbeat = Duration::zero();        ///< silence before RTRV-HDR is sent; zero for no heartbeat
   size_t limit = DEFAULT_LIMIT;                 ///< the most bytes of a message, and of a joined answer
@@ -61,11 +61,11 @@ class SessionMachine;
 ///     Wait(socket, session.Deadline());                 // then Receive(), or Tick() once the deadline is over
 ///
 /// One command at a time is pending: the caller sends the next one after Answer or NoAnswer, LoggedIn or LogInRefused.
-/// Each command has exactly one of these events, unless LogOut() gives it up. An answer is recognised by the ctag;
-/// while a command is pending, a DENY or an acknowledgement with ctag 0, 1 or none is taken for its own.
+/// Each command has exactly one of these events, unless LogOut() abandons it. An answer is recognised by the ctag;
+/// while a command is pending, a DENY or an acknowledgement with ctag 0, 1 or none counts as its answer.
 ///
 /// Telnet negotiation is answered with one refusal per option and direction. The heartbeat runs while no command is
-/// pending; its answers are no events. Memory is limited by SessionOptions::limit and the bytes of one Receive().
+/// pending; its answers cause no events. Memory is limited by SessionOptions::limit and the bytes of one Receive().
 ///
 /// An object belongs to one thread at a time. Memory exhaustion throws std::bad_alloc: LogIn(), Send() and LogOut()
 /// then have no effect; after Receive() nothing more is received; Next() may have lost a message or a part of an
@@ -93,7 +93,7 @@ class VARNEL_API Session {
   /// nor 1 and was not used in this session yet. An explicit ctag is kept and not assigned afterwards.
   ///
   /// @param command  is changed.
-  /// @return null, or what is wrong: a constant text.
+  /// @return null, or why the command cannot be prepared: a constant text.
   const char* Prepare(Command& command);
 
   /// Prepares and sends a command. The event is Answer or NoAnswer.
@@ -102,8 +102,8 @@ class VARNEL_API Session {
   /// @return null, or why it cannot be sent: a constant text.
   const char* Send(Command& command, Time now);
 
-  /// Sends CANC-USER if a log-in was sent and not refused. A pending command is given up and has no event; a clock that
-  /// was stopped runs again. The event is LoggedOut.
+  /// Sends CANC-USER if a log-in was sent and not refused. A pending command is abandoned and has no event; a stopped
+  /// clock is started. The event is LoggedOut.
   ///
   /// @param wait  for the answer.
   /// @return false if there is nothing to log out from.
@@ -112,12 +112,12 @@ class VARNEL_API Session {
   /// Accepts received bytes.
   void Receive(std::string_view bytes, Time now);
 
-  /// Ends the stream of received bytes, because the connection ended or the caller does not wait any longer: what is
-  /// unfinished is delivered with `complete` false, also as the answer to the pending command; without anything of the
-  /// answer the event is that of a command whose time is over. Bytes received afterwards begin a new stream.
+  /// Ends the stream of received bytes, because the connection ended or the caller no longer waits: an unfinished
+  /// message is delivered with `complete` false, also as the answer to the pending command. If no part of the answer
+  /// was received, the event is the same as after the time limit. Bytes received afterwards begin a new stream.
   void Cut();
 
-  /// Takes the next event.
+  /// Retrieves the next event.
   ///
   /// @param event  receives it.
   /// @return false, `event` unchanged, if there is none.
@@ -126,13 +126,14 @@ class VARNEL_API Session {
   /// @return when Tick() is to be called; absent if nothing is waited for.
   std::optional<Time> Deadline() const;
 
-  /// Ends what has lasted too long; see Next().
+  /// Ends every wait whose time limit has passed; see Next().
   void Tick(Time now);
 
-  /// Stops the clock, for example while the caller cannot take events: no deadline passes. No effect if it is stopped.
+  /// Stops the clock, for example while the caller cannot process events: no deadline passes. No effect if it is
+  /// stopped.
   void Pause(Time now);
 
-  /// Lets the clock run again: deadlines move by the length of the pause. No effect if it is running.
+  /// Starts the clock again: deadlines move by the length of the pause. No effect if it is running.
   void Resume(Time now);
 
   /// @return the bytes to send, owned by this object and valid until the next call that is not const.
@@ -140,7 +141,7 @@ class VARNEL_API Session {
 
   /// Removes bytes that were sent from Output() and wipes them.
   ///
-  /// @param count  how many, from the front.
+  /// @param count  how many, from the start of the output.
   void Sent(size_t count);
 
  private:

@@ -11,7 +11,7 @@
 #include "varnel_export.h"
 
 /// @file
-/// The text of a message: its lines, and quoted lines taken apart.
+/// The text of a message: its lines, and the parts of quoted lines.
 
 namespace VARNEL_TL1 {
 
@@ -44,12 +44,12 @@ class VARNEL_API LineReader {
   size_t m_afterQuoted = static_cast<size_t>(-1);  // bytes after the quoted text that was found last
 };
 
-/// A quoted text taken apart: "AID:positional,...,NAME=VALUE,...:...".
+/// The parts of a quoted text: "AID:positional,...,NAME=VALUE,...:...".
 ///
 ///     "SLOT-3:CR,LOS,SA:NAME=\"a, b\""  ->  aid SLOT-3, 2 blocks; CR, LOS and SA in block 0, NAME=\"a, b\" in block 1
 ///
-/// Blocks are separated by ":", parameters by ",". Inside a value quoted with \" neither of them nor "=" counts. Views
-/// are raw; AppendUnescaped() gives their meaning. An object can be used again, which saves memory allocations.
+/// Blocks are separated by ":", parameters by ",". Inside a value quoted with \" these and "=" are ordinary characters.
+/// Views are raw; AppendUnescaped() appends their meaning. An object can be used again, which saves memory allocations.
 class VARNEL_API QuotedText {
  public:
   /// A parameter of a block.
@@ -59,9 +59,9 @@ class VARNEL_API QuotedText {
     std::string_view value;  ///< raw; may be empty
   };
 
-  /// Takes a text apart.
+  /// Parses a text.
   ///
-  /// @param quoted  with the quotes around it, as LineReader::Quoted() returns it; must outlive the views.
+  /// @param quoted  with its enclosing quotes, as LineReader::Quoted() returns it; must outlive the views.
   /// @return false, everything empty, if `quoted` has no quotes around it.
   bool Read(std::string_view quoted);
 

@@ -6,11 +6,11 @@
 
 /// @namespace VARNEL_TL1
 /// TL1 as elements really send it: a Framer cuts a stream into messages and reads their parts, a LineReader and a
-/// QuotedText take texts apart, a Joiner joins the parts of an answer, Alarms keeps the active alarms, and Atags finds
+/// QuotedText parse texts, a Joiner joins the parts of an answer, Alarms keeps the active alarms, and Atags finds
 /// missing messages. A Session sends Commands to an element and matches the answers.
 ///
-/// Any bytes are accepted, in any cut. Nothing throws but std::bad_alloc, and nothing is logged. Functions are
-/// reentrant, an object belongs to one thread at a time.
+/// Any bytes are accepted, cut into pieces anywhere. Nothing throws but std::bad_alloc, and nothing is logged.
+/// Functions are reentrant, an object belongs to one thread at a time.
 
 #include "alarms.h"
 #include "atags.h"
