@@ -406,7 +406,7 @@ Wrong usage.
   ! Try "varnel ask --help".
   [2]
   $ ask --timeout 0 127.0.0.1:1 RTRV-HDR
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "0" is not a number of seconds above 0 and up to a year
   ! Try "varnel ask --help".
   [2]
   $ ask --tid "$(printf 'a\tb')" 127.0.0.1:1 RTRV-HDR
@@ -414,7 +414,7 @@ Wrong usage.
   ! Try "varnel ask --help".
   [2]
   $ ask ::1:3083 RTRV-HDR
-  ! varnel: HOST:PORT: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: HOST:PORT: "::1:3083" is not HOST:PORT, with an IPv6 address in brackets
   ! Try "varnel ask --help".
   [2]
   $ ask 127.0.0.1:3083

@@ -62,7 +62,7 @@ Wrong usage.
   ! Try "varnel board --help".
   [2]
   $ varnel board --generation 5x --ne KVA-4210
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "5x" is not a decimal number of 32 bits
   ! Try "varnel board --help".
   [2]
   $ varnel board --ne one --ne two --generation 1

@@ -102,10 +102,17 @@ Numbers are decimal, with or without leading zeros; 0x begins a hexadecimal numb
   $ for number in 0x 0b1 1e3 +5 ' 5' '' 5x 99999999999999999999999; do varnel make-package --type "$number" out.pkg; done 2>&1 |
   >   sort | uniq -c
         8 ! Try "varnel make-package --help".
-        8 ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
+        1 ! varnel: --type: " 5" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
+        1 ! varnel: --type: "" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
+        1 ! varnel: --type: "+5" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
+        1 ! varnel: --type: "0b1" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
+        1 ! varnel: --type: "0x" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
+        1 ! varnel: --type: "1e3" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
+        1 ! varnel: --type: "5x" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
+        1 ! varnel: --type: "99999999999999999999999" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
   [2]
   $ varnel make-package --gap 1,x out.pkg
-  ! varnel: --gap: is not a number from 0 to 65535, decimal or 0x and hexadecimal
+  ! varnel: --gap: "x" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
   ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --gap 1,2 --gap 3 out.pkg && varnel head out.pkg | grep GapLen

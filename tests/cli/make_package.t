@@ -103,15 +103,15 @@ Wrong usage exits with 2 and writes nothing.
 
   $ mkdir wrong && cd wrong
   $ varnel make-package --type 65536 out.pkg
-  ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
+  ! varnel: --type: "65536" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
   ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --type x out.pkg
-  ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
+  ! varnel: --type: "x" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
   ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --type -1 out.pkg
-  ! varnel: --type: is not a number from 0 to 65535, decimal or 0x and hexadecimal
+  ! varnel: --type: "-1" is not a number from 0 to 65535, decimal, or hexadecimal after 0x
   ! Try "varnel make-package --help".
   [2]
   $ varnel make-package --extension 1 out.pkg

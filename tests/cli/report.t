@@ -120,7 +120,7 @@ The language is that of the first report that is recognised, unless it is given.
   ! varnel: package-mml.txt: no end result: the input ends; no TL1 report was recognised
   [1]
   $ varnel report --language ftp package-mml.txt
-  ! varnel: --language: ftp is not one of mml, tl1
+  ! varnel: --language: "ftp" is not one of mml, tl1
   ! Try "varnel report --help".
   [2]
   $ varnel report --language mml --ne 1 package-mml.txt
@@ -281,55 +281,55 @@ Wrong usage.
 
   $ try() { varnel report "$@" 2>&1 < /dev/null | sed '/--help/d'; echo "status ${PIPESTATUS[0]} of $*"; }
   $ for ne in x -1 4294967296 0x 0x100000000 1.5 ''; do try --ne "$ne"; done
-  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel: --ne: "x" is not a number from 0 to 4294967295, decimal, or hexadecimal after 0x
   status 2 of --ne x
-  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel: --ne: "-1" is not a number from 0 to 4294967295, decimal, or hexadecimal after 0x
   status 2 of --ne -1
-  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel: --ne: "4294967296" is not a number from 0 to 4294967295, decimal, or hexadecimal after 0x
   status 2 of --ne 4294967296
-  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel: --ne: "0x" is not a number from 0 to 4294967295, decimal, or hexadecimal after 0x
   status 2 of --ne 0x
-  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel: --ne: "0x100000000" is not a number from 0 to 4294967295, decimal, or hexadecimal after 0x
   status 2 of --ne 0x100000000
-  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel: --ne: "1.5" is not a number from 0 to 4294967295, decimal, or hexadecimal after 0x
   status 2 of --ne 1.5
-  ! varnel: --ne: is not a number from 0 to 4294967295, decimal or 0x and hexadecimal
+  ! varnel: --ne: "" is not a number from 0 to 4294967295, decimal, or hexadecimal after 0x
   status 2 of --ne 
   $ for seconds in 0 -1 x nan inf 31536001 1s; do try --timeout "$seconds"; done
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "0" is not a number of seconds above 0 and up to a year
   status 2 of --timeout 0
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "-1" is not a number of seconds above 0 and up to a year
   status 2 of --timeout -1
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "x" is not a number of seconds above 0 and up to a year
   status 2 of --timeout x
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "nan" is not a number of seconds above 0 and up to a year
   status 2 of --timeout nan
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "inf" is not a number of seconds above 0 and up to a year
   status 2 of --timeout inf
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "31536001" is not a number of seconds above 0 and up to a year
   status 2 of --timeout 31536001
-  ! varnel: --timeout: is not a number of seconds above 0 and up to a year
+  ! varnel: --timeout: "1s" is not a number of seconds above 0 and up to a year
   status 2 of --timeout 1s
   $ for address in host 127.0.0.1: :7 ::1:7 '[::1]' '[]:7' host:0 host:65536 host:x,y host:7/x; do try --connect "$address"; done
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "host" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect host
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "127.0.0.1:" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect 127.0.0.1:
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: ":7" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect :7
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "::1:7" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect ::1:7
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "[::1]" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect [::1]
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "[]:7" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect []:7
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "host:0" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect host:0
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "host:65536" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect host:65536
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "host:x,y" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect host:x,y
-  ! varnel: --connect: is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: --connect: "host:7/x" is not HOST:PORT, with an IPv6 address in brackets
   status 2 of --connect host:7/x
   $ try --connect 127.0.0.1:7 file
   ! varnel: FILE excludes --connect

@@ -346,28 +346,28 @@ Standard input; each line is answered when it arrives.
 Wrong usage.
 
   $ for code in x 0x5 1.5 '' +5 ' 5' 5x 2147483648; do varnel slot --generation "$code" 3-5 || echo "status $?"; done
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "x" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "0x5" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "1.5" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "+5" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: " 5" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "5x" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
-  ! varnel: --generation: is not a decimal number of 32 bits
+  ! varnel: --generation: "2147483648" is not a decimal number of 32 bits
   ! Try "varnel slot --help".
   status 2
   $ varnel slot

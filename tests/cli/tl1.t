@@ -474,11 +474,11 @@ Files that cannot be read, empty ones, and wrong usage.
   ! Try "varnel tl1 --help".
   [2]
   $ for limit in 1G K 1099511627777 18446744073709551615M ''; do varnel tl1 --limit "$limit" x 2>&1 | head -n 1; done
-  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
-  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
-  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
-  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
-  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: "1G" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: "K" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: "1099511627777" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: "18446744073709551615M" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: "" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
   [2]
   $ varnel tl1 --encoding klingon x
   ! varnel: --encoding: "klingon" is not an encoding that iconv knows (iconv -l lists them)
@@ -489,7 +489,7 @@ Files that cannot be read, empty ones, and wrong usage.
   ! Try "varnel tl1 --help".
   [2]
   $ varnel tl1 --limit 0 x
-  ! varnel: --limit: is not a number of bytes from 1 to 1099511627776, decimal, with K or M
+  ! varnel: --limit: "0" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
   ! Try "varnel tl1 --help".
   [2]
   $ varnel tl1 one two

@@ -166,7 +166,7 @@ The list is read again. A bad one changes nothing; an element that it no longer 
   ! Try "varnel watch --help".
   [2]
   $ varnel watch a=127.0.0.1
-  ! varnel: ELEMENT: "a=127.0.0.1" is not HOST:PORT, with an IPv6 address in brackets
+  ! varnel: ELEMENT: "127.0.0.1" is not HOST:PORT, with an IPv6 address in brackets
   ! Try "varnel watch --help".
   [2]
   $ varnel watch a=127.0.0.1:1 --after-login 'RTRV;HDR;'
@@ -174,7 +174,7 @@ The list is read again. A bad one changes nothing; an element that it no longer 
   ! Try "varnel watch --help".
   [2]
   $ varnel watch a=127.0.0.1:1 --heartbeat -1
-  ! varnel: --heartbeat: is not a number of seconds from 0 to a year
+  ! varnel: --heartbeat: "-1" is not a number of seconds from 0 to a year
   ! Try "varnel watch --help".
   [2]
 

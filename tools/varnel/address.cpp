@@ -8,6 +8,8 @@
 #include <cstring>
 #include <memory>
 
+#include "arguments.h"
+
 namespace {
 
 // A number from 1 to 65535, or a text that may be the name of a service.
@@ -37,7 +39,7 @@ std::optional<Address> ParseAddress(const std::string& text) {
 }
 
 std::string CheckAddress(const std::string& text) {
-  return ParseAddress(text) ? "" : "is not HOST:PORT, with an IPv6 address in brackets";
+  return ParseAddress(text) ? "" : IsNot(text, "HOST:PORT, with an IPv6 address in brackets");
 }
 
 Lookup LookUp(const Address& address) {

@@ -50,7 +50,7 @@ CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most) {
   const auto read = [least, most, range](std::string& text) {
     const std::optional<uint64_t> number = ReadNumber(text);
     if (!number || *number < least || *number > most)
-      return "is not a number from " + range + ", decimal or 0x and hexadecimal";
+      return IsNot(text, "a number from " + range + ", decimal, or hexadecimal after 0x");
     text = std::to_string(*number);  // which CLI11 reads the same way
     return std::string();
   };
@@ -66,17 +66,36 @@ CLI::Option* TakeSizes(CLI::Option* option, uint64_t least, uint64_t most) {
     const std::string unit = stop == text.data() ? "?" : std::string(stop, end);
     const unsigned shift = unit == "K" || unit == "k" ? 10 : unit == "M" || unit == "m" ? 20 : 0;
     const bool valid = error == std::errc() && (unit.empty() || shift > 0) && number <= most >> shift;
-    if (!valid || number << shift < least) return "is not a number of bytes from " + range + ", decimal, with K or M";
+    if (!valid || number << shift < least)
+      return IsNot(text, "a number of bytes from " + range + ", decimal, with K or M");
     text = std::to_string(number << shift);
     return std::string();
   };
   return option->transform(CLI::Validator(read, ""));
 }
 
+CLI::Option* TakeSeconds(CLI::Option* option, Zero zero) {
+  const auto check = [zero](const std::string& text) {
+    constexpr double YEAR = 31536000;
+    double seconds = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, seconds);
+    const bool valid = error == std::errc() && stop == end && seconds >= 0 && seconds <= YEAR;
+    if (valid && (seconds > 0 || zero == Zero::Accepted)) return std::string();
+    return IsNot(text, zero == Zero::Accepted ? "a number of seconds from 0 to a year"
+                                              : "a number of seconds above 0 and up to a year");
+  };
+  return option->check(check);
+}
+
+std::string IsNot(const std::string& value, const std::string& expected) {
+  return '"' + value + "\" is not " + expected;
+}
+
 CLI::Validator OneOf(const std::vector<std::string>& values) {
   const auto check = [values](const std::string& text) {
     if (std::find(values.begin(), values.end(), text) != values.end()) return std::string();
-    return text + " is not one of " + CLI::detail::join(values, ", ");
+    return IsNot(text, "one of " + CLI::detail::join(values, ", "));
   };
   return CLI::Validator(check, '{' + CLI::detail::join(values) + '}').non_modifying();
 }
@@ -87,7 +106,7 @@ CLI::Option* AddGenerationOption(CLI::App& command, std::optional<int>& generati
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, code);
     if (error != std::errc() || stop != end)
-      throw CLI::ValidationError("--generation", "is not a decimal number of 32 bits");
+      throw CLI::ValidationError("--generation", IsNot(text, "a decimal number of 32 bits"));
     generation = code;
   };
   return command.add_option_function<std::string>("--generation", read);

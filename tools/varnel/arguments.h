@@ -19,6 +19,14 @@ CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most);
 /// option.
 CLI::Option* TakeSizes(CLI::Option* option, uint64_t least, uint64_t most);
 
+enum class Zero { Refused, Accepted };
+
+/// Makes an option accept numbers of seconds up to a year, with fractions. Returns the option.
+CLI::Option* TakeSeconds(CLI::Option* option, Zero zero = Zero::Refused);
+
+/// Returns the error message for a value: "7x" is not a number.
+std::string IsNot(const std::string& value, const std::string& expected);
+
 /// Accepts a value that is one of these.
 CLI::Validator OneOf(const std::vector<std::string>& values);
 

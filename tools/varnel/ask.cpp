@@ -78,7 +78,7 @@ class AskCommand {
     CLI::Option* user = command.add_option("--user", m_options.user)->check(CheckUser);
     TakePaths(command.add_option("--password-file", m_options.passwordFile))->needs(user);
     command.add_option("--tid", m_options.tid)->check(CheckTid);
-    command.add_option("--timeout", m_options.timeout)->check(CheckTimeout);
+    TakeSeconds(command.add_option("--timeout", m_options.timeout));
     command.add_flag("--keep-going", m_options.keepGoing);
     command.add_flag("--events", m_options.events);
     command.add_flag("--dry-run", m_options.dryRun);

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <sstream>
 
@@ -16,17 +15,8 @@
 namespace {
 
 constexpr size_t CHUNK_SIZE = 65536;
-constexpr double MAX_TIMEOUT = 31536000;  // a year of seconds
 
 }  // namespace
-
-std::string CheckTimeout(const std::string& text) {
-  double seconds = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, seconds);
-  const bool valid = error == std::errc() && stop == end && seconds > 0 && seconds <= MAX_TIMEOUT;
-  return valid ? "" : "is not a number of seconds above 0 and up to a year";
-}
 
 std::string InSeconds(double seconds) {
   std::ostringstream text;
@@ -47,8 +37,8 @@ void AddSourceOptions(CLI::App& command, SourceOptions& options, Operands files)
   TakePaths(file);
   CLI::Option* connect = command.add_option("--connect", options.address)->check(CheckAddress)->excludes(file);
   command.add_flag("--follow", options.follow)->excludes(connect);
-  command.add_option("--timeout", options.timeout)->check(CheckTimeout);
-  command.add_option("--idle", options.idle)->check(CheckTimeout);
+  TakeSeconds(command.add_option("--timeout", options.timeout));
+  TakeSeconds(command.add_option("--idle", options.idle));
 }
 
 TimeLimit::TimeLimit(double limit)

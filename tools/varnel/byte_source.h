@@ -50,9 +50,6 @@ struct SourceOptions {
   bool IsLive(const std::string& name) const;
 };
 
-/// Returns why a text is not a number of seconds above 0 and up to a year; empty if it is.
-std::string CheckTimeout(const std::string& text);
-
 /// "1 second", "0.5 seconds".
 std::string InSeconds(double seconds);
 

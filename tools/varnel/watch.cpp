@@ -2,7 +2,6 @@
 #include <ace/Dev_Poll_Reactor.h>
 #include <ace/Reactor.h>
 
-#include <charconv>
 #include <map>
 
 #include "arguments.h"
@@ -94,7 +93,6 @@ Examples:
       Follow the elements of a list and show critical and major alarms.
 )";
 
-constexpr double MOST_SECONDS = 31536000;  // a year
 constexpr uint64_t MOST_BYTES = uint64_t{1} << 40;
 constexpr size_t WRITTEN_AT_ONCE = 32768;
 constexpr unsigned int MOST_EVENTS = 64;                    // between two looks at standard output
@@ -103,14 +101,6 @@ constexpr std::chrono::milliseconds LAST_OUTPUT_TIME(500);  // after the log-out
 constexpr std::chrono::milliseconds LOG_OUT_TIME(1200);
 
 using Milliseconds = std::chrono::milliseconds;
-
-std::string CheckHeartbeat(const std::string& text) {
-  double seconds = 0;
-  const char* const end = text.data() + text.size();
-  const auto [stop, error] = std::from_chars(text.data(), end, seconds);
-  const bool valid = error == std::errc() && stop == end && seconds >= 0 && seconds <= MOST_SECONDS;
-  return valid ? "" : "is not a number of seconds from 0 to a year";
-}
 
 // Watches elements until a signal comes.
 class Watch : private ACE_Event_Handler {
@@ -237,8 +227,8 @@ class WatchCommand {
                                                            addCommand(text);
                                                        })
         ->allow_extra_args(false);
-    command.add_option("--heartbeat", m_options.heartbeat)->check(CheckHeartbeat);
-    command.add_option("--retry-max", m_options.retryMax)->check(CheckTimeout);
+    TakeSeconds(command.add_option("--heartbeat", m_options.heartbeat), Zero::Accepted);
+    TakeSeconds(command.add_option("--retry-max", m_options.retryMax));
     command.add_option("--encoding", m_options.encoding)->check(Encoding::Check);
     TakeSizes(command.add_option("--limit", m_options.limit), 1, MOST_BYTES);
     m_options.filter.AddOptions(command);

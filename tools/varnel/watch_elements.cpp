@@ -56,8 +56,7 @@ bool WatchElement::IsSameLine(const WatchElement& other) const {
 
 std::string WatchElements::Check(const std::string& argument) {
   if (argument.compare(0, 1, "=") == 0) return '"' + argument + "\" has no name (expected [NAME=]HOST:PORT)";
-  const std::string wrong = CheckAddress(FromArgument(argument).address);
-  return wrong.empty() ? "" : '"' + argument + "\" " + wrong;
+  return CheckAddress(FromArgument(argument).address);
 }
 
 std::vector<WatchElement> WatchElements::Read() {
@@ -101,7 +100,7 @@ void WatchElements::AddLine(std::string_view line, const std::string& place) {
   if (words.size() == 1) throw ElementError(place, '"' + words[0] + "\" has no address (expected NAME HOST:PORT)");
   if (words.size() > 4) throw ElementError(place, '"' + words[4] + "\" is a word too many after the password file");
   const std::string wrong = CheckAddress(words[1]);
-  if (!wrong.empty()) throw ElementError(place, '"' + words[1] + "\" " + wrong);
+  if (!wrong.empty()) throw ElementError(place, wrong);
   WatchElement element;
   element.name = words[0];
   element.address = words[1];
