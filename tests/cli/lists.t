@@ -9,6 +9,12 @@ The README has a row for each subcommand, and a document names each.
   >   grep -q "\`varnel $subcommand[\` ]" "$PROJECT"/docs/*.md || echo "no document in docs/ names varnel $subcommand"
   > done
 
+Each subcommand has sessions.
+
+  $ for subcommand in $(subcommands); do
+  >   [ -e "$SUPPORT/${subcommand//-/_}.t" ] || echo "tests/cli has no ${subcommand//-/_}.t"
+  > done
+
 Each subcommand has a line in terminal.t that passes hostile bytes to it.
 
   $ for subcommand in $(subcommands); do

@@ -185,19 +185,25 @@ constexpr bool AllReturn(Functions...) {
   return (std::is_same_v<Result, typename ResultOf<Functions>::Type> && ...);
 }
 
+struct DerivedEvent : CEvtMsg {
+  using CEvtMsg::CopyMembersTo;
+};
+
 // The symbol of a function names its parameters but not its result.
 static_assert(AllReturn<void>(StrTrimLeft, StrTrimRight, StrTrim, StrCollapse, toUpperCase, freeArray, ReplaceString,
                               SplitStringByChar, SplitFilePathAndFileName, GetFileLeftNameAndExName,
                               &ZEP_DIR_HEAD::ToHostOrder, &ZEP_FILE_HEAD::ToHostOrder, &CComNEHead::ToHostOrder,
                               &CComNEHead::ToNetOrder, &CComNEMsg::EmptyMsg, &CComNEMsg::SetMsg, &CComNEMsg::SetBufLen,
                               &CComNEMsg::AddMsg, &CCmdStr::SetMsg, &CCmdStr::AddMsg, &CCmdStr::EmptyMsg,
-                              &CPkgFile::ClearSoftInfo, &CTL1NEMsgParse::InitAllPrivate));
+                              &CPkgFile::ClearSoftInfo, &CTL1NEMsgParse::InitAllPrivate, &DerivedEvent::CopyMembersTo));
 static_assert(AllReturn<bool>(GetTL1AttrbuteString, VerifyFilePathAndName, IsTimerReach, ParseTL1SlotID, ParseMMLSlotID,
                               isColdPatch, IsTL1NeID, IsKorvaneNE, IsSccBdName, IsZepv2, IsZep08, IsExistShelfID,
-                              &CEvtMsg::IsMyEvt, &CEvtMsg::HandleReport, &CVNPackGuageEvt::HandleMMLReport,
-                              &CVNPackGuageEvt::HandleTL1LReport, &CVNScriptFileGuageEvt::HandleMMLReport,
-                              &CVNScriptFileEndEvt::HandleMMLReport, &CTL1NEMsgParse::NEMsgParse,
-                              &CTL1NEMsgParse::ParseMsgEndFlg, &Vnifstream::ReadFile, &Vnifstream::GetLine));
+                              &CEvtMsg::IsMyEvt, &CEvtMsg::HandleReport, &CVNPackGuageEvt::HandleReport,
+                              &CVNScriptFileGuageEvt::HandleReport, &CVNScriptFileEndEvt::HandleReport,
+                              &CVNPackGuageEvt::HandleMMLReport, &CVNPackGuageEvt::HandleTL1LReport,
+                              &CVNScriptFileGuageEvt::HandleMMLReport, &CVNScriptFileEndEvt::HandleMMLReport,
+                              &CTL1NEMsgParse::NEMsgParse, &CTL1NEMsgParse::ParseMsgEndFlg, &Vnifstream::ReadFile,
+                              &Vnifstream::GetLine));
 static_assert(AllReturn<int>(strmcmp, strmcmpnocase, VNRemoveFile, VNRemoveDir, &CTL1NEMsgParse::GetNEMsgType,
                              &CCmdStr::AddSnMML));
 static_assert(AllReturn<unsigned int>(

@@ -8,7 +8,7 @@
 
 #include "json.h"
 #include "output.h"
-#include "subcommands.h"
+#include "subcommand.h"
 #include "tl1_run.h"
 
 using VARNEL_TL1::Alarm;
@@ -201,4 +201,4 @@ class AlarmsCommand {
 
 }  // namespace
 
-const Subcommand ALARMS = {"alarms", HELP_TEXT, AddAs<AlarmsCommand>};
+extern const Subcommand ALARMS = {"alarms", HELP_TEXT, AddAs<AlarmsCommand>};

@@ -4,7 +4,7 @@
 #include "arguments.h"
 #include "ask_run.h"
 #include "byte_source.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 using VARNEL_TL1::Command;
 
@@ -95,4 +95,4 @@ class AskCommand {
 
 }  // namespace
 
-const Subcommand ASK = {"ask", HELP_TEXT, AddAs<AskCommand>};
+extern const Subcommand ASK = {"ask", HELP_TEXT, AddAs<AskCommand>};

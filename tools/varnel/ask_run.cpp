@@ -9,7 +9,7 @@
 
 #include "byte_source.h"
 #include "output.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 using VARNEL_TL1::Command;
 using VARNEL_TL1::Event;

@@ -6,7 +6,7 @@
 #include "arguments.h"
 #include "json.h"
 #include "output.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 namespace {
 
@@ -105,4 +105,4 @@ class BoardCommand {
 
 }  // namespace
 
-const Subcommand BOARD = {"board", HELP_TEXT, AddAs<BoardCommand>};
+extern const Subcommand BOARD = {"board", HELP_TEXT, AddAs<BoardCommand>};

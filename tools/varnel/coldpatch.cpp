@@ -6,7 +6,7 @@
 #include "json.h"
 #include "output.h"
 #include "package_file.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 namespace {
 
@@ -75,4 +75,4 @@ class ColdPatchCommand {
 
 }  // namespace
 
-const Subcommand COLDPATCH = {"coldpatch", HELP_TEXT, AddAs<ColdPatchCommand>};
+extern const Subcommand COLDPATCH = {"coldpatch", HELP_TEXT, AddAs<ColdPatchCommand>};

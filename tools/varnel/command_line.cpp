@@ -10,6 +10,9 @@
 
 #include "output.h"
 
+// Each is defined in the file of its name.
+extern const Subcommand PACKAGE, HEAD, MAKE_PACKAGE, COLDPATCH, REPORT, TL1, ALARMS, ASK, WATCH, SLOT, BOARD;
+
 namespace {
 
 constexpr char HELP_TEXT[] = R"(Print the help of a subcommand.

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "subcommands.h"
+#include "subcommand.h"
 
 /// The command `varnel` with all its subcommands.
 class CommandLine {

@@ -7,7 +7,7 @@
 #include "json.h"
 #include "output.h"
 #include "package_file.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 using VARNEL_COMMON::ZEP_DIR_HEAD;
 using VARNEL_COMMON::ZEP_FILE_HEAD;
@@ -195,4 +195,4 @@ class HeadCommand {
 
 }  // namespace
 
-const Subcommand HEAD = {"head", HELP_TEXT, AddAs<HeadCommand>};
+extern const Subcommand HEAD = {"head", HELP_TEXT, AddAs<HeadCommand>};

@@ -5,7 +5,7 @@
 #include "arguments.h"
 #include "output.h"
 #include "package_file.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 using namespace VARNEL_COMMON;
 
@@ -187,4 +187,4 @@ class MakePackageCommand {
 
 }  // namespace
 
-const Subcommand MAKE_PACKAGE = {"make-package", HELP_TEXT, AddAs<MakePackageCommand>};
+extern const Subcommand MAKE_PACKAGE = {"make-package", HELP_TEXT, AddAs<MakePackageCommand>};

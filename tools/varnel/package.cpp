@@ -11,7 +11,7 @@
 #include "output.h"
 #include "package_file.h"
 #include "progress.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 namespace {
 
@@ -258,4 +258,4 @@ class PackageCommand {
 
 }  // namespace
 
-const Subcommand PACKAGE = {"package", HELP_TEXT, AddAs<PackageCommand>};
+extern const Subcommand PACKAGE = {"package", HELP_TEXT, AddAs<PackageCommand>};

@@ -16,7 +16,7 @@
 #include "progress.h"
 #include "report_reader.h"
 #include "report_splitter.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 namespace {
 
@@ -331,4 +331,4 @@ class ReportCommand {
 
 }  // namespace
 
-const Subcommand REPORT = {"report", HELP_TEXT, AddAs<ReportCommand>};
+extern const Subcommand REPORT = {"report", HELP_TEXT, AddAs<ReportCommand>};

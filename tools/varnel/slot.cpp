@@ -8,7 +8,7 @@
 #include "json.h"
 #include "output.h"
 #include "slot_text.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 namespace {
 
@@ -158,4 +158,4 @@ class SlotCommand {
 
 }  // namespace
 
-const Subcommand SLOT = {"slot", HELP_TEXT, AddAs<SlotCommand>};
+extern const Subcommand SLOT = {"slot", HELP_TEXT, AddAs<SlotCommand>};

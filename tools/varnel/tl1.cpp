@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "arguments.h"
-#include "subcommands.h"
+#include "subcommand.h"
 #include "tl1_filter.h"
 #include "tl1_run.h"
 #include "tl1_strict.h"
@@ -218,4 +218,4 @@ class Tl1Command {
 
 }  // namespace
 
-const Subcommand TL1 = {"tl1", HELP_TEXT, AddAs<Tl1Command>};
+extern const Subcommand TL1 = {"tl1", HELP_TEXT, AddAs<Tl1Command>};

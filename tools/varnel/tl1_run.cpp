@@ -4,7 +4,7 @@
 
 #include "arguments.h"
 #include "output.h"
-#include "subcommands.h"
+#include "subcommand.h"
 
 using VARNEL_TL1::Message;
 using VARNEL_TL1::MessageType;

@@ -7,7 +7,7 @@
 #include "arguments.h"
 #include "byte_source.h"
 #include "output.h"
-#include "subcommands.h"
+#include "subcommand.h"
 #include "watch_connection.h"
 #include "watch_elements.h"
 
@@ -259,4 +259,4 @@ class WatchCommand {
 
 }  // namespace
 
-const Subcommand WATCH = {"watch", HELP_TEXT, AddAs<WatchCommand>};
+extern const Subcommand WATCH = {"watch", HELP_TEXT, AddAs<WatchCommand>};

@@ -1,5 +1,5 @@
-#ifndef VARNEL_TOOLS_SUBCOMMANDS_H
-#define VARNEL_TOOLS_SUBCOMMANDS_H
+#ifndef VARNEL_TOOLS_SUBCOMMAND_H
+#define VARNEL_TOOLS_SUBCOMMAND_H
 
 #include <CLI/CLI.hpp>
 #include <functional>
@@ -26,7 +26,5 @@ std::function<int()> AddAs(CLI::App& app) {
   const auto command = std::make_shared<Command>(app);
   return [command] { return command->Run(); };
 }
-
-extern const Subcommand PACKAGE, HEAD, MAKE_PACKAGE, COLDPATCH, REPORT, TL1, ALARMS, ASK, WATCH, SLOT, BOARD;
 
 #endif
