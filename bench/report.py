@@ -138,7 +138,7 @@ def sizing_text(times):
               for name, seconds in (("second", 1), ("minute", 60), ("hour", 3600))}
     million = 10**6
     return f"""\
-A report costs {duration(event + message)}: `IsMyEvt` of its own event and `HandleReport` {duration(event)}, `NEMsgParse` {duration(message)}.
+A report costs {duration(event + message)}: `IsMyEvt` of its event and `HandleReport` {duration(event)}, `NEMsgParse` {duration(message)}.
 One core can follow **{follow["second"]} elements** that send a report every second, {follow["minute"]} with one a
 minute, {follow["hour"]} with one an hour. This assumes reports of 300 bytes, messages of 520 bytes, 1,000,000 events
 and 100,000 messages alive, an owner that knows which event a report belongs to, and nothing else to do: receiving,

@@ -45,8 +45,8 @@ class VARNEL_API CComNEHead {
 
 /// A binary message: the header and a body of at most 65534 bytes in a buffer that grows.
 ///
-/// Every successful set or append puts a NUL after the body, at position `usMsgLen`, so that a text body can be read as
-/// a string. A body that does not fit is cut and a warning logged; compare `usMsgLen`. Buffers are freed without being
+/// Every successful set or append puts a NUL after the body, at position `usMsgLen`, so a text body can be read as a
+/// string. A body that does not fit is cut and a warning logged; compare `usMsgLen`. Buffers are freed without being
 /// wiped: call EmptyMsg() first for a secret. After ToNetOrder() `usMsgLen` is in network order: convert a copy of the
 /// header instead, or call ToHostOrder() before any other call.
 ///

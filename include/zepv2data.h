@@ -79,8 +79,8 @@ VARNEL_API std::string convertSlot2strDC(unsigned int neid, int bdid);
 /// are the slot, the others the shelf. Every other text is read by WSlotIDstr2i(): "105" is slot 105. From slot 100 on
 /// the DC form is ambiguous: "10100" is shelf 101, slot 0.
 ///
-/// A bounded copy that fails is logged; its part is then read from what the buffer holds. An overflow of the sum of
-/// both parts ends the process; it requires such a failure, or a negative number after a NUL.
+/// A bounded copy that fails is logged; its part is then read from the contents of the buffer. An overflow of the sum
+/// of both parts ends the process; it requires such a failure, or a negative number after a NUL.
 ///
 /// @param text  read up to its first NUL; its length includes the characters after it.
 /// @return shelf * 256 + slot, in 32 bits: "30000" is shelf 300 and no word slot identifier. 0 for an empty text.

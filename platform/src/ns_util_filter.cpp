@@ -31,14 +31,14 @@ size_t AfterName(const FilterText& text, size_t i) {
   return i;
 }
 
-// The ">" of <![CDATA[x<y]]>, else the last character.
+// The position of the ">" of <![CDATA[x<y]]>, else of the last character.
 size_t CharacterDataEnd(const FilterText& text, size_t i) {
   while (i + 1 < text.End() && !(text.At(i) == '>' && text.At(i - 1) == ']' && text.At(i - 2) == ']'))
     ++i;
   return i;
 }
 
-// From the content of an element to its end tag, which is written as its start tag: with "<", or with "&lt;".
+// From the content of an element to its end tag, which must be written like its start tag: with "<" or with "&lt;".
 size_t ElementEnd(const FilterText& text, size_t i, size_t bytes) {
   for (size_t depth = 1; i < text.End(); ++i) {
     if (text.At(i) == '<' && text.Bytes(i) != bytes) continue;
@@ -51,13 +51,13 @@ size_t ElementEnd(const FilterText& text, size_t i, size_t bytes) {
   return i;
 }
 
-// By how their tags are written: the last end tag of a key, and the end of the last element that was found.
+// For each spelling of tags: the last end tag of a key, and the end of the last element found.
 struct Elements {
   size_t lastEndTag = 0;
   size_t end = 0;
 };
 
-// "login <user> <password> [x]" has no end tag and no value; an element that is never closed reaches to the end.
+// "login <user> <password> [x]" has no end tag and no value; an element that is never closed extends to the end.
 void FindElements(const FilterText& text, Secrets& secrets) {
   std::map<size_t, Elements> elements;
   for (size_t i = 1; i < text.End(); ++i) {
@@ -86,8 +86,8 @@ bool EndsAddress(const FilterText& text, size_t i) {
   return text.IsQuote(i) || IsWhite(text.At(i)) || IsOneOf(text.At(i), "<>");
 }
 
-// From the place after "//" to the end. The password ends at the last "@" before "/", "?" or "#". It may hold these
-// unless it looks like a port: http://10.0.0.7:8080/a@b has none.
+// From the position after "//" to the end. The password ends at the last "@" before "/", "?" or "#". It may contain
+// these unless it looks like a port: http://10.0.0.7:8080/a@b has none.
 size_t FindPassword(const FilterText& text, size_t i, Secrets& secrets) {
   size_t password = NONE, end = 0;
   bool isPort = true;
@@ -140,8 +140,8 @@ CDCLogFilter* CDCLogFilter::getInstance() {
   return &filter;
 }
 
-// What is masked may have held quotes, so the rest may read differently then. A text that keeps changing is masked from
-// its first secret on.
+// A masked part may have contained quotes, so the rest may be read differently afterwards. A text that keeps changing
+// is masked from its first secret on.
 void CDCLogFilter::replaceAllSensInfo(std::string& text) {
   constexpr int PASSES = 8;
   for (int i = 0; i <= PASSES; ++i) {

@@ -17,12 +17,12 @@
   
   Subcommands:
     package       Check NE software files and list the entries of packages
-    head          Show both heads of an NE software file, field by field
-    make-package  Write an NE software file with valid heads
+    head          Show both headers of an NE software file, field by field
+    make-package  Write an NE software file with valid headers
     coldpatch     Report whether files are cold patches
     report        Follow package loads and script runs in the reports of elements
     tl1           Cut a stream of bytes into TL1 messages and show their parts
-    alarms        Keep the table of active alarms in TL1 streams
+    alarms        List the active alarms of TL1 streams
     ask           Send TL1 commands to an element and print the answers
     watch         Follow many elements and print what they send
     slot          Show a slot in each form in which it can be written

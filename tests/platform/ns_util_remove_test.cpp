@@ -253,7 +253,7 @@ TEST_F(Remove, NoDescriptorStaysOpen) {
   EXPECT_EQ(OpenDescriptors(), open);
 }
 
-// Folders within folders, some with a file, a link and a folder beside the next level.
+// Nested folders, some with a file, a link and a folder next to the next level.
 void MakeDeepTree(const std::string& root, int depth) {
   ASSERT_EQ(mkdir(root.c_str(), 0777), 0);
   int here = open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);

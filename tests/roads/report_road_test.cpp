@@ -94,23 +94,23 @@ class Tool {
   // The steps are recorded in order.
   void Receive(const std::string& message) {
     CTL1NEMsgParse parser(message);
-    if (!parser.NEMsgParse()) return Tell("not recognised");
+    if (!parser.NEMsgParse()) return Record("not recognised");
     const std::string code = parser.GetRetRspCode();
-    if (parser.GetNEMsgType() == 2) return Tell("accepted " + TextOf(parser.GetCtage()));
-    if (!parser.ParseMsgEndFlg(message)) return Tell("incomplete");
-    if (parser.GetNEMsgType() == 3) return Tell(code + ' ' + TextOf(parser.GetCtage()));
+    if (parser.GetNEMsgType() == 2) return Record("accepted " + TextOf(parser.GetCtage()));
+    if (!parser.ParseMsgEndFlg(message)) return Record("incomplete");
+    if (parser.GetNEMsgType() == 3) return Record(code + ' ' + TextOf(parser.GetCtage()));
     const auto* progress = dynamic_cast<CVNPackGuageEvt*>(Offer(m_events, message));
-    Tell(progress == nullptr ? "nobody waits" : std::to_string(progress->GetGuage()) + '%');
+    Record(progress == nullptr ? "unclaimed" : std::to_string(progress->GetGuage()) + '%');
   }
 
-  std::vector<std::string> told;
+  std::vector<std::string> steps;
 
  private:
   std::string TextOf(const std::string& tag) {
     const auto found = m_pending.find(tag);
     return found == m_pending.end() ? "nothing sent" : found->second.GetMsg();
   }
-  void Tell(const std::string& step) { told.push_back(step); }
+  void Record(const std::string& step) { steps.push_back(step); }
 
   Events m_events;
   std::map<std::string, CCmdStr> m_pending;
@@ -124,9 +124,9 @@ TEST_F(ReportRoad, FollowsATl1LoadForAnyCutOfTheStream) {
     tool.Send("117");
     for (const std::string& message : Frame(TL1_SESSION, piece))
       tool.Receive(message);
-    EXPECT_EQ(tool.told,
+    EXPECT_EQ(tool.steps,
               (Lines{"accepted LOAD-PACK:NE1::117::SRC=\"a.pkg\";", "COMPLD LOAD-PACK:NE1::117::SRC=\"a.pkg\";", "0%",
-                     "nobody waits", "DENY nothing sent", "41%", "100%"}))
+                     "unclaimed", "DENY nothing sent", "41%", "100%"}))
         << piece;
   }
   EXPECT_EQ(Log(), Lines{});
@@ -137,24 +137,24 @@ TEST_F(ReportRoad, ReportsThePartThatTheStrictParserRefuses) {
   Tool tool(EventsOfATool());
   tool.Receive("\r\n\n   NE1 26-01-15 12:00:08\r\nA  1 REPT EVT PROGRESS\r\n   \"S:SLOTSDONE=1,SLOTSTTL=2,\"\r\n;");
   tool.Receive("\r\n\n   NE1 26-01-15\r\n;");
-  EXPECT_EQ(tool.told, (Lines{"not recognised", "not recognised"}));
+  EXPECT_EQ(tool.steps, (Lines{"not recognised", "not recognised"}));
   EXPECT_EQ(Log(), Lines{"warning tl1nemsgparse::NEMsgParse CTL1NEMsgParse::ParseDate(): ParseDate failed;"});
 }
 
 TEST_F(ReportRoad, FollowsAnMmlScriptToItsEnd) {
   const Events waiting = EventsOfATool();
-  Lines told;
+  Lines steps;
   for (const std::string& report : MML_REPORTS) {
     CEvtMsg* event = Offer(waiting, report);
     if (event == nullptr) {
-      told.emplace_back("nobody waits");
+      steps.emplace_back("unclaimed");
     } else if (const auto* progress = dynamic_cast<CVNScriptFileGuageEvt*>(event)) {
-      told.push_back(std::to_string(progress->GetGuage()) + '%');
+      steps.push_back(std::to_string(progress->GetGuage()) + '%');
     } else if (const auto* end = dynamic_cast<CVNScriptFileEndEvt*>(event)) {
-      told.push_back(end->m_strResult + ' ' + std::to_string(end->m_dwResultCode));
+      steps.push_back(end->m_strResult + ' ' + std::to_string(end->m_dwResultCode));
     }
   }
-  EXPECT_EQ(told, (Lines{"25%", "100%", "nobody waits", "SUCCESS 0"}));
+  EXPECT_EQ(steps, (Lines{"25%", "100%", "unclaimed", "SUCCESS 0"}));
 }
 
 TEST_F(ReportRoad, IgnoresReportsInTheOtherLanguage) {

@@ -16,7 +16,7 @@ struct Case {
   std::vector<std::string> arguments;
   ElementScript script;
   std::string error;
-  double limit = 0;  ///< seconds that --timeout gives, 0 for none
+  double limit = 0;  ///< the seconds of --timeout, 0 for none
 };
 
 std::string Repeated(const std::string& text, size_t size) {

@@ -11,7 +11,7 @@ namespace VARNEL_TEST {
 /// A spelling of a password in a text, and the expected filtered text.
 struct Spelling {
   const char* name;
-  std::function<std::string(const std::string& password)> write;  ///< gives "" where it cannot be spelled so
+  std::function<std::string(const std::string& password)> write;  ///< returns "" if it cannot be spelled so
   std::string masked;
 };
 

@@ -61,7 +61,7 @@ struct RecordingHost {
 
   CallFailure boundedCopies;       ///< memcpy_s and strncpy_s
   int boundedCopyResult = 34;      ///< what a failing one returns
-  bool failingCopiesCopy = false;  ///< a failing one copies all the same
+  bool failingCopiesCopy = false;  ///< a failing one copies nevertheless
   CallFailure formats;             ///< snprintf_s; a failing one returns -1 and writes nothing
   CallFailure stats;
   CallFailure opens;

@@ -13,7 +13,7 @@ namespace VARNEL_TEST {
 /// How an element sends its bytes.
 struct ElementScript {
   std::string bytes;
-  size_t pieceSize = 0;                ///< bytes sent at once; 0 for all
+  size_t pieceSize = 0;                ///< bytes sent in one piece; 0 for all
   std::chrono::milliseconds pause{0};  ///< between two pieces
   bool forEver = false;                ///< begins again after the last byte, until the other side goes away
   bool silent = false;                 ///< after the last byte keeps the connection open until the other side goes away

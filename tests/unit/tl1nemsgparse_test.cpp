@@ -679,7 +679,7 @@ TEST_F(Tl1Parser, ThrowingLogServiceLeaksNothing) {
   EXPECT_EQ(LiveAllocations(), live);
 }
 
-// Messages small enough that copying them costs the same per byte, whatever their size.
+// Messages of this size are small enough for a constant cost per copied byte.
 TEST_F(Tl1Parser, ParsingIsLinear) {
   const std::string starts[] = {"", HEADER, HEADER + "M  7 COMPLD\r\n"s, HEADER + "A 5 M"s, HEADER + "M  7 "s, "IP "};
   for (const std::string& start : starts) {

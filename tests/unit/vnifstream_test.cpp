@@ -43,7 +43,7 @@ Texts Rest(Vnifstream& file, unsigned int size = 1024) {
   return lines;
 }
 
-/// A reader that is never destroyed, so that it may share its buffer.
+/// A reader that is never destroyed, therefore it may share its buffer.
 class Undestroyed {
  public:
   explicit Undestroyed(const std::string& path) : m_reader(new (m_storage) Vnifstream(path)) {}

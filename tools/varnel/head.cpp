@@ -32,8 +32,8 @@ JSON object:
   path, ok, error       The file, whether its headers are valid, and the first
                         fault or null
   directory, file       The fields of each header by name, or null
-  stored, computed      Objects with the checksums of both headers, directory and
-                        file; null for a missing header
+  stored, computed      Objects with the checksums of both headers, directory
+                        and file; null for a missing header
 
 Exit status:
   0  Both headers and the texts are valid.

@@ -18,9 +18,9 @@ constexpr char HELP_TEXT[] = R"(Write an NE software file with valid headers.
 Usage: varnel make-package [OPTION]... OUTPUT
 
 OUTPUT is the file to write, or - for standard output, which must not be a
-terminal. The file consists of headers with valid checksums, the link and version
-texts, the description and the payload. It appears under its name only when it
-is complete, and replaces a file of that name.
+terminal. The file consists of headers with valid checksums, the link and
+version texts, the description and the payload. It appears under its name only
+when it is complete, and replaces a file of that name.
 
 NUMBER is 0 to 65535, decimal, or hexadecimal after 0x.
 

@@ -22,10 +22,10 @@ constexpr char HELP_TEXT[] = R"(Check NE software files and list the entries of 
 Usage: varnel package [OPTION]... PATH...
 
 PATH is a file, a folder to search, or - for standard input. A file is good if
-its headers and texts are valid and its file type is accepted: 0 to 13, 15 or 513.
-A file without a section [File Description] has no entries. The payload is not
-checked. Faults of the description are reported on standard error and do not
-make the file bad.
+its headers and texts are valid and its file type is accepted: 0 to 13, 15 or
+513. A file without a section [File Description] has no entries. The payload is
+not checked. Faults of the description are reported on standard error and do
+not make the file bad.
 
 In a folder, files without the software-file magic are skipped and counted.
 Symbolic links are not followed. Pipes and devices are skipped.

@@ -11,7 +11,7 @@
 // These names stay visible in a host that is built with hidden names.
 #pragma GCC visibility push(default)
 
-/// File calls of the host, which must be safe from several threads at once.
+/// File calls of the host, which must be safe to call from several threads concurrently.
 namespace KELP_OS {
 
 /// Opens a file as std::fopen does.

@@ -35,8 +35,8 @@ class LocationInfo {
 };
 
 /// The host's logging service. Both overloads write every line, even if the service filters by level, and must be safe
-/// to call from several threads at once. The bundled ones write control characters of the text, tab and DEL included,
-/// as "\xNN", so that a text cannot add a line to the log. They ignore the failure of a sink, and throw only
+/// to call from several threads concurrently. The bundled ones write control characters of the text, tab and DEL
+/// included, as "\xNN", so that a text cannot add a line to the log. They ignore the failure of a sink, and throw only
 /// std::bad_alloc, if the line itself cannot be composed.
 class LogProcess {
  public:

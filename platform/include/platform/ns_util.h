@@ -9,7 +9,7 @@
 // These names stay visible in a host that is built with hidden names.
 #pragma GCC visibility push(default)
 
-/// Utility services of the host. All of them must be safe to call from several threads at once.
+/// Utility services of the host. All of them must be safe to call from several threads concurrently.
 namespace NS_UTIL {
 
 /// Masks the parts of log texts that the host considers sensitive.
