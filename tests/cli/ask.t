@@ -324,12 +324,10 @@ Without an answer.
   {"command":"RTRV-HDR:::70;","error":"Connection refused"}
   ! varnel: 127.0.0.1:PORT: Connection refused
   [1]
-  $ dismiss
   $ serve --hang
   $ ask --timeout 0.3 "$address" RTRV-HDR:::70
   ! varnel: 127.0.0.1:PORT: no connection within 0.3 seconds
   [1]
-  $ dismiss
   $ ask no..host:3083 RTRV-HDR
   ! varnel: no..host:3083: Name or service not known
   [1]

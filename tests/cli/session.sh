@@ -32,7 +32,7 @@ put() {
   printf "$3" | dd of="$1" bs=1 seek="$2" conv=notrunc status=none
 }
 
-# serve ARGUMENT...: starts an element and sets $address. It ends with the connection, or by itself.
+# serve ARGUMENT...: starts an element and sets $address. It ends with the connection or the session.
 serve() {
   local port output
   exec {output}< <(exec varnel_element "$@" < /dev/null)
@@ -42,9 +42,6 @@ serve() {
 
 # The name of this machine for itself; its number if no name is known.
 local_name() { if getent hosts localhost > /dev/null; then echo localhost; else echo 127.0.0.1; fi; }
-
-# dismiss: ends an element that waits for nobody.
-dismiss() { kill "$!" && { wait "$!" || true; }; }
 
 # hold COMMAND...: makes a pipe named `pipe` that has the output of a command and stays open.
 hold() {

@@ -63,13 +63,12 @@ Log-in, commands, messages, gaps also across a reconnect, and the log-out.
 A failure that repeats is reported once: connections refused, log-ins refused, connections closed at once.
 
   $ : > received
-  $ serve --refuse; element=$!
+  $ serve --refuse
   $ start "a=$address" --retry-max 0.05
   $ await down
   $ sleep 0.5
   $ stop
   {"event":"down","source":"a","reason":"Connection refused","retry_in":R}
-  $ kill "$element"
   $ talk 3 receive "send $head"'M  % DENY\r\n   PIUI\r\n;' stay
   $ start "a=$address" "${account[@]}" --type acknowledgement --retry-max 0.05
   $ await login_refused
@@ -78,7 +77,7 @@ A failure that repeats is reported once: connections refused, log-ins refused, c
   {"event":"up","source":"a"}
   {"event":"login_refused","source":"a","reason":"PIUI","code":"DENY","user":"ops","retry_in":R}
   ACT-USER::ops:N::"Se\"cret\\1";
-  $ serve --times 50; element=$!
+  $ serve --times 50
   $ start "$address" --retry-max 0.05
   $ await down
   $ sleep 0.5
@@ -87,18 +86,16 @@ A failure that repeats is reported once: connections refused, log-ins refused, c
   $ without_port < shown
   {"event":"up","source":"127.0.0.1:PORT"}
   {"event":"down","source":"127.0.0.1:PORT","reason":"the element closed the connection","retry_in":R}
-  $ kill "$element"
 
 Heartbeats: answers are not printed; without one the connection is lost.
 
-  $ talk 2 receive "$compld" receive stay; element=$!
+  $ talk 2 receive "$compld" receive stay
   $ start "a=$address" --heartbeat 0.2 --type '*' --retry-max 30
   $ await down
   $ stop
   {"event":"up","source":"a"}
   {"event":"down","source":"a","reason":"no answer to the heartbeat","retry_in":R}
   RTRV-HDR:::N;
-  $ kill "$element"
 
 The list is read again. A bad one changes nothing; an element that it no longer has is logged out.
 

@@ -1,9 +1,11 @@
 // A network element for command-line tests: prints the port it listens on, serves connections one after the other, and
 // ends.
 
+#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
+#include <csignal>
 #include <exception>
 #include <fstream>
 #include <iostream>
@@ -12,7 +14,8 @@
 #include "temp_folder.h"
 
 int main(int argc, char** argv) {
-  alarm(50);  // so that no element outlives a command that never connects
+  prctl(PR_SET_PDEATHSIG, SIGKILL);  // an element that nobody connects to ends with its session
+  alarm(50);
   CLI::App app("Sends a file to the first who connects");
   std::string file;
   std::string host = "127.0.0.1";
