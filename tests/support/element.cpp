@@ -21,9 +21,11 @@ int main(int argc, char** argv) {
   std::string host = "127.0.0.1";
   VARNEL_TEST::ElementScript script;
   unsigned int pause = 0, times = 1;
+  unsigned short port = 0;
   bool refuse = false, hang = false, talk = false;
   app.add_option("FILE", file);
   app.add_option("--host", host);
+  app.add_option("--port", port);
   app.add_option("--piece", script.pieceSize);
   app.add_option("--pause", pause);
   app.add_option("--times", times);
@@ -36,7 +38,7 @@ int main(int argc, char** argv) {
     app.parse(argc, argv);
     if (!file.empty()) script.bytes = VARNEL_TEST::ReadWhole(file);
     script.pause = std::chrono::milliseconds(pause);
-    VARNEL_TEST::ScriptedElement element(host.c_str());
+    VARNEL_TEST::ScriptedElement element(host.c_str(), port);
     if (refuse) element.Refuse();
     if (hang) element.Hang();
     std::cout << element.Port() << std::endl;
