@@ -376,7 +376,9 @@ Signals log out; so does a closed pipe.
   $ sed -n '$p' received | without_ctags
   CANC-USER::ops:N;
   $ talk receive "$compld" receive "$compld" receive "$compld" receive "$compld" receive
-  $ printf 'RTRV-HDR:::70\nRTRV-HDR:::71\n' | command varnel ask "${account[@]}" "$address" - | true
+  $ exec {closed}> >(true)
+  $ wait "$!"
+  $ printf 'RTRV-HDR:::70\nRTRV-HDR:::71\n' | command varnel ask "${account[@]}" "$address" - >&"$closed"
   [141]
   $ sed -n '$p' received | without_ctags
   CANC-USER::ops:N;
