@@ -182,13 +182,15 @@ Password files.
   ! varnel: open: other users have access to this password file (expected: chmod 600)
   [1]
   $ (umask 077; echo > empty; : > none; head -c 1100 /dev/zero | tr '\0' x > long; printf 'a\tb\n' > control)
-  $ for file in empty none long control absent .; do ask --user ops --password-file "$file" 127.0.0.1:1 RTRV-HDR; done
+  $ mkfifo named
+  $ for file in empty none long control absent . named; do ask --user ops --password-file "$file" 127.0.0.1:1 RTRV-HDR; done
   ! varnel: empty: the password is empty
   ! varnel: none: the password is empty
   ! varnel: long: the password is longer than 1024 bytes
   ! varnel: control: control character or byte 255 in the password
   ! varnel: absent: No such file or directory
-  ! varnel: .: is not a regular file or pipe
+  ! varnel: .: is not a regular file or unnamed pipe
+  ! varnel: named: is not a regular file or unnamed pipe
   [1]
   $ ask --password-file password 127.0.0.1:1 RTRV-HDR
   ! varnel: --password-file requires --user
@@ -208,6 +210,18 @@ Password files.
   ACT-USER::ops:N::first;
   RTRV-HDR:::70;
   CANC-USER::ops:N;
+
+  $ talk receive "$compld" receive "$deny" receive
+  $ ask --user ops --password-file <(printf second) "$address" RTRV-HDR:::70 > /dev/null
+  [1]
+  $ sed -n '1s/.*:/:/p' received
+  :second;
+  $ command varnel ask --user ops --password-file <(: < named) 127.0.0.1:1 RTRV-HDR & asking=$!
+  $ sleep 0.2
+  $ kill "$asking"
+  $ wait "$asking"
+  [143]
+  $ : > named
 
 Commands from standard input are sent as they come.
 
@@ -279,16 +293,16 @@ Without an answer.
   ! varnel: 127.0.0.1:PORT: RTRV-HDR:::70; no answer within 0.2 seconds
   [1]
   $ talk receive receive "$compld"
-  $ ask --keep-going --timeout 0.2 "$address" RTRV-HDR:::70 RTRV-HDR:::71
+  $ ask --keep-going --timeout 1 "$address" RTRV-HDR:::70 RTRV-HDR:::71
   RTRV-HDR:::71;
   response  COMPLD  ctag 71
     from  NE1  26-03-04  05:06:07
     at    N, 44 bytes
   
-  ! varnel: 127.0.0.1:PORT: RTRV-HDR:::70; no answer within 0.2 seconds
+  ! varnel: 127.0.0.1:PORT: RTRV-HDR:::70; no answer within 1 second
   [1]
   $ talk receive "send ${head}M  % COMPLD\r\n   cut" stay
-  $ ask --timeout 0.2 "$address" RTRV-HDR:::70
+  $ ask --timeout 1 "$address" RTRV-HDR:::70
   response  COMPLD  ctag 70  (incomplete)
     from  NE1  26-03-04  05:06:07
     at    N, 49 bytes
@@ -297,7 +311,7 @@ Without an answer.
   ! varnel: 127.0.0.1:PORT: RTRV-HDR:::70; the answer is incomplete
   [1]
   $ talk receive "send ${head}M  % COMPLD\r\n   one\r\n>" stay
-  $ ask --timeout 0.2 "$address" RTRV-HDR:::70
+  $ ask --timeout 1 "$address" RTRV-HDR:::70
   response  COMPLD  ctag 70  (continues)  (incomplete)
     from  NE1  26-03-04  05:06:07
     at    N, 52 bytes
@@ -324,12 +338,10 @@ Without an answer.
   {"command":"RTRV-HDR:::70;","error":"Connection refused"}
   ! varnel: 127.0.0.1:PORT: Connection refused
   [1]
-  $ dismiss
   $ serve --hang
   $ ask --timeout 0.3 "$address" RTRV-HDR:::70
   ! varnel: 127.0.0.1:PORT: no connection within 0.3 seconds
   [1]
-  $ dismiss
   $ ask no..host:3083 RTRV-HDR
   ! varnel: no..host:3083: Name or service not known
   [1]
@@ -364,7 +376,9 @@ Signals log out; so does a closed pipe.
   $ sed -n '$p' received | without_ctags
   CANC-USER::ops:N;
   $ talk receive "$compld" receive "$compld" receive "$compld" receive "$compld" receive
-  $ printf 'RTRV-HDR:::70\nRTRV-HDR:::71\n' | command varnel ask "${account[@]}" "$address" - | true
+  $ exec {closed}> >(true)
+  $ wait "$!"
+  $ printf 'RTRV-HDR:::70\nRTRV-HDR:::71\n' | command varnel ask "${account[@]}" "$address" - >&"$closed"
   [141]
   $ sed -n '$p' received | without_ctags
   CANC-USER::ops:N;

@@ -121,7 +121,6 @@ Connections that are closed early or refused.
   $ varnel report --connect "$address" --timeout 50 2>&1 | without_port
   ! varnel: 127.0.0.1:PORT: Connection refused
   [1]
-  $ dismiss
   $ varnel report --connect "no..host:7"
   ! varnel: no..host:7: Name or service not known
   [1]

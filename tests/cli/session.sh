@@ -32,7 +32,7 @@ put() {
   printf "$3" | dd of="$1" bs=1 seek="$2" conv=notrunc status=none
 }
 
-# serve ARGUMENT...: starts an element and sets $address. It ends when the connection ends, or by its own commands.
+# serve ARGUMENT...: starts an element and sets $address. It ends with the connection or the session.
 serve() {
   local port output
   exec {output}< <(exec varnel_element "$@" < /dev/null)
@@ -42,9 +42,6 @@ serve() {
 
 # The name of the loopback address; its number if it has no name.
 local_name() { if getent hosts localhost > /dev/null; then echo localhost; else echo 127.0.0.1; fi; }
-
-# dismiss: ends an element without a connection.
-dismiss() { kill "$!" && { wait "$!" || true; }; }
 
 # hold COMMAND...: creates a pipe named `pipe` that contains the output of a command and stays open.
 hold() {

@@ -140,7 +140,6 @@ Connections: whole, one byte at a time, cut off, refused, silent.
   $ varnel tl1 --connect "$address" 2>&1 | without_port
   ! varnel: 127.0.0.1:PORT: Connection refused
   [1]
-  $ dismiss
   $ serve --silent "$DATA/tl1/session.tl1"
   $ varnel tl1 --type acknowledgement --connect "$address" --idle 1 2>&1 | without_port
   acknowledgement  IP  ctag 117

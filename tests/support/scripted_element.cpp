@@ -116,9 +116,8 @@ class Conversation {
 
 }  // namespace
 
-ScriptedElement::ScriptedElement(const char* host) {
-  const unsigned short anyPort = 0;
-  ACE_INET_Addr address(anyPort, host);
+ScriptedElement::ScriptedElement(const char* host, unsigned short port) {
+  ACE_INET_Addr address(port, host);
   if (m_acceptor.open(address) != 0 || m_acceptor.get_local_addr(address) != 0) {
     throw std::runtime_error(std::string(host) + ": " + std::strerror(errno));
   }

@@ -19,12 +19,13 @@ struct ElementScript {
   bool silent = false;                 ///< after the last byte keeps the connection open until the other side goes away
 };
 
-/// A network element on a free loopback port.
+/// A network element on a loopback port.
 class ScriptedElement {
  public:
   /// @param host  127.0.0.1 or ::1
+  /// @param port  0 for one of its own
   /// @throw std::runtime_error  when it cannot listen there
-  explicit ScriptedElement(const char* host = "127.0.0.1");
+  explicit ScriptedElement(const char* host = "127.0.0.1", unsigned short port = 0);
   ~ScriptedElement();
   ScriptedElement(const ScriptedElement&) = delete;
   ScriptedElement& operator=(const ScriptedElement&) = delete;

@@ -164,7 +164,8 @@ bool AskRun::ReadPassword() {
   if (m_options.user.empty()) return true;
   const bool asks = m_options.passwordFile.empty();
   const std::string prompt = "Password of " + Escaped(m_options.user) + " at " + Escaped(m_options.address) + ": ";
-  std::string error = asks ? m_password.Ask(prompt, m_signals.Waiting()) : m_password.ReadFile(m_options.passwordFile);
+  std::string error = asks ? m_password.Ask(prompt, m_signals.Waiting())
+                           : m_password.ReadFile(m_options.passwordFile, m_signals.Waiting());
   if (error.empty()) error = CheckLogIn(m_options.user, m_password.View());
   if (error.empty()) return true;
   if (m_signals.Arrived() == 0) Complain(asks ? "password of " + m_options.user : m_options.passwordFile, error);

@@ -1,8 +1,10 @@
 #include "password.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <poll.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -13,12 +15,16 @@
 
 namespace {
 
+bool IsUnnamedPipe(int file) {
+  struct ::statfs system;
+  return fstatfs(file, &system) == 0 && system.f_type == PIPEFS_MAGIC;
+}
+
 // Returns why a file is refused as a password file; else empty.
-std::string CheckFile(int file) {
-  struct ::stat status;
-  if (file < 0 || fstat(file, &status) != 0) return std::strerror(errno);
-  if (!S_ISREG(status.st_mode) && !S_ISFIFO(status.st_mode)) return "is not a regular file or pipe";
-  const bool othersMay = (status.st_mode & (S_IRWXG | S_IRWXO)) != 0;
+std::string CheckFile(int file, mode_t mode) {
+  const bool isPipe = S_ISFIFO(mode) && (file == STDIN_FILENO || IsUnnamedPipe(file));
+  if (!S_ISREG(mode) && !isPipe) return "is not a regular file or unnamed pipe";
+  const bool othersMay = (mode & (S_IRWXG | S_IRWXO)) != 0;
   return othersMay ? "other users have access to this password file (expected: chmod 600)" : "";
 }
 
@@ -60,14 +66,17 @@ bool Await(int file, int interrupt) {
 
 }  // namespace
 
-std::string Password::ReadFile(const std::string& path) {
+std::string Password::ReadFile(const std::string& path, int interrupt) {
   Wipe();
-  // Not blocking at first, since opening a pipe without a writer would wait without limit.
-  const Descriptor opened(path == "-" ? -1 : open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-  const int file = path == "-" ? STDIN_FILENO : opened.Get();
-  std::string error = CheckFile(file);
-  if (error.empty() && path != "-" && fcntl(file, F_SETFL, O_RDONLY) != 0) error = std::strerror(errno);
-  if (error.empty()) error = ReadLine(file, -1);
+  // Not blocking, since opening a named pipe without a writer would wait without limit.
+  const bool opens = path != "-";
+  const Descriptor opened(opens ? open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC) : -1);
+  const int file = opens ? opened.Get() : STDIN_FILENO;
+  struct ::stat status;
+  if (file < 0 || fstat(file, &status) != 0) return std::strerror(errno);
+  m_isFromFile = opens && S_ISREG(status.st_mode);
+  std::string error = CheckFile(file, status.st_mode);
+  if (error.empty()) error = ReadLine(file, interrupt);
   if (!error.empty()) Wipe();
   return error;
 }
@@ -94,7 +103,7 @@ std::string Password::ReadLine(int file, int interrupt) {
   while (m_length < m_text.size()) {
     if (!Await(file, interrupt)) return "interrupted";
     const ssize_t count = read(file, &m_text[m_length], 1);
-    if (count < 0 && errno == EINTR) continue;
+    if (count < 0 && (errno == EINTR || errno == EAGAIN)) continue;
     if (count < 0) return std::strerror(errno);
     if (count == 0 || m_text[m_length] == '\n') break;
     ++m_length;

@@ -52,7 +52,10 @@ WatchConnection::~WatchConnection() {
 
 void WatchConnection::Start() {
   m_state = State::LookingUp;
-  m_deadline = m_run.output.Now() + CONNECT_TIME;
+  m_addresses.clear();
+  m_nextAddress = 0;
+  m_connectEnd = m_run.output.Now() + CONNECT_TIME;
+  m_deadline = m_connectEnd;
   SetTimer();
   const auto take = [this](const Lookup& result) { TakeLookup(result); };
   m_query = m_run.resolver.Start(*ParseAddress(m_element.address), take);
@@ -103,19 +106,21 @@ void WatchConnection::TakeLookup(const Lookup& result) {
   m_query.reset();
   if (!result.error.empty()) return Fail({"down", result.error, ""});
   m_addresses = result.addresses;
-  m_nextAddress = 0;
   m_connectError = "no address";
   m_state = State::Connecting;
   ConnectToNext();
 }
 
+// Each address has its share of the time, so that one that does not answer leaves some to the others.
 void WatchConnection::ConnectToNext() {
   while (m_nextAddress < m_addresses.size()) {
+    const Time now = m_run.output.Now();
+    m_deadline = now + (m_connectEnd - now) / static_cast<int>(m_addresses.size() - m_nextAddress);
     ACE_SOCK_Connector connector;
     if (connector.connect(m_stream, m_addresses[m_nextAddress++], &ACE_Time_Value::zero) == 0) return TakeConnected();
     if (errno == EWOULDBLOCK) {
       Listen(WRITE_MASK);
-      if (m_mask != NULL_MASK) return;
+      if (m_mask != NULL_MASK) return SetTimer();
     }
     m_connectError = std::strerror(errno);
     Close();
@@ -278,8 +283,11 @@ void WatchConnection::TimeOver() {
   m_timer.reset();
   const bool over = m_deadline && *m_deadline <= m_run.output.Now();
   if (over && m_state == State::Waiting) return Start();
-  if (over && (m_state == State::LookingUp || m_state == State::Connecting))
-    return Fail({"down", "no connection within 30 seconds", ""});
+  if (over && (m_state == State::LookingUp || m_state == State::Connecting)) {
+    m_connectError = "no connection within 30 seconds";
+    Close();
+    return ConnectToNext();
+  }
   if (over) {
     m_deadline.reset();
     PrintUp();

@@ -65,7 +65,7 @@ struct WatchRun {
 ///     Waiting      time is over                  look up the address                               LookingUp
 ///     LookingUp    addresses                     connect to the first                              Connecting
 ///     Connecting   connected                     "up"; log in or send the commands                 Connected
-///                  refused                       connect to the next address                       Connecting
+///                  refused, its share is over    connect to the next address                       Connecting
 ///     LookingUp, Connecting: failed, time over   "down"                                            Waiting
 ///     Connected    bytes                         print messages; "login" and the commands          Connected
 ///                  log-in refused                "login_refused"                                   Waiting
@@ -152,6 +152,7 @@ class WatchConnection : public ACE_Event_Handler {
   std::shared_ptr<WatchResolver::Query> m_query;
   std::vector<ACE_INET_Addr> m_addresses;
   size_t m_nextAddress = 0;
+  Time m_connectEnd;
   std::string m_connectError;
   ACE_SOCK_Stream m_stream;
   ACE_Reactor_Mask m_mask = NULL_MASK;

@@ -3,7 +3,6 @@
 #include <session.h>
 
 #include <algorithm>
-#include <map>
 #include <utility>
 
 #include "address.h"
@@ -12,7 +11,6 @@
 namespace {
 
 constexpr std::string_view BLANKS = " \t";
-constexpr char STANDARD_INPUT[] = "-";
 
 WatchElement FromArgument(const std::string& argument) {
   const size_t sign = argument.find('=');
@@ -78,7 +76,7 @@ std::vector<WatchElement> WatchElements::Read() {
 }
 
 void WatchElements::ReadFile() {
-  if (file.empty() || (file == STANDARD_INPUT && !m_list.empty())) return;
+  if (file.empty() || (file == "-" && !m_list.empty())) return;
   InputFile input(file);
   std::string text;
   char buffer[4096];
@@ -88,9 +86,13 @@ void WatchElements::ReadFile() {
   m_list.swap(text);
 }
 
-void WatchElements::Add(const WatchElement& element, const std::string& place) {
+void WatchElements::Add(WatchElement element, const std::string& place) {
   if (!m_names.insert(element.name).second) throw ElementError(place, "the name \"" + element.name + "\" occurs twice");
-  m_elements.push_back(element);
+  if (element.user.empty()) element.user = user;
+  if (element.passwordFile.empty()) element.passwordFile = passwordFile;
+  if (!element.user.empty() && element.passwordFile.empty())
+    throw ElementError(place, "user \"" + element.user + "\" has no password file");
+  m_elements.push_back(std::move(element));
 }
 
 void WatchElements::AddLine(std::string_view line, const std::string& place) {
@@ -106,27 +108,24 @@ void WatchElements::AddLine(std::string_view line, const std::string& place) {
   element.address = words[1];
   if (words.size() > 2) element.user = words[2];
   if (words.size() > 3) element.passwordFile = FromFolderOf(file, words[3]);
-  Add(element, place);
+  Add(std::move(element), place);
 }
 
 void WatchElements::FindPasswords() {
-  std::map<std::string, std::shared_ptr<const Password>> passwords;
-  if (m_typed != nullptr) passwords[STANDARD_INPUT] = m_typed;
+  std::map<std::string, std::shared_ptr<const Password>> passwords = m_passwords;
   for (WatchElement& element : m_elements) {
-    if (element.user.empty()) element.user = user;
     if (element.user.empty()) continue;
-    if (element.passwordFile.empty()) element.passwordFile = passwordFile;
-    if (element.passwordFile.empty())
-      throw ElementError(element.name, "user \"" + element.user + "\" has no password file");
     std::shared_ptr<const Password>& known = passwords[element.passwordFile];
-    if (known == nullptr) {
-      const auto read = std::make_shared<Password>();
-      const std::string wrong = read->ReadFile(element.passwordFile);
-      if (!wrong.empty()) throw ElementError(element.passwordFile, wrong);
-      known = read;
-    }
+    if (known == nullptr) known = ReadPassword(element.passwordFile);
     element.password = known;
     CheckLogIn(element);
   }
-  m_typed = passwords[STANDARD_INPUT];
+}
+
+std::shared_ptr<const Password> WatchElements::ReadPassword(const std::string& path) {
+  const auto password = std::make_shared<Password>();
+  const std::string wrong = password->ReadFile(path, -1);
+  if (!wrong.empty()) throw ElementError(path, wrong);
+  if (!password->IsFromFile()) m_passwords[path] = password;
+  return password;
 }

@@ -1,6 +1,7 @@
 #ifndef VARNEL_TOOLS_WATCH_ELEMENTS_H
 #define VARNEL_TOOLS_WATCH_ELEMENTS_H
 
+#include <map>
 #include <memory>
 #include <set>
 #include <stdexcept>
@@ -45,21 +46,22 @@ class WatchElements {
   /// What is wrong with an argument, or nothing.
   static std::string Check(const std::string& argument);
 
-  /// Reads the list and all password files; what came from standard input is not read again.
+  /// Reads the list and all password files; what came from standard input or a pipe is not read again.
   ///
   /// @throw ElementError  if a line is wrong, a name occurs twice, or a password is missing or cannot be sent
   std::vector<WatchElement> Read();
 
  private:
   void ReadFile();
-  void Add(const WatchElement& element, const std::string& place);
+  void Add(WatchElement element, const std::string& place);
   void AddLine(std::string_view line, const std::string& place);
   void FindPasswords();
+  std::shared_ptr<const Password> ReadPassword(const std::string& path);
 
   std::vector<WatchElement> m_elements;  // while they are read
   std::set<std::string> m_names;
   std::string m_list;
-  std::shared_ptr<const Password> m_typed;  // from standard input
+  std::map<std::string, std::shared_ptr<const Password>> m_passwords;  // those that cannot be read again, by file
 };
 
 #endif
