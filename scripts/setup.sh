@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by the scripts beside it: goes to the project's folder and offers what they share.
+# Sourced by the scripts in this folder: changes to the project's folder and defines common functions.
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -19,7 +19,7 @@ as_root() {
   fi
 }
 
-# Installs those of the named Debian packages that are not there yet.
+# Installs the named Debian packages that are missing.
 need() {
   missing=()
   local package

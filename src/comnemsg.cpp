@@ -26,13 +26,13 @@ static_assert(sizeof(CComNEHead) == 4 + 4 + 2 + 2 + 4 && offsetof(CComNEHead, ul
 using VARNEL_UTIL::BigToHost;
 using Buffer = std::unique_ptr<char[]>;
 
-// Whether data is in the buffer that it is to be copied into.
+// Whether the data to copy is part of the target buffer.
 bool IsInside(const void* data, const char* buffer, unsigned int size) {
   const std::less<const void*> before;
   return buffer != nullptr && !before(data, buffer) && before(data, buffer + size);
 }
 
-// A new buffer that begins with what the old one holds; null when the bounded copy fails, which is reported.
+// A new buffer that begins with the contents of the old one; null when the bounded copy fails, which is reported.
 Buffer Enlarged(unsigned int size, const char* old, unsigned int length, const char* function) {
   Buffer buffer(new char[size]);
   const int result = memcpy_s(buffer.get(), size, old, length);
@@ -70,7 +70,7 @@ CComNEMsg::CComNEMsg(CComNEMsg& other) : CComNEMsg(FIRST_BUFFER) {
 
 CComNEMsg& CComNEMsg::operator=(CComNEMsg& other) {
   if (this == &other) return *this;
-  // The body goes first: it may fail, and then the header is still that of the old body.
+  // The body is copied first: if that fails, the header is still that of the old body.
   SetMsg(other.m_pMsg, other.usMsgLen);
   const uint16_t length = other.m_pMsg == nullptr ? other.usMsgLen : usMsgLen;
   CComNEHead::operator=(other);
@@ -98,7 +98,7 @@ void CComNEMsg::SetMsg(const void* pData, unsigned int nDataLen) {
     return SetMsg(copy.data(), nDataLen);
   }
   if (m_nMsgBufSize < nDataLen + 1) {
-    auto* buffer = new char[nDataLen + HEADROOM]();  // a copy that fails shows nothing of older memory
+    auto* buffer = new char[nDataLen + HEADROOM]();  // after a failing copy it contains no old memory
     delete[] m_pMsg;
     m_pMsg = buffer;
     m_nMsgBufSize = nDataLen + HEADROOM;
@@ -125,7 +125,7 @@ void CComNEMsg::SetBufLen(unsigned int nBufLen) {
   buffer[nBufLen] = '\0';
   delete[] m_pMsg;
   m_pMsg = buffer.release();
-  m_nMsgBufSize = nBufLen;  // the last byte is the place of the NUL
+  m_nMsgBufSize = nBufLen;  // the last byte is for the NUL
 }
 
 void CComNEMsg::AddMsg(const void* pData, unsigned int nDataLen) {

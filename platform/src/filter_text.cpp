@@ -52,7 +52,7 @@ const Spelling* SpellingAt(std::string_view rest) {
   return found == std::end(SPELLINGS) ? nullptr : found;
 }
 
-// The ASCII character that "u0022" and the like name, else 0.
+// The ASCII character of an escape such as "u0022", else 0.
 char UnicodeAt(std::string_view rest) {
   constexpr std::string_view DIGITS = "0123456789abcdef";
   if (rest.size() < 5 || rest.substr(0, 3) != "u00") return 0;
@@ -108,7 +108,7 @@ class Reader {
                               : NO_QUOTE,
                   c});
     } else if (count > 0 && !rest.empty() && rest[0] == '/') {
-      Add('/', count + 1);  // as some write JSON
+      Add('/', count + 1);  // as in some JSON texts
     } else if (count > 0) {
       AddBackslashes(count);
     } else {

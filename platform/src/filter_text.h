@@ -64,7 +64,7 @@ class FilterText {
   char At(size_t i) const { return m_text[i].c; }
   bool IsQuote(size_t i) const { return m_text[i].quote != NO_QUOTE; }
 
-  /// How many bytes the character has in the text: 4 if it is written as "&lt;".
+  /// The bytes of the character in the text: 4 if it is written as "&lt;".
   size_t Bytes(size_t i) const { return m_text[i + 1].at - m_text[i].at; }
 
   /// Whether a key, or the name of a TL1 command with a password, ends before that index.
@@ -78,8 +78,8 @@ class FilterText {
   size_t AfterWhite(size_t i) const;
   bool IsEscapedWhite(size_t i) const;
 
-  /// How many characters write a quote inside a text between such quotes: "" and, in shells, '\'' and '"'"'. 0 if it is
-  /// an ordinary quote.
+  /// The number of characters that write a quote inside a text between such quotes: "" and, in shells, '\'' and '"'"'.
+  /// 0 if it is an ordinary quote.
   size_t InnerQuote(size_t i) const;
 
  private:

@@ -1,12 +1,12 @@
 // Values of keys and options, and passwords of TL1 commands, in one pass over the characters of a text.
 //
-// Texts in quotes can be inside each other, so a stack holds the open ones. After a sign a quote either opens the value
-// or closes the text that ends in the key. It closes one if such a text is open and a separator follows:
+// Texts in quotes can be nested, so a stack contains the open ones. After a sign a quote either opens the value or
+// closes the text that ends in the key. It closes one if such a text is open and a separator follows:
 //
 //   PROMPT="Password:",PWD="x"   -> PROMPT="Password:",PWD="******"
 //
 // Outside of values a quote opens a text only if no word character precedes it and a quote that closes it follows. A
-// value goes on after its quotes and up to a separator: PWD="a"'b c'd,x=1 -> PWD=******,x=1
+// value continues after its quotes up to a separator: PWD="a"'b c'd,x=1 -> PWD=******,x=1
 
 #include "filter_values.h"
 
@@ -23,7 +23,7 @@ bool IsStrong(uint16_t quote) {
   return KindOf(quote) == DOUBLE || KindOf(quote) == SINGLE;
 }
 
-// The TL1 commands of one text: bit n is set if one has had n + 1 colons. Colons of a text in quotes are its own.
+// The TL1 commands of one text: bit n is set if one has had n + 1 colons. A text in quotes has separate counts.
 struct Commands {
   unsigned colons = 0;
   int lines = 0;         // since the last name

@@ -24,7 +24,7 @@
     tl1           Cut a stream of bytes into TL1 messages and show their parts
     alarms        List the active alarms of TL1 streams
     ask           Send TL1 commands to an element and print the answers
-    watch         Follow many elements and print what they send
+    watch         Follow many elements and print their messages
     slot          Show a slot in each form in which it can be written
     board         Report whether boards are system-control boards
   

@@ -21,7 +21,7 @@ AskOutput::AskOutput(std::string_view source, bool json, bool showCommand, Signa
   std::signal(SIGPIPE, SIG_IGN);
 }
 
-// A closed pipe ends the process here, as it does with every other subcommand.
+// A closed pipe ends the process here, as in every other subcommand.
 AskOutput::~AskOutput() {
   std::cout.rdbuf(m_before);
   std::signal(SIGPIPE, SIG_DFL);
@@ -72,8 +72,8 @@ void AskOutput::Print() {
   if (m_error == 0) m_error = error;
 }
 
-// Writes what is composed, a little at a time, which a pipe that is ready takes without blocking. What is blocked when
-// a signal arrives is dropped. Returns 0 or an errno value.
+// Writes the composed text in small pieces, which a ready pipe accepts without blocking. If a signal arrives while
+// output is blocked, the rest is dropped. Returns 0 or an errno value.
 int AskOutput::Write(int file) {
   const std::string composed = m_composed.str();
   m_composed.str("");

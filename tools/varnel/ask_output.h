@@ -8,11 +8,11 @@
 #include "signals.h"
 #include "tl1_output.h"
 
-/// What `ask` prints. While standard output is blocked a signal is noticed, and a closed pipe ends nothing but the
-/// output: there may be a session to log out from.
+/// The output of `ask`. Signals are noticed while standard output is blocked, and a closed pipe ends only the output:
+/// there may be a session to log out from.
 class AskOutput {
  public:
-  /// @param source       the element, as it is named on the command line
+  /// @param source       the element, as named on the command line
   /// @param showCommand  print commands before their answers, unless as JSON, which always has them
   AskOutput(std::string_view source, bool json, bool showCommand, Signals& signals);
   ~AskOutput();
@@ -38,7 +38,7 @@ class AskOutput {
   const bool m_json;
   const bool m_showCommand;
   Signals& m_signals;
-  std::ostringstream m_composed;  // takes what is printed to std::cout
+  std::ostringstream m_composed;  // receives the output of std::cout
   std::streambuf* const m_before;
   Tl1Output m_messages{"UTF-8"};
   JsonWriter m_writer;

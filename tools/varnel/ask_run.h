@@ -27,10 +27,10 @@ struct AskOptions {
   bool json = false;
 };
 
-/// What is wrong with a user name or password, or nothing.
+/// Returns why a user name or password is refused; empty if both are accepted.
 std::string CheckLogIn(std::string_view user, std::string_view password);
 
-/// Asks an element: log-in, commands, log-out.
+/// Runs a session with an element: log-in, commands, log-out.
 class AskRun {
  public:
   /// @throw CLI::ValidationError  if a command is wrong
@@ -40,7 +40,7 @@ class AskRun {
   int Run();
 
  private:
-  /// @return whether the run goes on
+  /// @return whether the run continues
   using Use = std::function<bool(VARNEL_TL1::Command& command)>;
 
   void PrepareCommands();
@@ -72,8 +72,8 @@ class AskRun {
   LineInput m_input;
   Password m_password;
   std::vector<VARNEL_TL1::Command> m_commands;  // an empty one for those of standard input
-  std::string m_masked;                         // the command to which the next error belongs; empty for none
-  bool m_sent = false;                          // that command, or it is about to be
+  std::string m_masked;                         // the command of the next error; empty for none
+  bool m_sent = false;                          // that command was or will be sent
   bool m_pending = false;                       // a log-in, command or log-out
   bool m_completed = false;                     // the last one of them
   int m_status;

@@ -109,7 +109,7 @@ struct ShowOptions : Tl1Options {
   Tl1Filter filter;
 };
 
-// From the framer through parser, joiner and filter to standard output.
+// Passes messages from the framer through parser, joiner and filter to standard output.
 class ShowRun : public Tl1Run {
  public:
   ShowRun(const ShowOptions& options, bool verbose)
@@ -161,7 +161,7 @@ class ShowRun : public Tl1Run {
       Show(message, TakeMissed(message));
   }
 
-  // What was missing before the first part; the entries of all parts go.
+  // Returns the count of the first part and removes the entries of all parts.
   std::optional<uint64_t> TakeMissed(const Message& message) {
     const auto first = m_missed.find(message.offset);
     if (first == m_missed.end()) return std::nullopt;
@@ -195,7 +195,7 @@ class ShowRun : public Tl1Run {
   JsonWriter m_json;
   std::optional<Joiner> m_joiner;
   std::optional<Atags> m_atags;
-  std::map<uint64_t, std::optional<uint64_t>> m_missed;  // by offset, of messages that the joiner has not passed yet
+  std::map<uint64_t, std::optional<uint64_t>> m_missed;  // by offset, of messages that are still in the joiner
   uint64_t m_shown = 0;
 };
 

@@ -15,7 +15,7 @@ using VARNEL_TL1::Command;
 
 namespace {
 
-constexpr char HELP_TEXT[] = R"(Follow many elements and print what they send.
+constexpr char HELP_TEXT[] = R"(Follow many elements and print their messages.
 
 Usage: varnel watch [OPTION]... [ELEMENT]...
 
@@ -29,7 +29,7 @@ Options:
       --elements FILE   Watch also the elements of this list. Each line is NAME
                         HOST:PORT [USER [PASSWORD-FILE]]; # begins a comment. A
                         relative PASSWORD-FILE is in the folder of the list
-      --user NAME       Log in as this user where the list names no other
+      --user NAME       Log in as this user if the list names no other
       --password-file FILE  Read the password from the first line of this file,
                         which only its owner may access, where the list names no
                         other
@@ -95,8 +95,8 @@ Examples:
 
 constexpr uint64_t MOST_BYTES = uint64_t{1} << 40;
 constexpr size_t WRITTEN_AT_ONCE = 32768;
-constexpr unsigned int MOST_EVENTS = 64;                    // between two looks at standard output
-constexpr std::chrono::milliseconds OUTPUT_INTERVAL(10);    // between two looks at one that is blocked
+constexpr unsigned int MOST_EVENTS = 64;                    // between two checks of standard output
+constexpr std::chrono::milliseconds OUTPUT_INTERVAL(10);    // the same while it is blocked
 constexpr std::chrono::milliseconds LAST_OUTPUT_TIME(500);  // after the log-outs
 constexpr std::chrono::milliseconds LOG_OUT_TIME(1200);
 
@@ -152,7 +152,7 @@ class Watch : private ACE_Event_Handler {
     }
   }
 
-  // Null is without end. Output that can be written does not wait for anything else.
+  // Null waits without limit. If output can be written, there is no wait.
   ACE_Time_Value* SetWait(std::optional<WatchOutput::Time> end, ACE_Time_Value& wait) const {
     const WatchOutput::Time now = m_output.Now();
     std::optional<WatchOutput::Time> first = end;
@@ -208,8 +208,8 @@ class Watch : private ACE_Event_Handler {
   ACE_Reactor m_reactor;
   WatchRun m_run;
   std::map<std::string, std::unique_ptr<WatchConnection>> m_connections;
-  unsigned int m_events = 0;  // since standard output was looked at
-  bool m_blocked = false;     // was standard output then
+  unsigned int m_events = 0;  // since the last check of standard output
+  bool m_blocked = false;     // at that check
 };
 
 class WatchCommand {

@@ -15,8 +15,8 @@
 
 namespace {
 
-constexpr int EMPTY_PIPE_MILLISECONDS = 5;  // between two looks at a pipe that is to become empty
-constexpr size_t WRITTEN_KEPT = 65536;      // bytes at the front of the queue before the rest moves there
+constexpr int EMPTY_PIPE_MILLISECONDS = 5;  // between two checks whether a pipe is empty
+constexpr size_t WRITTEN_KEPT = 65536;      // written bytes at the front of the queue before the rest is moved
 
 }  // namespace
 
@@ -76,7 +76,8 @@ size_t WatchOutput::Dropped() const {
   return m_dropped + static_cast<size_t>(std::count(begin, m_queue.end(), '\n'));
 }
 
-// Waits until the next piece can be written without blocking, a signal arrives or the time is over; -1 is without end.
+// Waits until the next piece can be written without blocking, a signal arrives or the time has passed; -1 waits without
+// limit.
 bool WatchOutput::AwaitOutput(int milliseconds) {
   const bool needsEmpty = m_capacity > 0 && PieceLength() > PIPE_BUF;
   const bool full = needsEmpty && !IsPipeEmpty();
@@ -95,7 +96,8 @@ bool WatchOutput::Write() {
   return count > 0;
 }
 
-// The whole lines that fit into PIPE_BUF bytes, or one longer line, or PIPE_BUF bytes of one that fits into no pipe.
+// The whole lines that fit into PIPE_BUF bytes, or one longer line, or PIPE_BUF bytes of a line that exceeds the size
+// of the pipe.
 size_t WatchOutput::PieceLength() const {
   const std::string_view left = std::string_view(m_queue).substr(m_written);
   if (left.size() <= PIPE_BUF) return left.size();

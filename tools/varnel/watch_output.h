@@ -7,15 +7,15 @@
 
 #include "files.h"
 
-/// SIGTERM, SIGINT and SIGHUP as something to wait for. Threads that start later do not receive them.
+/// A descriptor for SIGTERM, SIGINT and SIGHUP. Threads that start later do not receive them.
 class WatchSignals {
  public:
-  /// @throw std::system_error  if there is no descriptor left
+  /// @throw std::system_error  if no descriptor is available
   WatchSignals();
 
   int Descriptor() const { return m_descriptor.Get(); }
 
-  /// Takes the signals that have arrived.
+  /// Reads the signals that have arrived.
   void Read();
 
   bool stop = false;    ///< SIGTERM or SIGINT has arrived
@@ -25,11 +25,11 @@ class WatchSignals {
   ::Descriptor m_descriptor;
 };
 
-/// A queue of lines for standard output. If it is full, Add() waits for the reader, and a clock stops meanwhile;
-/// the program is to do nothing else then, so that it keeps no more than this queue.
+/// A queue of lines for standard output. If it is full, Add() waits for the reader and stops a clock. The program must
+/// do nothing else meanwhile: memory is then limited to this queue.
 ///
-/// What is written to a pipe at once are whole lines: up to PIPE_BUF bytes, which a pipe takes entirely or not at all,
-/// or a single longer line once the pipe is empty. Only a line that is longer than the pipe is written in pieces.
+/// One call writes whole lines to a pipe: up to PIPE_BUF bytes, which a pipe accepts entirely or not at all, or a
+/// single longer line when the pipe is empty. Only a line longer than the pipe is written in pieces.
 class WatchOutput {
  public:
   using Time = std::chrono::steady_clock::time_point;
@@ -38,10 +38,10 @@ class WatchOutput {
 
   explicit WatchOutput(WatchSignals& signals);
 
-  /// Adds a line. It is dropped if there is no room for it when the program is to stop.
+  /// Adds a line. It is dropped if the queue is full and the program must stop.
   void Add(const std::string& line);
 
-  /// Writes what can be written without waiting.
+  /// Writes as much as possible without waiting.
   void Flush();
 
   /// Writes up to a time.
@@ -52,7 +52,7 @@ class WatchOutput {
   /// True if standard output cannot be written.
   bool HasFailed() const { return m_failed; }
 
-  /// Lines that are lost if nothing more is written.
+  /// The number of lines that are lost if nothing more is written.
   size_t Dropped() const;
 
   /// The time without the waits of Add().

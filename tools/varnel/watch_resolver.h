@@ -8,7 +8,7 @@
 
 #include "address.h"
 
-/// Looks up addresses without blocking the thread of its reactor: each name in a thread of its own.
+/// Looks up addresses without blocking the thread of its reactor: each name in a separate thread.
 class WatchResolver : public ACE_Event_Handler {
  public:
   /// A look-up. Its owner may clear `done`, which is then not called.
@@ -18,7 +18,7 @@ class WatchResolver : public ACE_Event_Handler {
     std::function<void(const Lookup& result)> done;
   };
 
-  /// @throw std::system_error  if there is no descriptor left
+  /// @throw std::system_error  if no descriptor is available
   explicit WatchResolver(ACE_Reactor& reactor);
   ~WatchResolver() override;
 
