@@ -163,7 +163,7 @@ TEST_F(KelpOs, NullArgumentsAreRefused) {
   errno = 0;
   EXPECT_EQ(KELP_OS::fopen(nullptr, "r", "UTF-8"), nullptr);
   EXPECT_EQ(errno, EINVAL);
-  EXPECT_NE(File(KELP_OS::fopen(path.c_str(), "r", nullptr)), nullptr) << "the encoding is not looked at";
+  EXPECT_NE(File(KELP_OS::fopen(path.c_str(), "r", nullptr)), nullptr) << "the encoding is ignored";
 }
 
 TEST_F(KelpOs, DescriptorsAreNotInherited) {

@@ -118,7 +118,7 @@ void ExpectLinear(const std::string& textUnit, const std::string& patternUnit, c
 
 TEST(WildcardMatch, ManyPiecesAreLinear) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "the sanitizers look at the whole rest of the text with each piece";
+  GTEST_SKIP() << "the sanitizers examine the whole rest of the text for each piece";
 #endif
   ExpectLinear("a", "*a", "*b");
   ExpectLinear("a", "*a", "b");
@@ -133,7 +133,7 @@ TEST(WildcardMatch, HostilePatternsAreLinear) {
 
 TEST(WildcardMatch, ManyLongPiecesAreLinear) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-  GTEST_SKIP() << "the sanitizers look at the whole rest of the text with each piece";
+  GTEST_SKIP() << "the sanitizers examine the whole rest of the text for each piece";
 #endif
   const std::string piece(40, 'a');
   ExpectLinear(piece, piece + "*", "c");

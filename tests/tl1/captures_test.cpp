@@ -45,7 +45,7 @@ TEST(Tl1Captures, AreReadAsExpected) {
   }
   const std::string expected = FileBytes(FOLDER / "expected");
   if (shown != expected) std::ofstream("captures-read", std::ios::binary) << shown;
-  EXPECT_EQ(shown, expected) << "what was read is in the file captures-read";
+  EXPECT_EQ(shown, expected) << "the actual messages are in the file captures-read";
 }
 
 TEST(Tl1Captures, AreTheSameCutAnywhere) {

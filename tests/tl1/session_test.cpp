@@ -38,7 +38,7 @@ TEST_F(SessionTest, AcceptsDenyAndAcknowledgementWithoutItsCtag) {
   }
   talk.Send("RTRV-HDR");
   EXPECT_EQ(talk.Hear(Answer("0") + Answer("99", "DENY") + "\r\nNA 99\r\n<").size(), 3U);
-  EXPECT_EQ(talk.Wait(seconds(30)), Texts{"NoAnswer"}) << "a COMPLD with ctag 0 and foreign ones are not taken";
+  EXPECT_EQ(talk.Wait(seconds(30)), Texts{"NoAnswer"}) << "answers with ctag 0 or another ctag are not accepted";
 }
 
 TEST_F(SessionTest, AMessageBeforeTheCommandIsNotItsAnswer) {
@@ -208,7 +208,7 @@ TEST_F(SessionTest, KeepsExplicitCtags) {
     EXPECT_EQ(talk.Send("A:::" + ctag), "A:::" + ctag + ";");
     EXPECT_EQ(talk.Hear(Answer(ctag)), Texts{"Answer response NORTH1 " + ctag + " COMPLD | \"x\""});
   }
-  EXPECT_EQ(talk.Send("A"), "A:::13;") << "10 to 12 are taken";
+  EXPECT_EQ(talk.Send("A"), "A:::13;") << "10 to 12 are used";
 }
 
 TEST(Session, FillsTheTid) {
@@ -282,7 +282,7 @@ TEST_F(HeartbeatTest, WaitsWhileACommandIsPending) {
   EXPECT_EQ(talk.Output(), "");
   talk.Wait(seconds(1));
   EXPECT_EQ(talk.Output(), "RTRV-HDR:::11;");
-  EXPECT_EQ(talk.Send("RTRV-ALM"), "RTRV-ALM:::12;") << "in place of the heartbeat";
+  EXPECT_EQ(talk.Send("RTRV-ALM"), "RTRV-ALM:::12;") << "replaces the heartbeat";
   EXPECT_EQ(talk.Hear(Answer("11") + Answer("12")), Texts{"Answer response NORTH1 12 COMPLD | \"x\""});
 }
 
@@ -311,7 +311,7 @@ TEST_F(HeartbeatTest, PausesWhileTheClockIsStopped) {
   talk.now += seconds(1000);
   EXPECT_EQ(talk.Hear(Alarm("7")), Texts{SHOWN_ALARM});
   talk.session.Resume(talk.now);
-  EXPECT_EQ(talk.session.Deadline(), talk.now + seconds(30)) << "of a command sent meanwhile";
+  EXPECT_EQ(talk.session.Deadline(), talk.now + seconds(30)) << "of a command sent during the pause";
   talk.session.Pause(talk.now);
   talk.session.LogIn("joe", "pass", talk.now);
   talk.Cut();
