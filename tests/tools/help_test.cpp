@@ -38,7 +38,7 @@ Names OptionsOf(const CLI::App& command) {
 
 void ExpectFormOf(const std::string& help) {
   EXPECT_TRUE(std::regex_search(help, std::regex("^[A-Z][^\n]{10,63}\\.\n\nUsage: varnel "))) << help;
-  EXPECT_FALSE(std::regex_search(help, std::regex("[^\n]{81}|[^\n -~]"))) << "not ASCII, or a line is too long: " << help;
+  EXPECT_FALSE(std::regex_search(help, std::regex("[^\n]{81}|[^\n -~]"))) << "not ASCII, or too long a line: " << help;
   EXPECT_NE(std::string::npos, help.find("\nExit status:\n  0  ")) << help;
 }
 
