@@ -55,7 +55,7 @@ function read_includes(file,   line, header, target, from) {
     target = resolve(file, header)
     directives++
     if (target != "") depend(from, file, header, folder_of(target))
-    else if (header ~ /\// && header !~ /^(sys|arpa|netinet)\//) depend(from, file, header, substr(header, 1, index(header, "/") - 1))
+    else if (header ~ /\// && header !~ /^(sys|arpa|netinet|linux)\//) depend(from, file, header, substr(header, 1, index(header, "/") - 1))
   }
   close(file)
 }

@@ -1,5 +1,5 @@
-Sessions with an element that follows a script: see tests/support/scripted_element.h. What it receives is in the file
-"received".
+Sessions with an element that follows a script: see tests/support/scripted_element.h. The file "received" contains
+the commands that it receives.
 
   $ . "$SUPPORT/session.sh"
   $ head='\r\n\n   NE1 26-03-04 05:06:07\r\n'
@@ -116,7 +116,7 @@ Autonomous messages, also in the middle of parts. They do not prolong the wait.
   ! varnel: 127.0.0.1:PORT: RTRV-HDR:::70; no answer within 0.5 seconds
   [1]
 
-Log-in and log-out, after a failure too. The password is nowhere, whatever form the element gives it.
+Log-in and log-out, after a failure too. The password is never printed, in any form in which the element sends it.
 
   $ talk receive "$compld" receive "$deny" receive "$compld"
   $ ask "${account[@]}" --tid NE-1 "$address" RTRV-HDR:::70 RTRV-HDR:::71
@@ -223,7 +223,7 @@ Password files.
   [143]
   $ : > named
 
-Commands from standard input are sent as they come.
+Commands from standard input are sent as they arrive.
 
   $ talk receive "$compld" receive "$deny" receive
   $ printf ' \n# none\r\n RTRV-HDR:::70;\r\nRTRV-X:::71\nRTRV-HDR:::72' | ask "$address" -
@@ -387,7 +387,7 @@ Signals log out; so does a closed pipe.
   ! varnel: standard output: cannot write
   [1]
 
-What would be sent.
+Dry runs.
 
   $ ask --dry-run --tid NE1 --user j.ops 127.0.0.1:1 RTRV-HDR:::70 'ed-pid::ops:71::old,new' ENT-USER-SECU:::72::pw - << 'END'
   > RTRV-ALM-ALL::ALL:73

@@ -1,4 +1,4 @@
-Time limits of connections. They need a name with two addresses, that is, a list of hosts of this test's own.
+Time limits of connections. They need a name with two addresses, therefore this test uses its own list of hosts.
 
   $ unshare -rm true 2> /dev/null || exit 80
   $ . "$SUPPORT/session.sh"
@@ -8,7 +8,7 @@ Time limits of connections. They need a name with two addresses, that is, a list
   $ printf '\r\n\n   NE1 26-03-04 05:06:07\r\nM  70 COMPLD\r\n;' > answer
   $ serve --host 127.0.0.2 --port "${two#*:}" --times 2 --silent answer
 
-The second address has its share of the time if the first does not answer.
+The second address is tried within the time limit if the first does not answer.
 
   $ (with_hosts varnel ask --timeout 1 "$two" RTRV-HDR:::70) | grep ctag
   response  COMPLD  ctag 70

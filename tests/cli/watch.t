@@ -1,4 +1,5 @@
-Watching elements that follow scripts: see tests/support/scripted_element.h. What they receive is in the file "received".
+Watching elements that follow scripts: see tests/support/scripted_element.h. The file "received" contains
+the commands that they receive.
 
   $ . "$SUPPORT/session.sh"
   $ head='\r\n\n   NE1 26-03-04 05:06:07\r\n'
@@ -60,7 +61,7 @@ Log-in, commands, messages, gaps also across a reconnect, and the log-out.
   ACT-USER::ops:N::"Se\"cret\\1";
   RTRV-HDR:::N;
 
-A failure that repeats is reported once: connections refused, log-ins refused, connections closed at once.
+A failure that repeats is reported once: connections refused, log-ins refused, connections closed immediately.
 
   $ : > received
   $ serve --refuse
@@ -237,8 +238,8 @@ The list is read again, but not a pipe. A bad list changes nothing; an element t
   ! Try "varnel watch --help".
   [2]
 
-Output that blocks, also in lines longer than a pipe takes at once: reading stops, memory is limited, and the heartbeat
-waits; nothing is lost once it goes on.
+Output that blocks, also in lines longer than a pipe accepts in one piece: reading stops, memory is limited, and the
+heartbeat waits; nothing is lost when output continues.
 
   $ for i in $(seq 20000); do
   >   printf '\r\n\n   NE1 26-03-04 05:06:07\r\nA  %d REPT EVT EQPT\r\n   %0*d\r\n;' "$i" "$((i % 1000 ? 1 : 9000))" 1

@@ -48,7 +48,7 @@ std::string Summary(const Message& message) {
 
 }  // namespace
 
-// Tried in a session of which nothing is sent.
+// Tried in a session whose output is not sent.
 std::string CheckLogIn(std::string_view user, std::string_view password) {
   const char* const fault = Session({}, Clock::now()).LogIn(user, password, Clock::now());
   return fault == nullptr ? "" : fault;
@@ -74,7 +74,7 @@ int AskRun::Run() {
   return m_signals.Arrived() != 0 ? 128 + m_signals.Arrived() : m_status;
 }
 
-// All of them first, so that no ctag that is assigned is also an explicit one of a later command.
+// All of them first: no assigned ctag may be an explicit one of a later command.
 void AskRun::PrepareCommands() {
   for (const std::string& text : m_options.commands) {
     Command& command = m_commands.emplace_back();
@@ -183,7 +183,7 @@ bool AskRun::Connect() {
 
 bool AskRun::LogIn() {
   if (m_options.user.empty()) return true;
-  m_dialogue.Session().LogIn(m_options.user, m_password.View(), Clock::now());  // which CheckLogIn() has accepted
+  m_dialogue.Session().LogIn(m_options.user, m_password.View(), Clock::now());  // accepted by CheckLogIn()
   m_password.Wipe();
   Await();
   return m_completed && !IsOver();
@@ -203,7 +203,7 @@ bool AskRun::Send(Command& command) {
   return goesOn && !IsOver();
 }
 
-// What becomes of the log-out does not count.
+// The result of the log-out is ignored.
 void AskRun::LogOut() {
   const bool interrupted = m_signals.Arrived() != 0;
   const auto begin = Clock::now();

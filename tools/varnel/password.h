@@ -19,15 +19,15 @@ class Password {
   /// Reads the first line of a regular file or unnamed pipe, without its line end (LF or CR LF). A file to which users
   /// other than its owner have access is refused, and so is a named pipe, which may never have a writer.
   ///
-  /// @param path       "-" is standard input; what follows the line stays unread.
+  /// @param path       "-" is standard input; the bytes after the line stay unread.
   /// @param interrupt  ends the wait for a pipe when it is readable; -1 for none.
-  /// @return what is wrong, or nothing; the password is then empty.
+  /// @return the error; the password is then empty. An empty text for success.
   std::string ReadFile(const std::string& path, int interrupt);
 
   /// Asks for a line on the controlling terminal, without echo. The state of the terminal is always restored.
   ///
   /// @param interrupt  ends the wait when it is readable; -1 for none.
-  /// @return what is wrong, or nothing; the password is then empty.
+  /// @return the error; the password is then empty. An empty text for success.
   std::string Ask(const std::string& prompt, int interrupt);
 
   std::string_view View() const { return {m_text.data(), m_length}; }

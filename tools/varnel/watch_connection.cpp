@@ -111,7 +111,7 @@ void WatchConnection::TakeLookup(const Lookup& result) {
   ConnectToNext();
 }
 
-// Each address has its share of the time, so that one that does not answer leaves some to the others.
+// The time is divided among the addresses: one that does not answer leaves time for the others.
 void WatchConnection::ConnectToNext() {
   while (m_nextAddress < m_addresses.size()) {
     const Time now = m_run.output.Now();
@@ -177,7 +177,7 @@ void WatchConnection::StartSession() {
   if (fault != nullptr) m_ending = {"login_refused", fault, ""};
 }
 
-// A command that has no answer is not repeated; the next ones are sent all the same.
+// A command without an answer is not repeated; the next ones are sent nevertheless.
 void WatchConnection::SendNextCommand() {
   if (m_state != State::Connected || m_nextCommand == m_run.options.afterLogIn.size()) return;
   Command command = m_run.options.afterLogIn[m_nextCommand++];
@@ -199,7 +199,7 @@ int WatchConnection::handle_input(ACE_HANDLE) {
   return 0;
 }
 
-// The reactor calls it for a socket in error that is neither readable nor writable.
+// The reactor calls it for a socket with an error that is neither readable nor writable.
 int WatchConnection::handle_close(ACE_HANDLE, ACE_Reactor_Mask) {
   m_mask = NULL_MASK;
   m_ending = {"down", "the connection is lost", ""};
@@ -207,7 +207,7 @@ int WatchConnection::handle_close(ACE_HANDLE, ACE_Reactor_Mask) {
   return 0;
 }
 
-// Takes all events, sends what is to be sent, and ends the connection if that is what they ask for.
+// Processes all events, sends the output of the session, and ends the connection if an event requires it.
 void WatchConnection::Proceed() {
   Event event;
   while (m_session != nullptr && m_session->Next(event))
@@ -250,7 +250,7 @@ void WatchConnection::TakeRefusal(const Message* message) {
   if (message != nullptr) m_ending.code = message->code;
 }
 
-// Something works: the next failure is no repetition, and the times to wait begin again.
+// After success the next failure is not a repetition, and the waiting times start again at the shortest.
 void WatchConnection::Prove() {
   if (!m_upIsPrinted) PrintUp();
   m_proven = true;
@@ -270,7 +270,7 @@ void WatchConnection::SendOutput() {
   if (m_mask == NULL_MASK) m_ending = {"down", std::strerror(errno), ""};
 }
 
-// m_mask stays NULL_MASK if the reactor cannot take the socket.
+// m_mask stays NULL_MASK if the reactor cannot register the socket.
 void WatchConnection::Listen(ACE_Reactor_Mask mask) {
   if (mask == m_mask) return;
   const ACE_HANDLE handle = m_stream.get_handle();
@@ -297,8 +297,8 @@ void WatchConnection::TimeOver() {
   Proceed();
 }
 
-// A failure that repeats is reported once. It includes the "up" before it, which therefore waits until the connection
-// has lasted, unless nothing was reported that it could repeat.
+// A repeated failure is reported once, and so is the "up" before it. Therefore "up" is printed only after the
+// connection has lasted for some time, unless no failure was reported before.
 void WatchConnection::Fail(const Ending& ending) {
   const bool isConnected = m_state == State::Connected;
   const bool isRefused = std::strcmp(ending.event, "login_refused") == 0;
@@ -343,7 +343,7 @@ void WatchConnection::SetTimer() {
   SetTimer(time);
 }
 
-// A timer that comes too early stays, as TimeOver() finds nothing to do then and sets it again.
+// A timer that expires too early is not removed: TimeOver() then does nothing and sets it again.
 void WatchConnection::SetTimer(std::optional<Time> time) {
   if (m_timer && time && *m_timer <= *time) return;
   if (m_timer) m_run.timers.erase({*m_timer, this});

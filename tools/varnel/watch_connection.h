@@ -24,7 +24,7 @@
 
 class WatchConnection;
 
-/// What the connections of a run have in common.
+/// The common data of the connections of a run.
 struct WatchRun {
   using Time = WatchOutput::Time;
 
@@ -51,7 +51,7 @@ struct WatchRun {
   ACE_Reactor& reactor;
   WatchOutput& output;
   WatchResolver resolver;
-  std::set<std::pair<Time, WatchConnection*>> timers;  ///< of each connection at most one
+  std::set<std::pair<Time, WatchConnection*>> timers;  ///< at most one of each connection
   Tl1Output tl1;
   JsonWriter json;
   std::string line;
@@ -59,7 +59,7 @@ struct WatchRun {
   std::minstd_rand random{std::random_device()()};
 };
 
-/// One element: connecting again and again, logging in, and printing what it sends and what changes.
+/// One element: connects and reconnects, logs in, and prints messages and changes of the connection.
 ///
 ///     state        input                         action                                            next state
 ///     Waiting      time is over                  look up the address                               LookingUp
@@ -86,7 +86,7 @@ class WatchConnection : public ACE_Event_Handler {
   /// Accepts a new description; if it is the same line, the connection stays.
   void Change(const WatchElement& element);
 
-  /// Logs out and gives up the element. IsGone() is then true, now or later.
+  /// Logs out and ends. IsGone() becomes true, immediately or later.
   void Leave();
 
   /// As Leave(), without an event.
@@ -94,11 +94,11 @@ class WatchConnection : public ACE_Event_Handler {
 
   bool IsGone() const { return m_state == State::Gone; }
 
-  /// To be called when the timer in WatchRun::timers is over, which is then removed.
+  /// Call it after the timer in WatchRun::timers has expired; it is then removed.
   void TimeOver();
 
  private:
-  /// What the output calls an event, with the values that it has.
+  /// The name of an event in the output, and its values.
   struct Occurrence {
     const char* event;
     std::string reason{}, code{}, user{}, sid{};
@@ -106,9 +106,9 @@ class WatchConnection : public ACE_Event_Handler {
     std::optional<double> retryIn{};
   };
 
-  /// How a connection ends once all events of its session are taken.
+  /// How the connection ends after all events of its session.
   struct Ending {
-    const char* event = nullptr;  ///< null if it goes on
+    const char* event = nullptr;  ///< null if it does not end
     std::string reason, code;
   };
 
@@ -165,10 +165,10 @@ class WatchConnection : public ACE_Event_Handler {
   Ending m_ending;
   bool m_proven = false;       // logged in, or without a user a message has come
   bool m_upIsPrinted = false;  // of this connection
-  std::string m_lastFailure;   // that was printed, if nothing was proven since
+  std::string m_lastFailure;   // the last printed one, unless something was proven since
   bool m_lastWasConnected = false;
   bool m_quiet = false;         // End() was called
-  unsigned int m_failures = 0;  // since something was proven
+  unsigned int m_failures = 0;  // since m_proven was set
 };
 
 #endif

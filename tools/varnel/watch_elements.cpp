@@ -35,7 +35,7 @@ bool IsControl(char c) {
   return (c >= '\0' && c < ' ' && c != '\t') || c == '\x7F';
 }
 
-// A relative path is looked up from the folder of the list: "lists/all" and "secret" -> "lists/secret".
+// A relative path is resolved in the folder of the list: "lists/all" and "secret" -> "lists/secret".
 std::string FromFolderOf(const std::string& list, const std::string& path) {
   return path.front() == '/' ? path : list.substr(0, list.rfind('/') + 1) + path;
 }

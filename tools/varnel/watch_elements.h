@@ -14,16 +14,16 @@
 /// An element to watch.
 struct WatchElement {
   std::string name;
-  std::string address;                       ///< one that CheckAddress() accepts
-  std::string user;                          ///< empty if nobody logs in
+  std::string address;                       ///< accepted by CheckAddress()
+  std::string user;                          ///< empty for no log-in
   std::string passwordFile;                  ///< of the user
   std::shared_ptr<const Password> password;  ///< of the user
 
-  /// True if both are described by the same words; the password itself may have changed.
+  /// True if both descriptions are the same; the password itself may have changed.
   bool IsSameLine(const WatchElement& other) const;
 };
 
-/// What is wrong with a list.
+/// An error in a list.
 class ElementError : public std::runtime_error {
  public:
   ElementError(const std::string& subject, const std::string& what) : std::runtime_error(what), m_subject(subject) {}
@@ -43,10 +43,10 @@ class WatchElements {
   std::string user;                    ///< of elements that name none; empty for none
   std::string passwordFile;            ///< of users that have none; empty for none
 
-  /// What is wrong with an argument, or nothing.
+  /// Returns why an argument is refused; empty if it is accepted.
   static std::string Check(const std::string& argument);
 
-  /// Reads the list and all password files; what came from standard input or a pipe is not read again.
+  /// Reads the list and all password files; standard input and pipes are not read again.
   ///
   /// @throw ElementError  if a line is wrong, a name occurs twice, or a password is missing or cannot be sent
   std::vector<WatchElement> Read();
