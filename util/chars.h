@@ -1,6 +1,7 @@
 #ifndef VARNEL_UTIL_CHARS_H
 #define VARNEL_UTIL_CHARS_H
 
+#include <algorithm>
 #include <string_view>
 
 namespace VARNEL_UTIL {
@@ -31,21 +32,19 @@ constexpr bool SameNoCase(char a, char b) {
 }
 
 /// A text without its leading white space.
-constexpr std::string_view TrimmedLeft(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front()))
-    text.remove_prefix(1);
-  return text;
+inline std::string_view TrimmedLeft(std::string_view text) {
+  const auto begin = std::find_if_not(text.begin(), text.end(), [](char c) { return IsBlank(c); });
+  return text.substr(static_cast<size_t>(begin - text.begin()));
 }
 
 /// A text without its trailing white space.
-constexpr std::string_view TrimmedRight(std::string_view text) {
-  while (!text.empty() && IsBlank(text.back()))
-    text.remove_suffix(1);
-  return text;
+inline std::string_view TrimmedRight(std::string_view text) {
+  const auto end = std::find_if_not(text.rbegin(), text.rend(), [](char c) { return IsBlank(c); });
+  return text.substr(0, static_cast<size_t>(text.rend() - end));
 }
 
 /// A text without leading and trailing white space.
-constexpr std::string_view Trimmed(std::string_view text) {
+inline std::string_view Trimmed(std::string_view text) {
   return TrimmedLeft(TrimmedRight(text));
 }
 

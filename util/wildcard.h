@@ -10,10 +10,13 @@
 
 namespace VARNEL_UTIL {
 
-/// The first of two characters in a text from `from` on. Searches window by window: the search for an absent character
-/// never goes far beyond the other one.
+/// The position of the first of two characters from `from` on. In a short text, such as a name, comparing each
+/// character takes less time than two calls. A longer one is searched window by window: the search for an absent
+/// character never goes far beyond the other one.
 inline size_t FindEither(std::string_view text, char a, char b, size_t from) {
-  constexpr size_t WINDOW = 256;
+  constexpr size_t SHORT = 16, WINDOW = 256;
+  for (; text.size() <= SHORT && from < text.size(); ++from)
+    if (text[from] == a || text[from] == b) return from;
   for (; from < text.size(); from += WINDOW) {
     const std::string_view window = text.substr(from, WINDOW);
     const size_t found = window.find(a);

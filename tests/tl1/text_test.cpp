@@ -116,10 +116,11 @@ TEST(Tl1Text, TheSeverityIsTheFirstPositionalParameterOfTheFirstQuotedLine) {
     const char* text;
     const char* severity;
   };
-  for (const Case& c : {Case{"   \"A:CR,X\"\r\n", "CR"}, Case{"   /* x */\r\n   \"A:MJ\"\r\n", "MJ"},
-                        Case{"\"A:MN:X\"", "MN"}, Case{"\"A:CL,\"", "CL"}, Case{"\"A:XX\"\r\n\"A:CR\"", ""},
-                        Case{"\"A:X,CR\"", ""}, Case{"A:CR", ""}, Case{"\"A\"", ""}, Case{"", ""}, Case{"\"CR\"", ""},
-                        Case{"\"A:N=1,CR\"", "CR"}, Case{"\"A:N=\\\"a,b\\\",M=2:MJ\"", "MJ"}, Case{"\"A:CR=1\"", ""}}) {
+  for (const Case& c :
+       {Case{"   \"A:CR,X\"\r\n", "CR"}, Case{"   /* x */\r\n   \"A:MJ\"\r\n", "MJ"}, Case{"\"A:MN:X\"", "MN"},
+        Case{"\"A:CL,\"", "CL"}, Case{"\"A:XX\"\r\n\"A:CR\"", ""}, Case{"\"A:X,CR\"", ""}, Case{"A:CR", ""},
+        Case{"\"A\"", ""}, Case{"", ""}, Case{"\"CR\"", ""}, Case{"\"A:N=1,CR\"", "CR"},
+        Case{"\"A:N=\\\"a,b\\\",M=2:MJ\"", "MJ"}, Case{"\"A:CR=1\"", ""}, Case{"\"A::CR\"", "CR"}}) {
     Message message;
     message.text = c.text;
     EXPECT_EQ(VARNEL_TL1::Severity(message), c.severity) << c.text;

@@ -47,21 +47,24 @@ inline std::string_view WithoutBlankEnd(std::string_view line) {
   return line;
 }
 
-/// The first CR or LF from `begin` on; the size of the text if there is none. Lines are short: a search for both in
-/// blocks of 16 bytes takes half the time of two calls of memchr().
-inline size_t FindLineEnd(std::string_view text, size_t begin) {
+/// The position of the first of some characters from `begin` on; the size of the text without one. Lines and fields are
+/// short: a search for all characters in blocks of 16 bytes takes half the time of a memchr() for each.
+template <typename... Chars>
+size_t FindAny(std::string_view text, size_t begin, Chars... chars) {
 #ifdef __SSE2__
   for (; begin + sizeof(__m128i) <= text.size(); begin += sizeof(__m128i)) {
     const __m128i block = _mm_loadu_si128(reinterpret_cast<const __m128i*>(text.data() + begin));
-    const __m128i ends =
-        _mm_or_si128(_mm_cmpeq_epi8(block, _mm_set1_epi8('\r')), _mm_cmpeq_epi8(block, _mm_set1_epi8('\n')));
-    const int places = _mm_movemask_epi8(ends);
+    const int places = _mm_movemask_epi8((_mm_cmpeq_epi8(block, _mm_set1_epi8(chars)) | ...));
     if (places != 0) return begin + static_cast<size_t>(__builtin_ctz(static_cast<unsigned>(places)));
   }
 #endif
-  while (begin < text.size() && !IsLineEnd(text[begin]))
+  while (begin < text.size() && ((text[begin] != chars) && ...))
     ++begin;
   return begin;
+}
+
+inline size_t FindLineEnd(std::string_view text, size_t begin) {
+  return FindAny(text, begin, '\r', '\n');
 }
 
 /// Where the next line begins after a line end. One NUL may follow a CR, as telnet sends it.

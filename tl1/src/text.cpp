@@ -24,23 +24,15 @@ std::string_view WithoutBlankLinesAtEnd(std::string_view text) {
   return text.substr(0, end == 0 ? 0 : lineEnd);
 }
 
-// The first position of one of two or three characters from `begin` on; the size of the text if there is none.
-template <typename... Chars>
-size_t FindAny(std::string_view text, size_t begin, Chars... chars) {
-  while (begin < text.size() && ((text[begin] != chars) && ...))
-    ++begin;
-  return begin;
-}
-
 // True for the \" that opens or closes a value, false for \\\" inside one.
 bool IsValueMark(std::string_view text, size_t quote) {
   return BackslashesBefore(text, quote) % 4 == 1;
 }
 
-// The first separator, outside quoted values; the size of the text if there is none.
-size_t FindSeparator(std::string_view text, char separator) {
+// The first ":", "," or "=" from `begin` on, outside quoted values; the size of the text if there is none.
+size_t FindSeparator(std::string_view text, size_t begin) {
   bool quoted = false;
-  for (size_t at = 0; (at = FindAny(text, at, separator, '"')) < text.size(); ++at) {
+  for (size_t at = begin; (at = FindAny(text, at, ':', ',', '=', '"')) < text.size(); ++at) {
     if (text[at] == '"') {
       quoted = quoted != IsValueMark(text, at);
     } else if (!quoted) {
@@ -50,15 +42,11 @@ size_t FindSeparator(std::string_view text, char separator) {
   return text.size();
 }
 
-// Calls use() for each piece of a text between separators, an empty one too.
-template <typename Use>
-void ForEachPiece(std::string_view text, char separator, Use use) {
-  for (bool more = true; more;) {
-    const size_t end = FindSeparator(text, separator);
-    more = end < text.size();
-    use(text.substr(0, end));
-    text.remove_prefix(std::min(end + 1, text.size()));
-  }
+size_t FindAidEnd(std::string_view text) {
+  size_t end = FindSeparator(text, 0);
+  while (end < text.size() && text[end] != ':')
+    end = FindSeparator(text, end + 1);
+  return end;
 }
 
 // \"a, b\"  ->  a, b
@@ -102,25 +90,30 @@ bool QuotedText::Read(std::string_view quoted) {
   m_parameters.clear();
   if (quoted.size() < 2 || quoted.front() != '"' || quoted.back() != '"') return false;
   const std::string_view text = quoted.substr(1, quoted.size() - 2);
-  const size_t aidEnd = FindSeparator(text, ':');
-  m_aid = text.substr(0, aidEnd);
-  if (aidEnd == text.size()) return true;
-  ForEachPiece(text.substr(aidEnd + 1), ':', [this](std::string_view block) {
-    if (!block.empty()) ForEachPiece(block, ',', [this](std::string_view parameter) { AddParameter(parameter); });
-    ++m_blocks;
-  });
+  size_t end = FindAidEnd(text);
+  m_aid = text.substr(0, end);
+  while (end < text.size()) {
+    if (text[end] == ':') ++m_blocks;
+    end = ReadParameter(text, end + 1);
+  }
   return true;
 }
 
-void QuotedText::AddParameter(std::string_view text) {
-  const size_t sign = FindSeparator(text, '=');
-  const bool named = sign > 0 && sign < text.size();
-  Parameter parameter{m_blocks, {}, text};
-  if (named) {
-    parameter.name = text.substr(0, sign);
-    parameter.value = text.substr(sign + 1);
+// Returns the end of the parameter. "A::B" has no parameter between the colons.
+size_t QuotedText::ReadParameter(std::string_view text, size_t begin) {
+  Parameter parameter{m_blocks - 1, {}, {}};
+  size_t value = begin;
+  size_t end = FindSeparator(text, begin);
+  if (end > begin && end < text.size() && text[end] == '=') {
+    parameter.name = text.substr(begin, end - begin);
+    value = end + 1;
   }
-  m_parameters.push_back(parameter);
+  while (end < text.size() && text[end] == '=')
+    end = FindSeparator(text, end + 1);
+  parameter.value = text.substr(value, end - value);
+  const bool blockIsEmpty = end == begin && text[begin - 1] == ':' && (end == text.size() || text[end] == ':');
+  if (!blockIsEmpty) m_parameters.push_back(parameter);
+  return end;
 }
 
 std::string_view QuotedText::Positional(size_t block, size_t index) const {
@@ -157,32 +150,22 @@ std::string Unescaped(std::string_view raw) {
   return text;
 }
 
-namespace {
-
-std::string_view FirstPositional(std::string_view quoted) {
-  QuotedText text;
-  text.Read(quoted);
-  for (const QuotedText::Parameter& parameter : text.Parameters()) {
-    if (parameter.name.empty()) return parameter.value;
-  }
-  return {};
+std::string_view Severity(const QuotedText& text) {
+  const auto& parameters = text.Parameters();
+  const auto first = std::find_if(parameters.begin(), parameters.end(),
+                                  [](const QuotedText::Parameter& parameter) { return parameter.name.empty(); });
+  if (first == parameters.end()) return {};
+  const auto isFirst = [&first](std::string_view severity) { return first->value == severity; };
+  constexpr std::string_view SEVERITIES[] = {"CR", "MJ", "MN", "CL"};
+  return std::any_of(std::begin(SEVERITIES), std::end(SEVERITIES), isFirst) ? first->value : std::string_view();
 }
 
-}  // namespace
-
 std::string_view Severity(const Message& message) {
+  QuotedText text;
   LineReader lines(message.text);
-  for (std::string_view line; lines.Next(line);) {
-    const std::string_view quoted = lines.Quoted();
-    if (quoted.empty()) continue;
-    const std::string_view block = quoted.substr(std::min(FindSeparator(quoted.substr(1), ':') + 2, quoted.size()));
-    std::string_view first = block.substr(0, FindAny(block, 0, ',', ':', '"'));
-    if (first.find('=') != std::string_view::npos) first = FirstPositional(quoted);
-    for (const std::string_view severity : {"CR", "MJ", "MN", "CL"})
-      if (first == severity) return first;
-    return {};
-  }
-  return {};
+  for (std::string_view line; lines.Next(line);)
+    if (text.Read(lines.Quoted())) break;
+  return Severity(text);
 }
 
 }  // namespace VARNEL_TL1

@@ -60,16 +60,25 @@ class JsonWriter {
   /// Adds a member: a text, number, bool, nullptr, optional value or list of values.
   template <size_t SIZE, typename T>
   JsonWriter& Add(const char (&key)[SIZE], const T& value) {
+    m_writer.Member(key);
+    Write(value);
+    return *this;
+  }
+  template <size_t SIZE, typename T>
+  JsonWriter& Add(const char (&key)[SIZE], const std::vector<T>& list) {
     Key(key);
-    Value(value);
+    BeginArray();
+    for (const T& item : list)
+      Value(item);
+    EndArray();
     return *this;
   }
 
   /// Adds a text; null if it is empty.
   template <size_t SIZE>
   JsonWriter& AddOrNull(const char (&key)[SIZE], std::string_view text) {
-    Key(key);
-    ValueOrNull(text);
+    m_writer.Member(key);
+    WriteOrNull(text);
     return *this;
   }
 
@@ -78,52 +87,20 @@ class JsonWriter {
   void Key(const char (&key)[SIZE]) {
     m_writer.Name(key);
   }
-  void AnyKey(std::string_view key) { m_writer.Text(key); }  ///< for one with special characters
+  void AnyKey(std::string_view key) { Value(key); }  ///< for one with special characters
   void BeginObject() { m_writer.StartObject(); }
   void EndObject() { m_writer.EndObject(); }
   void BeginArray() { m_writer.StartArray(); }
   void EndArray() { m_writer.EndArray(); }
 
-  void Value(std::string_view text) { m_writer.Text(text); }
-  void Value(const std::string& text) { m_writer.Text(text); }
-  void Value(const char* text) { m_writer.Text(text); }
-  void Value(std::nullptr_t) { m_writer.Absent(); }
-  void Value(bool value) { m_writer.Bool(value); }
-
-  void Value(double number) { m_writer.Double(number); }
-
   template <typename T>
-  std::enable_if_t<std::is_integral_v<T>> Value(T number) {
-    if constexpr (std::is_signed_v<T>) {
-      m_writer.Int64(number);
-    } else {
-      m_writer.Uint64(number);
-    }
+  void Value(const T& value) {
+    m_writer.Separate();
+    Write(value);
   }
-
-  template <typename T>
-  void Value(const std::optional<T>& value) {
-    if (value) {
-      Value(*value);
-    } else {
-      Value(nullptr);
-    }
-  }
-
-  template <typename T>
-  void Value(const std::vector<T>& list) {
-    BeginArray();
-    for (const T& item : list)
-      Value(item);
-    EndArray();
-  }
-
   void ValueOrNull(std::string_view text) {
-    if (text.empty()) {
-      Value(nullptr);
-    } else {
-      Value(text);
-    }
+    m_writer.Separate();
+    WriteOrNull(text);
   }
 
   /// Prints the object and begins the next one.
@@ -136,28 +113,82 @@ class JsonWriter {
   void Begin();
   void End();
 
+  template <typename T>
+  void Write(const T& value) {
+    if constexpr (std::is_same_v<T, bool>) {
+      m_writer.WriteBool(value);
+    } else if constexpr (std::is_same_v<T, std::nullptr_t>) {
+      m_writer.WriteNull();
+    } else if constexpr (std::is_floating_point_v<T>) {
+      m_writer.WriteDouble(value);
+    } else if constexpr (std::is_signed_v<T>) {
+      m_writer.WriteInt64(value);
+    } else if constexpr (std::is_unsigned_v<T>) {
+      m_writer.WriteUint64(value);
+    } else {
+      m_writer.WriteText(value);
+    }
+  }
+  template <typename T>
+  void Write(const std::optional<T>& value) {
+    if (value) {
+      Write(*value);
+    } else {
+      Write(nullptr);
+    }
+  }
+  void WriteOrNull(std::string_view text) {
+    if (text.empty()) {
+      Write(nullptr);
+    } else {
+      Write(text);
+    }
+  }
+
   // The levels of objects are kept in memory that is provided here, as RapidJSON does not check what it allocates.
   using Levels = rapidjson::MemoryPoolAllocator<>;
 
-  class Writer : public rapidjson::Writer<JsonText, rapidjson::UTF8<>, rapidjson::UTF8<>, Levels> {
-   public:
-    using rapidjson::Writer<JsonText, rapidjson::UTF8<>, rapidjson::UTF8<>, Levels>::Writer;
+  using Base = rapidjson::Writer<JsonText, rapidjson::UTF8<>, rapidjson::UTF8<>, Levels>;
 
-    /// A text in which nothing needs an escape.
+  class Writer : public Base {
+   public:
+    using Base::Base;
+    using Base::WriteBool;
+    using Base::WriteDouble;
+    using Base::WriteInt64;
+    using Base::WriteUint64;
+
+    /// A key in which nothing needs an escape. A value follows, after Separate().
     template <size_t SIZE>
     void Name(const char (&name)[SIZE]) {
-      Prefix(rapidjson::kStringType);
-      char* const to = os_->Room(SIZE + 1);
-      to[0] = '"';
-      std::memcpy(to + 1, name, SIZE - 1);
-      to[SIZE] = '"';
-      os_->Use(SIZE + 1);
+      WriteName(name, 1);
     }
-    void Text(std::string_view text);
-    void Absent() {
-      Prefix(rapidjson::kNullType);
+    /// The same and the colon: a Write...() follows, without Separate().
+    template <size_t SIZE>
+    void Member(const char (&name)[SIZE]) {
+      WriteName(name, 2);
+      os_->Put(':');
+    }
+    void Separate() { Prefix(rapidjson::kStringType); }
+    void WriteText(std::string_view text);
+    void WriteNull() {
       std::memcpy(os_->Room(4), "null", 4);
       os_->Use(4);
+    }
+
+   private:
+    // `written` is how many of key and value count as written.
+    template <size_t SIZE>
+    void WriteName(const char (&name)[SIZE], size_t written) {
+      size_t& count = level_stack_.template Top<Level>()->valueCount;
+      const size_t comma = count > 0 ? 1 : 0;
+      count += written;
+      char* const to = os_->Room(SIZE + 2);
+      to[0] = ',';
+      to[comma] = '"';
+      std::memcpy(to + comma + 1, name, SIZE - 1);
+      to[comma + SIZE] = '"';
+      os_->Use(comma + SIZE + 1);
     }
   };
 

@@ -2,6 +2,7 @@
 
 #include <ace/Codecs.h>
 
+#include <algorithm>
 #include <chrono>
 #include <ctime>
 #include <iostream>
@@ -55,7 +56,7 @@ void Tl1Output::Add(JsonWriter& json, const Message& message, const Tl1Origin& o
   json.AddOrNull("code", m_encoding.ToUtf8(message.code));
   json.AddOrNull("verb", m_encoding.ToUtf8(message.verb));
   AddText(json, message.text);
-  json.AddOrNull("severity", VARNEL_TL1::Severity(message));
+  json.AddOrNull("severity", m_severity);
   json.Add("missed", origin.missed).Add("continues", message.continues);
   json.AddOrNull("raw", m_encoding.IsValid(message.bytes) ? std::string() : Base64(message.bytes));
 }
@@ -73,8 +74,12 @@ void Tl1Output::AddText(JsonWriter& json, std::string_view text) {
   json.EndArray();
   json.Key("text");
   json.BeginArray();
+  bool first = true;
+  m_severity = {};
   for (const std::string_view quoted : m_quotedTexts) {
     if (m_quoted.Read(quoted)) {
+      if (first) m_severity = VARNEL_TL1::Severity(m_quoted);
+      first = false;
       m_hasEscapes = NeedsUnescaping(quoted);
       AddQuoted(json);
     } else {
@@ -106,16 +111,30 @@ void Tl1Output::AddPositional(JsonWriter& json) {
   json.EndArray();
 }
 
-// If a name occurs twice, the last value is kept.
+// Sorted by name. If a name occurs twice, the last value is kept.
 void Tl1Output::AddNamed(JsonWriter& json) {
+  m_names.clear();
   m_named.clear();
-  for (const auto& parameter : m_quoted.Parameters())
-    if (!parameter.name.empty()) m_named[std::string(Meaning(parameter.name))] = parameter.value;
+  for (const auto& parameter : m_quoted.Parameters()) {
+    if (parameter.name.empty()) continue;
+    const size_t begin = m_names.size();
+    m_names += Meaning(parameter.name);
+    m_named.push_back({begin, m_names.size() - begin, parameter.value});
+  }
+  const auto nameOf = [this](const Named& named) {
+    return std::string_view(m_names).substr(named.begin, named.length);
+  };
+  std::sort(m_named.begin(), m_named.end(), [&nameOf](const Named& a, const Named& b) {
+    const int order = nameOf(a).compare(nameOf(b));
+    return order < 0 || (order == 0 && a.begin < b.begin);
+  });
   json.Key("named");
   json.BeginObject();
-  for (const auto& [name, value] : m_named) {
+  for (size_t i = 0; i < m_named.size(); ++i) {
+    const std::string_view name = nameOf(m_named[i]);
+    if (i + 1 < m_named.size() && nameOf(m_named[i + 1]) == name) continue;
     json.AnyKey(name);
-    json.Value(Meaning(value));
+    json.Value(Meaning(m_named[i].value));
   }
   json.EndObject();
 }

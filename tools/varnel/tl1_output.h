@@ -5,7 +5,6 @@
 #include <text.h>
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -47,11 +46,18 @@ class Tl1Output {
   void AppendField(const char* name, std::string_view field);
   void AppendHeading(const VARNEL_TL1::Message& message, const Tl1Origin& origin);
 
+  struct Named {
+    size_t begin, length;    // of the name in m_names
+    std::string_view value;  // raw
+  };
+
   Encoding m_encoding;
   std::vector<std::string_view> m_quotedTexts;  // of the lines of a message; empty if a line is not quoted
   VARNEL_TL1::QuotedText m_quoted;
   bool m_hasEscapes = false;  // m_quoted
-  std::map<std::string, std::string_view> m_named;
+  std::string_view m_severity;
+  std::string m_names;  // one after the other, their meaning
+  std::vector<Named> m_named;
   std::string m_unescaped;
   std::string m_block;
 };

@@ -80,7 +80,7 @@ class VARNEL_API QuotedText {
   std::string_view Positional(size_t block, size_t index) const;
 
  private:
-  VARNEL_HIDDEN void AddParameter(std::string_view text);
+  VARNEL_HIDDEN size_t ReadParameter(std::string_view text, size_t begin);
 
   std::string_view m_aid;
   size_t m_blocks = 0;
@@ -98,9 +98,12 @@ VARNEL_API void AppendUnescaped(std::string_view raw, std::string& text);
 /// @return what AppendUnescaped() appends.
 VARNEL_API std::string Unescaped(std::string_view raw);
 
+/// @param text  a text taken apart.
+/// @return "CR", "MJ", "MN" or "CL" if that is the first positional parameter, else empty; a view into the text.
+VARNEL_API std::string_view Severity(const QuotedText& text);
+
 /// @param message  any message.
-/// @return "CR", "MJ", "MN" or "CL" if that is the first positional parameter of the first quoted line, else empty; a
-///         view into the message.
+/// @return the severity of the first quoted line; empty if there is none.
 VARNEL_API std::string_view Severity(const Message& message);
 
 }  // namespace VARNEL_TL1
