@@ -64,7 +64,7 @@ An alarm is identified by source, SID, AID and condition, and cleared by CL in i
 
 Live input has times, and a time limit ends it with status 0. Incomplete messages and input without TL1 are reported.
 
-  $ cat raised | varnel alarms --json | without_times | head -n 1
+  $ cat raised | varnel alarms --json | without_times | sed -n 1p
   {"source":"-","sid":"N1","aid":"A1","condition":"LOF","severity":"MJ","effect":null,"raised":"26-03-04 05:06:03","received":"TIME","description":null}
   $ hold cat raised
   $ varnel alarms --idle 0.3 -v < pipe

@@ -473,7 +473,7 @@ Files that cannot be read, empty ones, and wrong usage.
   ! varnel: --code: has an empty item
   ! Try "varnel tl1 --help".
   [2]
-  $ for limit in 1G K 1099511627777 18446744073709551615M ''; do varnel tl1 --limit "$limit" x 2>&1 | head -n 1; done
+  $ for limit in 1G K 1099511627777 18446744073709551615M ''; do varnel tl1 --limit "$limit" x 2>&1 | grep limit; done
   ! varnel: --limit: "1G" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
   ! varnel: --limit: "K" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
   ! varnel: --limit: "1099511627777" is not a number of bytes from 1 to 1099511627776, decimal, with K or M
