@@ -5,20 +5,21 @@
 #include <cstddef>
 #include <string_view>
 
+#include "util/chars.h"
+
 #ifdef __SSE2__
 #include <emmintrin.h>
 #endif
 
 namespace VARNEL_TL1 {
 
+using VARNEL_UTIL::IsDigit;
+
 inline bool IsBlank(char c) {
   return c == ' ' || c == '\t' || c == '\0';
 }
 inline bool IsLineEnd(char c) {
   return c == '\r' || c == '\n';
-}
-inline bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
 }
 inline bool IsUpper(char c) {
   return c >= 'A' && c <= 'Z';

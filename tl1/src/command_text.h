@@ -4,16 +4,13 @@
 #include <algorithm>
 #include <string_view>
 
+#include "util/chars.h"
 #include "wiped_text.h"
 
 namespace VARNEL_TL1 {
 
-constexpr char Lower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
 inline bool IsSameIgnoringCase(std::string_view a, std::string_view b) {
-  return a.size() == b.size() &&
-         std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) { return Lower(x) == Lower(y); });
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(), VARNEL_UTIL::SameNoCase);
 }
 
 /// Whether a byte is a control character or begins a telnet command.

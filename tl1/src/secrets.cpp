@@ -17,7 +17,7 @@ constexpr std::array<char, 256> COUNTED = [] {
   std::array<char, 256> counted{};
   for (size_t byte = 0; byte < counted.size(); ++byte) {
     const char c = static_cast<char>(byte);
-    counted[byte] = c == ' ' || c == '"' || c == '\\' || IsUnsendable(c) ? '\0' : Lower(c);
+    counted[byte] = c == ' ' || c == '"' || c == '\\' || IsUnsendable(c) ? '\0' : VARNEL_UTIL::ToLower(c);
   }
   return counted;
 }();

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "output.h"
+#include "util/chars.h"
 
 namespace {
 
@@ -14,7 +15,6 @@ constexpr unsigned int MAX_PART = 0xFF;
 constexpr unsigned int MAX_WORD = 0xFFFF;
 constexpr size_t WORD_DIGITS = 4;
 constexpr std::string_view TL1_PREFIX = "SLOT-";
-constexpr std::string_view BLANKS = " \t\r\n\v\f";
 constexpr std::string_view DECIMAL_DIGITS = "0123456789";
 constexpr std::string_view HEX_DIGITS = "0123456789abcdefABCDEF";
 
@@ -25,12 +25,6 @@ constexpr std::string_view TL1_DELIMITERS = ",:;&\"- ";
 // Three-digit numbers below the DC form, which begins with shelf 2.
 constexpr unsigned int FIRST_OF_SHELF_1 = 100;
 constexpr unsigned int LAST_OF_SHELF_1 = 199;
-
-std::string_view Trimmed(std::string_view text) {
-  const size_t begin = text.find_first_not_of(BLANKS);
-  if (begin == std::string_view::npos) return {};
-  return text.substr(begin, text.find_last_not_of(BLANKS) - begin + 1);
-}
 
 std::string_view TakeDigits(std::string_view& text) {
   const std::string_view digits = text.substr(0, text.find_first_not_of(DECIMAL_DIGITS));
@@ -190,7 +184,7 @@ SlotReading ReadAnyForm(std::string_view text) {
 }  // namespace
 
 SlotReading ReadSlotText(std::string_view text) {
-  SlotReading reading = ReadAnyForm(Trimmed(text));
+  SlotReading reading = ReadAnyForm(VARNEL_UTIL::Trimmed(text));
   if (reading.word == 0) reading.notes.emplace_back("the word 0 means no slot");
   return reading;
 }
