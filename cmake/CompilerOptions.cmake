@@ -1,5 +1,5 @@
 # Warnings and code generation of this project's own targets. Applied to each target as PRIVATE properties, so that
-# neither a parent project nor a user of the installed package inherits them.
+# neither a parent project nor a user of the installed package inherits them, except for the size of off_t.
 
 set(VARNEL_WARNINGS
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-align -Wcast-qual
@@ -44,6 +44,9 @@ function(varnel_compile_options target)
   target_compile_features(${target} PUBLIC cxx_std_17)
   target_compile_options(${target} PRIVATE ${VARNEL_WARNINGS})
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  if(CMAKE_SIZEOF_VOID_P EQUAL 4)  # files of more than 2 GiB; users must agree, for struct stat depends on it
+    target_compile_definitions(${target} PUBLIC _FILE_OFFSET_BITS=64)
+  endif()
 endfunction()
 
 # Costly optimisation, used for the libraries only.

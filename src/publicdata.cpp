@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <limits>
@@ -201,7 +202,8 @@ bool Vnifstream::ReadFile(const std::string& path) {
   if (file == nullptr) return false;
 
   const auto size = static_cast<unsigned int>(status.st_size);
-  const size_t allocated = size_t{size} + SPARE_BYTES;
+  // Where size_t has 32 bits, the sum must not wrap: new refuses the largest size.
+  const size_t allocated = size + std::min<size_t>(SPARE_BYTES, SIZE_MAX - size);
   auto* buffer = new char[allocated];
   const size_t read = std::fread(buffer, 1, size, file.get());
   memset_s(buffer + read, allocated - read, 0, allocated - read);

@@ -482,6 +482,13 @@ TEST_F(LineReader, FilesBeyond4GibibytesAreReadInPart) {
   }
 }
 
+TEST_F(LineReader, SizeBeyondTheAddressSpaceIsRefused) {
+  if (sizeof(size_t) > sizeof(uint32_t)) GTEST_SKIP() << "no size is";
+  const std::string path = Write("abc");
+  fs::resize_file(path, UINT32_MAX);
+  EXPECT_THROW(Vnifstream{path}, std::bad_alloc);
+}
+
 size_t CountLines(const std::string& path, unsigned int size) {
   Vnifstream file(path);
   std::vector<char> line(size);

@@ -32,7 +32,8 @@ std::vector<std::string> Words(std::string_view line) {
 }
 
 bool IsControl(char c) {
-  return (c >= '\0' && c < ' ' && c != '\t') || c == '\x7F';
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte < ' ' && c != '\t') || byte == 0x7F;
 }
 
 // A relative path is resolved in the folder of the list: "lists/all" and "secret" -> "lists/secret".

@@ -14,6 +14,8 @@
 /// File calls of the host, which must be safe to call from several threads concurrently.
 namespace KELP_OS {
 
+static_assert(sizeof(off_t) == 8, "compile with -D_FILE_OFFSET_BITS=64: struct stat must be that of the library");
+
 /// Opens a file as std::fopen does.
 ///
 /// The bundled implementation takes `path` as bytes and opens close-on-exec. It refuses a FIFO or a socket with ENXIO
