@@ -92,6 +92,9 @@ const std::string& Keep(std::string input);
 /// line ends. The same in every run; kept until the program ends.
 const std::string& ReportText(size_t size);
 
+/// A stream of TL1 messages of about 160 bytes.
+std::string Tl1Stream(size_t size);
+
 /// A folder for input files that is removed when the program ends.
 const std::string& InputFolder();
 

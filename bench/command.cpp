@@ -4,14 +4,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <functional>
 #include <vector>
 
 #include "bench.h"
 #include "file_peers.h"
-#include "temp_folder.h"
 
 namespace VARNEL_BENCH {
 
@@ -19,22 +17,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr size_t STREAM_SIZE = 20 << 20;
 constexpr size_t PACKAGES = 10000;
 
-// A stream as elements send it: the captures, repeated. Created when a row is first run.
+// Created when a row is first run.
 const std::string& Stream() {
-  static const std::string path = [] {
-    std::vector<std::string> captures;
-    for (const auto& file : fs::directory_iterator(VARNEL_CAPTURES)) {
-      if (file.path().extension() == ".tl1") captures.push_back(VARNEL_TEST::ReadWhole(file.path()));
-    }
-    std::sort(captures.begin(), captures.end());
-    std::string bytes;
-    for (size_t i = 0; bytes.size() < STREAM_SIZE; ++i)
-      bytes += captures[i % captures.size()];
-    return InputFile("stream.tl1", bytes);
-  }();
+  static const std::string path = InputFile("stream.tl1", Tl1Stream(20 << 20));
   return path;
 }
 

@@ -36,6 +36,21 @@ const std::string& ReportText(size_t size) {
   return text;
 }
 
+std::string Tl1Stream(size_t size) {
+  std::string stream;
+  for (unsigned int tag = 100; stream.size() < size; ++tag) {
+    const std::string number = std::to_string(tag);
+    const std::string header = "\r\n\n   NE-EAST 26-01-15 12:00:00\r\n";
+    stream += header + "M  " + number +
+              " COMPLD\r\n   \"SLOT-3-4:VNCTL201,STATUS=RUNNING,VERSION=1.02,LOAD=37\"\r\n   "
+              "\"SLOT-3-5:VNCTL201,STATUS=RUNNING\"\r\n;";
+    stream += header + "A  " + number +
+              " REPT EVT PROGRESS\r\n   \"SLOT-3:SWDL,TRANSFEREDFILES=4,TOTALNUM=12,:\"\r\n   "
+              "\"MODE=FAST,SOURCE=10.0.0.7\"\r\n;";
+  }
+  return stream;
+}
+
 const std::string& InputFolder() {
   return Folder().Path();
 }

@@ -90,26 +90,10 @@ Tally ReadByRe2(const std::string& stream) {
   return tally;
 }
 
-// Messages of about 160 bytes.
-const std::string& Stream(size_t size) {
-  std::string stream;
-  for (unsigned int tag = 100; stream.size() < size; ++tag) {
-    const std::string number = std::to_string(tag);
-    const std::string header = "\r\n\n   NE-EAST 26-01-15 12:00:00\r\n";
-    stream += header + "M  " + number +
-              " COMPLD\r\n   \"SLOT-3-4:VNCTL201,STATUS=RUNNING,VERSION=1.02,LOAD=37\"\r\n   "
-              "\"SLOT-3-5:VNCTL201,STATUS=RUNNING\"\r\n;";
-    stream += header + "A  " + number +
-              " REPT EVT PROGRESS\r\n   \"SLOT-3:SWDL,TRANSFEREDFILES=4,TOTALNUM=12,:\"\r\n   "
-              "\"MODE=FAST,SOURCE=10.0.0.7\"\r\n;";
-  }
-  return Keep(stream);
-}
-
 }  // namespace
 
 void AddTl1() {
-  const std::string& stream = Stream(1 << 20);
+  const std::string& stream = Keep(Tl1Stream(1 << 20));
   Row("Framer", "stream of 1 MB", [&stream] { return ReadStream(stream); })
       .Other("RE2", [&stream] { return ReadByRe2(stream); })
       .Other("std::string_view", [&stream] { return ReadByViews(stream); })
