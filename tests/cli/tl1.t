@@ -435,7 +435,8 @@ The limit of a message: the second one has 103 bytes.
   ! varnel: -: the message at offset 7 is longer than 102 bytes
   ! varnel: -: the message at offset 117 is longer than 102 bytes
   [1]
-  $ varnel tl1 --limit 1k long | grep -c COMPLD
+  $ for limit in 1k 1048576M; do varnel tl1 --limit $limit long | grep -c COMPLD; done
+  1
   1
   $ for _ in 1 2 3; do printf '\r\n\n   NORTH1 26-03-04 05:06:07\r\nM  1 COMPLD\r\n   "x"\r\n>'; done | varnel tl1 --limit 100 --join
   response  COMPLD  ctag 1  (continues)  (incomplete)

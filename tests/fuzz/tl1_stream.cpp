@@ -99,7 +99,7 @@ void CheckNothingLost(const Result& result, std::string_view stream, size_t limi
     FUZZ_CHECK(message.bytes.size() <= limit);
     FUZZ_CHECK(!message.tooLong || (message.bytes.size() == limit && !message.complete));
     if (message.length == message.bytes.size())
-      FUZZ_CHECK(message.bytes == stream.substr(message.offset, message.length));
+      FUZZ_CHECK(message.bytes == stream.substr(static_cast<size_t>(message.offset), message.bytes.size()));
     end = message.offset + message.length;
     sum += message.length;
   }

@@ -1,6 +1,7 @@
 #include "allocation.h"
 
 #include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
@@ -18,7 +19,7 @@ constexpr size_t HEADER = alignof(std::max_align_t);
 
 void* Allocate(size_t size) {
   if (t_counting && ++t_count == t_failAt) throw std::bad_alloc();
-  auto* block = static_cast<char*>(std::malloc(HEADER + size));
+  auto* block = static_cast<char*>(size > SIZE_MAX - HEADER ? nullptr : std::malloc(HEADER + size));
   if (block == nullptr) throw std::bad_alloc();
   std::memcpy(block, &size, sizeof size);
   ++g_live;

@@ -65,7 +65,8 @@ TEST(Tl1Captures, AlwaysAccountForAllBytes) {
       for (const MessageCopy& copy : cut.messages) {
         const Message& message = copy.View();
         sum += message.length;
-        const std::string_view sent = stream.substr(message.offset, message.length);
+        const std::string_view sent =
+            stream.substr(static_cast<size_t>(message.offset), static_cast<size_t>(message.length));
         const bool telnet = sent.find('\xFF') != std::string::npos;
         ASSERT_TRUE(telnet || message.bytes == sent) << name << " up to " << length;
       }

@@ -199,7 +199,7 @@ std::vector<long> ReadableBytes(size_t size) {
 }
 
 TEST_F(Injection, EachFileCallFails) {
-  const size_t size = fs::file_size(folder.Path("software"));
+  const auto size = static_cast<size_t>(fs::file_size(folder.Path("software")));
   size_t seeks = 0;
   for (const Operation& operation : operations) {
     SCOPED_TRACE(operation.name);

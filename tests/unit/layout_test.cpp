@@ -64,7 +64,7 @@ TEST(Layout, CommandTextIsBufferPiecesAndLength) {
   EXPECT_EQ(sizeof(CCmdStr), POINTER + list + 2 * sizeof(unsigned int));
   EXPECT_EQ(Offsets<char*>(CmdStrPiece(), &CmdStrPiece::pData), (Sizes{0}));
   EXPECT_EQ(Offsets<unsigned int>(CmdStrPiece(), &CmdStrPiece::nLen), (Sizes{POINTER}));
-  EXPECT_EQ(sizeof(CmdStrPiece), 2 * POINTER);
+  EXPECT_EQ(sizeof(CmdStrPiece), POINTER + 2 * sizeof(unsigned int));
 }
 
 // The members of CEvtMsg, after the pointer to its virtual operations.

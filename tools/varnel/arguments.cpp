@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstdint>
 #include <iostream>
 
 #include "output.h"
@@ -68,7 +69,7 @@ CLI::Option* TakeSizes(CLI::Option* option, uint64_t least, uint64_t most) {
     const bool valid = error == std::errc() && (unit.empty() || shift > 0) && number <= most >> shift;
     if (!valid || number << shift < least)
       return IsNot(text, "a number of bytes from " + range + ", decimal, with K or M");
-    text = std::to_string(number << shift);
+    text = std::to_string(std::min<uint64_t>(number << shift, SIZE_MAX));
     return std::string();
   };
   return option->transform(CLI::Validator(read, ""));

@@ -15,8 +15,8 @@ bool TakesPaths(const CLI::Option& option);
 /// Makes an option accept numbers within limits, decimal, or hexadecimal after "0x". Returns the option.
 CLI::Option* TakeNumbers(CLI::Option* option, uint64_t least, uint64_t most);
 
-/// Makes an option accept numbers of bytes within limits, decimal, with "K" for 1024 and "M" for 1048576. Returns the
-/// option.
+/// Makes an option accept numbers of bytes within limits, decimal, with "K" for 1024 and "M" for 1048576. Its variable
+/// is a size_t, and gets the largest one if the number does not fit. Returns the option.
 CLI::Option* TakeSizes(CLI::Option* option, uint64_t least, uint64_t most);
 
 enum class Zero { Refused, Accepted };

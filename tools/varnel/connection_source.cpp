@@ -47,7 +47,7 @@ class ConnectionSource final : public TimedSource {
 
   bool ConnectTo(const ACE_INET_Addr& address) {
     const Milliseconds left = Left(LONGEST_CONNECT);
-    const ACE_Time_Value limit(left.count() / 1000, static_cast<suseconds_t>(left.count() % 1000 * 1000));
+    const ACE_Time_Value limit(left);
     ACE_SOCK_Connector connector;
     return connector.connect(m_stream, address, left < LONGEST_CONNECT ? &limit : nullptr) == 0;
   }

@@ -166,7 +166,7 @@ bool FileScanner::NextLine(std::string_view& line) {
   const char* feed = nullptr;
   size_t searched = 0;
   do {
-    const size_t present = std::min<uint64_t>(m_end - m_begin, m_left);
+    const auto present = static_cast<size_t>(std::min<uint64_t>(m_end - m_begin, m_left));
     const char* const start = m_buffer.get() + m_begin;
     feed = static_cast<const char*>(std::memchr(start + searched, '\n', present - searched));
     searched = feed == nullptr ? present : static_cast<size_t>(feed - start);

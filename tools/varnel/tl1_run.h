@@ -16,7 +16,7 @@
 struct Tl1Options {
   SourceOptions source;
   std::string encoding = "UTF-8";
-  uint64_t limit = VARNEL_TL1::DEFAULT_LIMIT;
+  size_t limit = VARNEL_TL1::DEFAULT_LIMIT;
   bool json = false;
 };
 

@@ -160,8 +160,7 @@ class Watch : private ACE_Event_Handler {
     if (!m_run.timers.empty()) include(m_run.timers.begin()->first);
     if (m_output.Size() > 0) include(m_blocked ? now + OUTPUT_INTERVAL : now);
     if (!first) return nullptr;
-    const auto left = std::max(std::chrono::ceil<Milliseconds>(*first - now), Milliseconds(0)).count();
-    wait.set(left / 1000, left % 1000 * 1000);
+    wait.set(std::max(std::chrono::ceil<Milliseconds>(*first - now), Milliseconds(0)));
     return &wait;
   }
 

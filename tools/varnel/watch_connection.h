@@ -32,7 +32,7 @@ struct WatchRun {
     std::vector<VARNEL_TL1::Command> afterLogIn;
     double heartbeat = 60;  ///< seconds of silence; 0 for no heartbeat
     double retryMax = 60;   ///< the longest time between two attempts to connect, in seconds
-    uint64_t limit = 1 << 20;
+    size_t limit = 1 << 20;
     std::string encoding = "UTF-8";
     Tl1Filter filter;
   };
