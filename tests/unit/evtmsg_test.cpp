@@ -687,7 +687,8 @@ template <typename Class>
 std::unique_ptr<Class> DuplicateOf(std::unique_ptr<Class> event) {
   SetBaseMembers(*event);
   std::unique_ptr<CEvtMsg> copy(static_cast<CEvtMsg&>(*event).Duplicate());
-  EXPECT_EQ(typeid(*copy), typeid(Class));
+  const CEvtMsg& copied = *copy;
+  EXPECT_EQ(typeid(copied), typeid(Class));
   EXPECT_NE(copy.get(), event.get());
   EXPECT_NE(copy->m_cmd.GetMsg(), event->m_cmd.GetMsg());
   ExpectBaseMembers(*event);
