@@ -31,11 +31,10 @@ inline size_t FindEither(std::string_view text, char a, char b, size_t from) {
 inline size_t FindNoCase(std::string_view text, std::string_view literal, size_t from) {
   if (literal.size() <= PLAIN_SEARCH_LIMIT) {
     const char upper = ToUpper(literal[0]), lower = ToLower(literal[0]);
-    for (size_t at = from; (at = FindEither(text, lower, upper, at)) != std::string_view::npos; ++at) {
-      const std::string_view candidate = text.substr(at, literal.size());
-      if (candidate.size() < literal.size()) break;
-      if (std::equal(literal.begin(), literal.end(), candidate.begin(), SameNoCase)) return at;
-    }
+    const std::string_view starts = text.substr(0, std::max(text.size() + 1, literal.size()) - literal.size());
+    for (size_t at = from; (at = FindEither(starts, lower, upper, at)) != std::string_view::npos; ++at)
+      if (std::equal(literal.begin(), literal.end(), text.begin() + static_cast<std::ptrdiff_t>(at), SameNoCase))
+        return at;
     return std::string_view::npos;
   }
   // For each prefix of the literal, the length of its longest proper prefix that is also its suffix.
