@@ -34,7 +34,7 @@ need() {
 
 need_build_tools() {
   need g++ cmake ninja-build ccache pkg-config libace-dev libspdlog-dev libcli11-dev rapidjson-dev \
-    libgtest-dev groff-base help2man bash-completion python3-cram patch
+    libgtest-dev locales groff-base help2man bash-completion python3-cram patch
 }
 
 # configure_and_build PRESET [TARGET...]

@@ -33,7 +33,10 @@ class GroupingLocale {
 class TurkishLocale {
  public:
   TurkishLocale() {
-    const std::string command = "localedef -i tr_TR -f ISO-8859-9 " + m_folder.Path("iso8859-9") + " >/dev/null 2>&1";
+    // Under emulation, the program is that of another machine.
+    const std::string order = __BYTE_ORDER__ == __ORDER_BIG_ENDIAN__ ? "--big-endian" : "--little-endian";
+    const std::string command =
+        "localedef " + order + " -i tr_TR -f ISO-8859-9 " + m_folder.Path("iso8859-9") + " >/dev/null 2>&1";
     if (std::system(command.c_str()) != 0) return;
     setenv("LOCPATH", m_folder.Path().c_str(), 1);
     m_isSet = std::setlocale(LC_ALL, "iso8859-9") != nullptr;
