@@ -36,9 +36,9 @@ inline std::string ReplaceOnce(std::string_view text, std::string_view from, std
   return done.append(text, position);
 }
 
-/// Replaces the first occurrence of a text until there is none, in time linear in the text plus all replacement texts.
-/// The finished text contains no occurrence; the pending text is a stack of texts. Only occurrences that cross the
-/// boundary between the two are searched for. "ab" by "" in "xaabb":
+/// Replaces the first occurrence of a text until no occurrence is left, in time linear in the text plus all replacement
+/// texts. The finished text contains no occurrence; the pending text is a stack of texts. Only occurrences that cross
+/// the boundary between the two are searched for. "ab" by "" in "xaabb":
 ///
 ///     done "xa"  pending "b"  "ab" crosses the boundary: replaced
 ///     done "x"   pending ""   the end

@@ -22,7 +22,7 @@ class Rest {
  public:
   explicit Rest(const char* text) : m_text(text) {}
 
-  // Moves past the first occurrence of a piece. False if there is none.
+  // Moves past the first occurrence of a piece. False without one.
   bool SkipPast(std::string_view piece) {
     const char* found = piece.size() <= STRSTR_LIMIT ? FindShort(piece) : FindLong(piece);
     if (found == nullptr) return false;

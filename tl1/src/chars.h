@@ -85,7 +85,7 @@ size_t BackslashesBefore(std::string_view text, size_t pos);
 /// Whether a text is cut within a two-byte character.
 bool EndsInsideCharacter(std::string_view text);
 
-/// The first unescaped quote from `begin` on; the size of the text if there is none.
+/// The first unescaped quote from `begin` on; the size of the text without one.
 size_t FindQuote(std::string_view text, size_t begin);
 
 }  // namespace VARNEL_TL1

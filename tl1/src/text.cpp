@@ -29,7 +29,7 @@ bool IsValueMark(std::string_view text, size_t quote) {
   return BackslashesBefore(text, quote) % 4 == 1;
 }
 
-// The first ":", "," or "=" from `begin` on, outside quoted values; the size of the text if there is none.
+// The first ":", "," or "=" from `begin` on, outside quoted values; the size of the text without one.
 size_t FindSeparator(std::string_view text, size_t begin) {
   bool quoted = false;
   for (size_t at = begin; (at = FindAny(text, at, ':', ',', '=', '"')) < text.size(); ++at) {

@@ -103,7 +103,7 @@ VARNEL_API std::string Unescaped(std::string_view raw);
 VARNEL_API std::string_view Severity(const QuotedText& text);
 
 /// @param message  any message.
-/// @return the severity of the first quoted line; empty if there is none.
+/// @return the severity of the first quoted line; empty without one.
 VARNEL_API std::string_view Severity(const Message& message);
 
 }  // namespace VARNEL_TL1
